@@ -1,0 +1,46 @@
+# How the project's targets are made: warnings, sanitizers, and the bookkeeping that every library needs.
+include_guard()
+
+if(WIN32)
+    set(QUILL_PORT win32)
+else()
+    set(QUILL_PORT posix)
+endif()
+
+# The flags that every target of the project is compiled with; consumers do not inherit them.
+add_library(quill_flags INTERFACE)
+target_compile_options(quill_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
+    -Woverloaded-virtual -Wcast-align -Wnull-dereference -Wimplicit-fallthrough -Wextra-semi
+    $<$<BOOL:${QUILL_WERROR}>:-Werror>
+    $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
+if(QUILL_SANITIZE)
+    target_compile_options(quill_flags INTERFACE -fsanitize=${QUILL_SANITIZE} -fno-omit-frame-pointer
+        -fno-sanitize-recover=all)
+    target_link_options(quill_flags INTERFACE -fsanitize=${QUILL_SANITIZE})
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # This compiler sees null dereferences and dangling accesses in the standard library's own inline code.
+    target_compile_options(quill_flags INTERFACE -Wno-null-dereference)
+endif()
+
+# quill_library(NAME): one of the installed libraries, with a versioned file name. Its sources come from the folders, by quill_sources.
+function(quill_library name)
+    add_library(${name})
+    add_library(QuillUtils70::${name} ALIAS ${name})
+    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:quill_flags>)
+    target_compile_definitions(${name} PRIVATE QUILL_BUILDING_${name})
+    if(NOT BUILD_SHARED_LIBS)
+        target_compile_definitions(${name} PUBLIC QUILL_STATIC)
+    endif()
+endfunction()
+
+# quill_sources(TARGET SOURCES ... HEADERS ...): adds a folder's files to a library. HEADERS are the public ones, which are installed.
+function(quill_sources target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS")
+    target_sources(${target} PRIVATE ${arg_SOURCES})
+    if(arg_HEADERS)
+        target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${arg_HEADERS})
+    endif()
+endfunction()

@@ -1,0 +1,25 @@
+# How tests are made. googletest is built from its source, so that it fits every target and sanitizer.
+include_guard()
+include(GoogleTest)
+
+set(QUILL_GTEST_SOURCE /usr/src/googletest CACHE PATH "Source folder of googletest")
+set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+block()
+    set(BUILD_SHARED_LIBS OFF)
+    add_subdirectory(${QUILL_GTEST_SOURCE} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+endblock()
+foreach(target gtest gtest_main gmock gmock_main)
+    if(QUILL_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=${QUILL_SANITIZE})
+    endif()
+endforeach()
+
+# quill_test(FOLDER SOURCES ... LIBRARIES ...): the tests of one folder, one executable, labelled by the folder.
+function(quill_test folder)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+    set(target ${folder}_test)
+    add_executable(${target} ${arg_SOURCES})
+    target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} GTest::gmock_main quill_flags Threads::Threads)
+    target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
+    gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${folder} TIMEOUT 300)
+endfunction()
