@@ -6,21 +6,22 @@ namespace Quill::Text {
 
 std::string ToLower(std::string_view text) {
     std::string result(text);
-    for (char& c : result) c = ToLower(c);
+    for (char& c : result)
+        c = ToLower(c);
     return result;
 }
 
 std::string ToUpper(std::string_view text) {
     std::string result(text);
-    for (char& c : result) c = ToUpper(c);
+    for (char& c : result)
+        c = ToUpper(c);
     return result;
 }
 
 int CompareNoCase(std::string_view a, std::string_view b) noexcept {
     const std::size_t common = std::min(a.size(), b.size());
     for (std::size_t i = 0; i < common; ++i) {
-        const int difference =
-            static_cast<unsigned char>(ToLower(a[i])) - static_cast<unsigned char>(ToLower(b[i]));
+        const int difference = static_cast<unsigned char>(ToLower(a[i])) - static_cast<unsigned char>(ToLower(b[i]));
         if (difference != 0) return difference;
     }
     if (a.size() == b.size()) return 0;

@@ -6,16 +6,30 @@
 
 namespace Quill::Text {
 
-constexpr bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
-constexpr bool IsUpper(char c) noexcept { return c >= 'A' && c <= 'Z'; }
-constexpr bool IsLower(char c) noexcept { return c >= 'a' && c <= 'z'; }
-constexpr bool IsLetter(char c) noexcept { return IsUpper(c) || IsLower(c); }
+constexpr bool IsDigit(char c) noexcept {
+    return c >= '0' && c <= '9';
+}
+constexpr bool IsUpper(char c) noexcept {
+    return c >= 'A' && c <= 'Z';
+}
+constexpr bool IsLower(char c) noexcept {
+    return c >= 'a' && c <= 'z';
+}
+constexpr bool IsLetter(char c) noexcept {
+    return IsUpper(c) || IsLower(c);
+}
 
 // White space as the C library's default locale has it: blank, tab, newline, vertical tab, form feed, return.
-constexpr bool IsSpace(char c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
+constexpr bool IsSpace(char c) noexcept {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
-constexpr char ToLower(char c) noexcept { return IsUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; }
-constexpr char ToUpper(char c) noexcept { return IsLower(c) ? static_cast<char>(c - 'a' + 'A') : c; }
+constexpr char ToLower(char c) noexcept {
+    return IsUpper(c) ? static_cast<char>(c - 'A' + 'a') : c;
+}
+constexpr char ToUpper(char c) noexcept {
+    return IsLower(c) ? static_cast<char>(c - 'a' + 'A') : c;
+}
 
 std::string ToLower(std::string_view text);
 std::string ToUpper(std::string_view text);

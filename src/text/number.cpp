@@ -18,7 +18,8 @@ struct Start {
 
 Start SkipToDigits(std::string_view text) noexcept {
     Start start;
-    while (start.position < text.size() && IsSpace(text[start.position])) ++start.position;
+    while (start.position < text.size() && IsSpace(text[start.position]))
+        ++start.position;
     if (start.position < text.size() && (text[start.position] == '-' || text[start.position] == '+')) {
         start.negative = text[start.position] == '-';
         ++start.position;
@@ -73,10 +74,18 @@ void Append(std::string& text, T value) {
 
 }  // namespace
 
-ParsedNumber<std::int32_t> ParseInt32(std::string_view text) noexcept { return ParseInteger<std::int32_t>(text); }
-ParsedNumber<std::int64_t> ParseInt64(std::string_view text) noexcept { return ParseInteger<std::int64_t>(text); }
-ParsedNumber<std::uint32_t> ParseUInt32(std::string_view text) noexcept { return ParseInteger<std::uint32_t>(text); }
-ParsedNumber<std::uint64_t> ParseUInt64(std::string_view text) noexcept { return ParseInteger<std::uint64_t>(text); }
+ParsedNumber<std::int32_t> ParseInt32(std::string_view text) noexcept {
+    return ParseInteger<std::int32_t>(text);
+}
+ParsedNumber<std::int64_t> ParseInt64(std::string_view text) noexcept {
+    return ParseInteger<std::int64_t>(text);
+}
+ParsedNumber<std::uint32_t> ParseUInt32(std::string_view text) noexcept {
+    return ParseInteger<std::uint32_t>(text);
+}
+ParsedNumber<std::uint64_t> ParseUInt64(std::string_view text) noexcept {
+    return ParseInteger<std::uint64_t>(text);
+}
 
 ParsedNumber<double> ParseDouble(std::string_view text) noexcept {
     ParsedNumber<double> result;
@@ -100,9 +109,17 @@ ParsedNumber<double> ParseDouble(std::string_view text) noexcept {
     return result;
 }
 
-void AppendNumber(std::string& text, std::int32_t value) { Append(text, value); }
-void AppendNumber(std::string& text, std::int64_t value) { Append(text, value); }
-void AppendNumber(std::string& text, std::uint32_t value) { Append(text, value); }
-void AppendNumber(std::string& text, std::uint64_t value) { Append(text, value); }
+void AppendNumber(std::string& text, std::int32_t value) {
+    Append(text, value);
+}
+void AppendNumber(std::string& text, std::int64_t value) {
+    Append(text, value);
+}
+void AppendNumber(std::string& text, std::uint32_t value) {
+    Append(text, value);
+}
+void AppendNumber(std::string& text, std::uint64_t value) {
+    Append(text, value);
+}
 
 }  // namespace Quill::Text
