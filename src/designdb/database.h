@@ -1,0 +1,50 @@
+// The embedded design database: projects in memory that clients attach to.
+#pragma once
+
+#include <memory>
+
+#include "orin/orin.h"
+
+namespace Orin::DesignDb {
+
+// Name of the working design among a project's snapshots; the others are save points.
+inline constexpr const char* WorkingSnapshot = "QUILL";
+
+// One project: a design database with its snapshots. A Database is a handle to it, cheap to copy; the project lives as
+// long as a handle, a connection or a handle to one of its objects does, and can be attached to by its name meanwhile.
+// Operations may be called from any thread; one handle object is used by one thread at a time. Those of an empty handle
+// give NotConnected.
+class ORINPI_EXPORT Database {
+public:
+    Database() noexcept;
+    Database(const Database&) noexcept;
+    Database(Database&&) noexcept;
+    Database& operator=(Database) noexcept;
+    ~Database();
+
+    // Makes a project with an empty working snapshot. AlreadyExists when a project of that name lives,
+    // InvalidArgument for an empty name.
+    static Result Create(Database& database, const String& project);
+
+    // The living project of that name; UnknownProject when there is none.
+    static Result Open(Database& database, const String& project);
+
+    explicit operator bool() const noexcept;
+    String ProjectName() const;
+
+    // A connection that acts as a client called `client`; several clients may bear one name. Null for an empty handle.
+    std::unique_ptr<OrinPI> Connect(const String& client) const;
+
+    // The names of all snapshots, the working one first, then in the order in which they were made.
+    Result ListSnapshots(ListT<String>& names) const;
+
+    // Makes an empty snapshot. AlreadyExists when the project has one of that name.
+    Result AddSnapshot(const String& name) const;
+
+private:
+    class Impl;
+    explicit Database(RefPtr<Impl> impl) noexcept;
+    RefPtr<Impl> m_impl;
+};
+
+}  // namespace Orin::DesignDb
