@@ -7,6 +7,8 @@
 
 namespace Orin::DesignDb {
 
+class ProjectCore;
+
 // Name of the working design among a project's snapshots; the others are save points.
 inline constexpr const char* WorkingSnapshot = "QUILL";
 
@@ -42,9 +44,7 @@ public:
     Result AddSnapshot(const String& name) const;
 
 private:
-    class Impl;
-    explicit Database(RefPtr<Impl> impl) noexcept;
-    RefPtr<Impl> m_impl;
+    RefPtr<ProjectCore> m_core;
 };
 
 }  // namespace Orin::DesignDb

@@ -111,6 +111,8 @@ enum class EEventsChange : int {
     Owner = 26,
     Name = 27,
     Root = 28,
+    LibraryName = 29,
+    ViewTime = 30,
 };
 
 // The first index is the view's block or component, the second the drawn object.

@@ -82,6 +82,14 @@ public:
     const E* end() const noexcept { return begin() + Count(); }
 
     void Append(E record) { Own().push_back(std::move(record)); }
+    void Insert(std::size_t position, E record) {
+        std::vector<E>& records = Own();
+        records.insert(records.begin() + static_cast<std::ptrdiff_t>(position), std::move(record));
+    }
+    void Erase(std::size_t position) {
+        std::vector<E>& records = Own();
+        records.erase(records.begin() + static_cast<std::ptrdiff_t>(position));
+    }
     void Reserve(std::size_t count) { Own().reserve(count); }
     void Clear() noexcept { Drop(std::exchange(m_rep, nullptr)); }
 

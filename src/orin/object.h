@@ -84,6 +84,8 @@ private:
 // What a client holds while it has write access: dropping the last reference gives the access up.
 class ORINPI_EXPORT LockToken : public Counted {};
 
+struct ObjectAccess;  // the database's own way to an object's identity
+
 enum class ELockScope {
     Whole,    // the object and its contents; of a group: its attributes, members and view records
     Shallow,  // the object's own attributes
@@ -118,7 +120,10 @@ protected:
 private:
     template <class T>
     friend class LockerT;
+    friend struct ObjectAccess;
 
+    // What GetIndex gives, for the database's own use.
+    virtual Index Identity() const noexcept = 0;
     // Write access for this object's client; `token` is filled on success only. AccessDenied when another client
     // holds the object, what contains it, or (for Whole) something inside it.
     virtual Result AcquireLock(ELockScope scope, RefPtr<LockToken>& token) const = 0;

@@ -7,10 +7,10 @@ IUIDManager::~IUIDManager() = default;
 template <class T>
 Result IUIDManager::Resolve(ContainerT<const T>& object, EObjectType type, const Index& index) const {
     if (!m_resolver) return EErrorCode::NotConnected;
-    RefPtr<const IObject> found = m_resolver->Resolve(type, index);
-    if (!found) return EErrorCode::ObjectNotFound;
-    object = ContainerT<const T>(RefPtr<const T>::Adopt(static_cast<const T*>(found.Detach())));
-    return {};
+    RefPtr<const IObject> found;
+    Result result = m_resolver->Resolve(found, type, index);
+    if (result) object = ContainerT<const T>(RefPtr<const T>::Adopt(static_cast<const T*>(found.Detach())));
+    return result;
 }
 
 Result IUIDManager::GetBlock(ContainerT<const IBlock>& block, const Index& index) const {

@@ -10,8 +10,8 @@ namespace Orin {
 // What stands behind an IUIDManager; implemented by the database.
 class ORINPI_EXPORT ObjectResolver : public Counted {
 public:
-    // The object of that index as one client sees it, or null when there is none of that kind.
-    virtual RefPtr<const IObject> Resolve(EObjectType type, const Index& index) const = 0;
+    // The object of that index as one client sees it; ObjectNotFound when there is none of that kind.
+    virtual Result Resolve(RefPtr<const IObject>& object, EObjectType type, const Index& index) const = 0;
 };
 
 // A value that resolves the indexes of one snapshot for one client, filled by ISnapshot::GetUIDManager. Copies resolve

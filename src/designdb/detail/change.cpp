@@ -1,0 +1,70 @@
+#include "designdb/detail/change.h"
+
+#include <algorithm>
+
+namespace Orin::DesignDb {
+
+void* UndoLog::Allocate(std::size_t size) {
+    constexpr std::size_t alignment = alignof(std::max_align_t);
+    size = (size + alignment - 1) / alignment * alignment;
+    if (m_blocks.empty() || BlockSize - m_blocks.back().used < size) {
+        m_blocks.reserve(m_blocks.size() + 1);
+        m_blocks.push_back({std::make_unique_for_overwrite<std::byte[]>(BlockSize), 0});
+    }
+    Block& block = m_blocks.back();
+    void* const memory = block.memory.get() + block.used;
+    block.used += size;
+    return memory;
+}
+
+void UndoLog::Revert(Graph& graph, Mark mark) {
+    while (m_top != mark) {
+        m_top->Apply(graph);
+        DropTop();
+    }
+}
+
+const EditMark* UndoLog::TopEdit() const noexcept {
+    return m_top != nullptr ? m_top->AsMark() : nullptr;
+}
+
+void UndoLog::RevertEdit(Graph& graph) {
+    // The mark goes last, so that an edit that could be taken back in part only is still known as one.
+    while (m_top->below != nullptr && m_top->below->AsMark() == nullptr) {
+        UndoStep* const mark = m_top;
+        UndoStep* const step = mark->below;
+        step->Apply(graph);
+        mark->below = step->below;
+        step->~UndoStep();
+    }
+    DropTop();
+}
+
+void UndoLog::Forget(Mark mark) noexcept {
+    while (m_top != mark)
+        DropTop();
+}
+
+void UndoLog::DropTop() noexcept {
+    UndoStep* const step = m_top;
+    m_top = step->below;
+    step->~UndoStep();
+    if (m_top == nullptr && !m_blocks.empty()) {
+        // One block is kept, since most edits stand alone and need no more.
+        m_blocks.resize(1);
+        m_blocks.front().used = 0;
+    }
+}
+
+void MemberStep::Apply(Graph& graph) {
+    ChunkedSequence<std::uint64_t>& members = graph.Of<GroupRecord>().Write(m_group).members;
+    m_insert ? members.Insert(m_position, m_member) : members.Erase(m_position);
+    m_insert = !m_insert;
+}
+
+Change::~Change() {
+    // Taking back needs memory only where a save point was made since, which cannot be inside one edit.
+    if (!m_kept) m_log.Revert(m_graph, m_begin);
+}
+
+}  // namespace Orin::DesignDb

@@ -1,0 +1,244 @@
+// Reversible changes of a graph.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "designdb/detail/event.h"
+#include "designdb/detail/graph.h"
+
+namespace Orin::DesignDb {
+
+class EditMark;
+
+// One step of a change. Applying it a second time takes it back.
+class UndoStep {
+public:
+    virtual ~UndoStep() = default;
+    // Either happens as a whole or, on an allocation failure, not at all.
+    virtual void Apply(Graph& graph) = 0;
+    virtual const EditMark* AsMark() const noexcept { return nullptr; }
+
+    UndoStep* below = nullptr;  // the step done before
+};
+
+// The applied steps since a point in time, newest on top. Steps are laid down in blocks that are freed together.
+class UndoLog {
+public:
+    UndoLog() = default;
+    UndoLog(const UndoLog&) = delete;
+    UndoLog& operator=(const UndoLog&) = delete;
+    ~UndoLog() { Forget(nullptr); }
+
+    using Mark = const UndoStep*;
+    Mark Top() const noexcept { return m_top; }
+
+    // Applies a new step and keeps it. An exception leaves the graph and the log as they were.
+    template <class Step, class... Arguments>
+    void Do(Graph& graph, Arguments&&... arguments) {
+        void* const memory = Allocate(sizeof(Step));
+        Step* const step = new (memory) Step(std::forward<Arguments>(arguments)...);
+        try {
+            step->Apply(graph);
+        } catch (...) {
+            step->~Step();
+            throw;
+        }
+        step->below = m_top;
+        m_top = step;
+    }
+
+    // What the edit on top was; null when nothing or no such mark is on top.
+    const EditMark* TopEdit() const noexcept;
+
+    // Takes back the steps above the mark, newest first. After an allocation failure, which is thrown, the rest can be
+    // taken back by calling again.
+    void Revert(Graph& graph, Mark mark);
+
+    // Takes back the edit on top, with its mark.
+    void RevertEdit(Graph& graph);
+
+    // Drops the steps above the mark without taking them back.
+    void Forget(Mark mark) noexcept;
+
+private:
+    static constexpr std::size_t BlockSize = std::size_t{1} << 16;
+    struct Block {
+        std::unique_ptr<std::byte[]> memory;
+        std::size_t used = 0;
+    };
+
+    void* Allocate(std::size_t size);
+    void DropTop() noexcept;
+
+    std::vector<Block> m_blocks;
+    UndoStep* m_top = nullptr;
+};
+
+// Exchanges a field of a record.
+template <class Record, class Value>
+class FieldStep final : public UndoStep {
+public:
+    FieldStep(Slot slot, Value Record::*field, Value value) : m_slot(slot), m_field(field), m_value(std::move(value)) {}
+    void Apply(Graph& graph) override { std::swap(graph.Of<Record>().Write(m_slot).*m_field, m_value); }
+
+private:
+    Slot m_slot;
+    Value Record::*m_field;
+    Value m_value;
+};
+
+// A record that is taken out; taking the deletion back puts it in again as it was.
+template <class Record>
+class TakeStep final : public UndoStep {
+public:
+    explicit TakeStep(Slot slot) : m_slot(slot) {}
+    void Apply(Graph& graph) override {
+        Table<Record>& table = graph.Of<Record>();
+        if (const Record* const present = table.Find(m_slot)) {
+            const Index index = present->index;
+            table.Write(m_slot);  // a shared chunk is copied before anything changes
+            if (Graph::IsForeign<Record>(index, m_slot)) graph.Foreign().Remove(index);
+            m_record = table.Take(m_slot);
+        } else {
+            PutRecord(graph, m_slot, m_record);
+        }
+    }
+
+    static void PutRecord(Graph& graph, Slot slot, Record& record) {
+        Table<Record>& table = graph.Of<Record>();
+        table.Prepare(slot);
+        if (Graph::IsForeign<Record>(record.index, slot)) graph.Foreign().Enter(record.index, {Record::Kind, slot});
+        table.Put(slot, std::move(record));
+    }
+
+private:
+    Slot m_slot;
+    Record m_record;
+};
+
+// A record that is put in. Steps are taken back at most once, so the record need not be kept then.
+template <class Record>
+class PutStep final : public UndoStep {
+public:
+    PutStep(Slot slot, Record& record) : m_slot(slot), m_record(&record) {}
+    void Apply(Graph& graph) override {
+        if (m_record == nullptr) return TakeStep<Record>(m_slot).Apply(graph);
+        TakeStep<Record>::PutRecord(graph, m_slot, *m_record);
+        m_record = nullptr;
+    }
+
+private:
+    Slot m_slot;
+    Record* m_record;  // to be put in; null when it is there
+};
+
+// Enters a slot into a sorted set of a record, and takes it out.
+template <class Record>
+class SetStep final : public UndoStep {
+public:
+    using Access = SlotSet& (*)(Record&);
+    SetStep(Slot slot, Access access, Slot value, bool insert)
+        : m_slot(slot), m_value(value), m_access(access), m_insert(insert) {}
+    void Apply(Graph& graph) override {
+        SlotSet& set = m_access(graph.Of<Record>().Write(m_slot));
+        m_insert ? set.InsertSorted(m_value) : set.EraseSorted(m_value);
+        m_insert = !m_insert;
+    }
+
+private:
+    Slot m_slot;
+    Slot m_value;
+    Access m_access;
+    bool m_insert;
+};
+
+// Enters a member into a group, and takes it out.
+class MemberStep final : public UndoStep {
+public:
+    MemberStep(Slot group, std::size_t position, std::uint64_t member, bool insert)
+        : m_group(group), m_insert(insert), m_position(position), m_member(member) {}
+    void Apply(Graph& graph) override;
+
+private:
+    Slot m_group;
+    bool m_insert;
+    std::size_t m_position;
+    std::uint64_t m_member;
+};
+
+// Exchanges the attributes of the design as a whole.
+class DesignAttributesStep final : public UndoStep {
+public:
+    explicit DesignAttributesStep(ListAttribute attributes) : m_attributes(std::move(attributes)) {}
+    void Apply(Graph& graph) override { std::swap(graph.attributes, m_attributes); }
+
+private:
+    ListAttribute m_attributes;
+};
+
+// Stands on top of the steps of one edit, and says what the edit was.
+class EditMark final : public UndoStep {
+public:
+    explicit EditMark(Event what) : event(std::move(what)) {}
+    void Apply(Graph&) override {}
+    const EditMark* AsMark() const noexcept override { return this; }
+
+    const Event event;
+};
+
+// Changes to a graph that are kept as a whole or, when the object goes before Keep, taken back as a whole.
+class Change {
+public:
+    Change(Graph& graph, UndoLog& log) noexcept : m_graph(graph), m_log(log), m_begin(log.Top()) {}
+    ~Change();
+    Change(const Change&) = delete;
+    Change& operator=(const Change&) = delete;
+
+    const Graph& Now() const noexcept { return m_graph; }
+    Graph& Tables() noexcept { return m_graph; }
+    // Says what the changes so far were, for who takes them back.
+    void Mark(Event event) { m_log.Do<EditMark>(m_graph, std::move(event)); }
+    void Keep() noexcept { m_kept = true; }
+
+    template <class Record, class Value>
+    void Set(Slot slot, Value Record::*field, std::type_identity_t<Value> value) {
+        m_log.Do<FieldStep<Record, Value>>(m_graph, slot, field, std::move(value));
+    }
+    template <class Record>
+    void Put(Slot slot, Record record) {
+        m_log.Do<PutStep<Record>>(m_graph, slot, record);
+    }
+    template <class Record>
+    void Take(Slot slot) {
+        m_log.Do<TakeStep<Record>>(m_graph, slot);
+    }
+    template <class Record>
+    void Enter(Slot slot, typename SetStep<Record>::Access access, Slot value) {
+        m_log.Do<SetStep<Record>>(m_graph, slot, access, value, true);
+    }
+    template <class Record>
+    void Leave(Slot slot, typename SetStep<Record>::Access access, Slot value) {
+        m_log.Do<SetStep<Record>>(m_graph, slot, access, value, false);
+    }
+    void InsertMember(Slot group, std::size_t position, std::uint64_t member) {
+        m_log.Do<MemberStep>(m_graph, group, position, member, true);
+    }
+    void EraseMember(Slot group, std::size_t position, std::uint64_t member) {
+        m_log.Do<MemberStep>(m_graph, group, position, member, false);
+    }
+    void SetDesignAttributes(ListAttribute attributes) {
+        m_log.Do<DesignAttributesStep>(m_graph, std::move(attributes));
+    }
+
+private:
+    Graph& m_graph;
+    UndoLog& m_log;
+    UndoLog::Mark m_begin;
+    bool m_kept = false;
+};
+
+}  // namespace Orin::DesignDb

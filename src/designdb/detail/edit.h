@@ -1,0 +1,135 @@
+// How an edit is carried out: checked, announced, applied as a whole, announced again.
+#pragma once
+
+#include <mutex>
+#include <new>
+#include <optional>
+#include <utility>
+
+#include "designdb/detail/observation.h"
+#include "designdb/detail/project.h"
+
+namespace Orin::DesignDb {
+
+// Whether an edit comes through a write handle and needs the lock that this stands for, or through the editor, which
+// needs only that nobody else holds one.
+enum class EditRight { Free, Locked };
+
+// What the body of an edit works with. The body checks, calls Begin, and only when that says so changes. It runs twice
+// when somebody observes: once to find out whether it would succeed and what to announce, once to do it.
+class Edit {
+public:
+    Edit(Session& session, Change& change, EditRight right, bool dry) noexcept
+        : m_session(session), m_change(change), m_right(right), m_dry(dry) {}
+
+    const Graph& Now() const noexcept { return m_change.Now(); }
+    Change& Do() noexcept { return m_change; }
+
+    // Whether locks allow an edit of the object itself (Shallow) or of it and all inside it (Whole).
+    Result Permit(const LockKey& object, ELockScope scope) const {
+        const LockTable& locks = m_session.snapshot->locks;
+        if (m_right == EditRight::Free && locks.IsEmpty()) return {};
+        const LockChain chain = ChainOf(m_change.Now(), object);
+        if (locks.IsHeldByOther(*m_session.client, chain, scope)) return EErrorCode::AccessDenied;
+        if (m_right == EditRight::Locked && !locks.Allows(*m_session.client, chain, scope))
+            return EErrorCode::NotLocked;
+        return {};
+    }
+
+    // Says what the edit is. False when it is only being tried.
+    bool Begin(Event what) {
+        event = std::move(what);
+        return !m_dry;
+    }
+
+    // A place for a new record, the same in both runs. AlreadyExists when a living object bears the wanted index.
+    template <class Record>
+    Result Reserve(std::optional<std::pair<Slot, Index>>& place, const Index& wanted, EObjectType type = Record::Kind) {
+        if (!wanted.IsEmpty() && m_change.Now().Locate(wanted)) return EErrorCode::AlreadyExists;
+        if (!place) place = m_change.Tables().Reserve<Record>(wanted, type);
+        return {};
+    }
+
+    Event event;
+
+private:
+    Session& m_session;
+    Change& m_change;
+    EditRight m_right;
+    bool m_dry;
+};
+
+// Whether the client may edit the snapshot at all; the caller holds the snapshot's lock.
+inline Result MayEdit(const Session& session) {
+    if (session.client->IsClosed()) return EErrorCode::NotConnected;
+    if (session.snapshot->reverting) return EErrorCode::AccessDenied;
+    const Client* const owner = session.snapshot->transactionOwner;
+    return owner == nullptr || owner == session.client.Get() ? Result() : Result(EErrorCode::AccessDenied);
+}
+
+// One edit: `body(edit)` as described at Edit. An allocation failure gives OutOfMemory with nothing changed.
+template <class Body>
+Result Perform(Session& session, EditRight right, Body&& body) {
+    Snapshot& snapshot = *session.snapshot;
+    try {
+        Event event;
+        const auto run = [&](bool dry) -> Result {
+            const std::lock_guard lock(snapshot.lock);
+            if (Result allowed = MayEdit(session); !allowed) return allowed;
+            Change change(snapshot.graph, snapshot.log);
+            Edit edit(session, change, right, dry);
+            Result result = body(edit);
+            if (!result || dry) {
+                event = std::move(edit.event);
+                return result;
+            }
+            event = edit.event;
+            if (snapshot.transactionOwner != nullptr) {
+                change.Mark(std::move(edit.event));
+                change.Keep();
+            } else {
+                change.Keep();
+                snapshot.log.Forget(nullptr);
+            }
+            return result;
+        };
+
+        if (!snapshot.observation.IsObserved()) return run(false);
+        Result result = run(true);
+        if (!result) return result;
+        const Announcement announcement(snapshot.observation);
+        announcement.Before(event, false);
+        result = run(false);
+        if (result) announcement.After(event, false);
+        return result;
+    } catch (const std::bad_alloc&) {
+        return EErrorCode::OutOfMemory;
+    }
+}
+
+// Several edits that happen as a whole or not at all: they join the client's transaction, or stand in one of their own
+// that nobody hears of as such. Other clients cannot edit the snapshot meanwhile.
+class EditSeries {
+public:
+    explicit EditSeries(Session& session);
+    ~EditSeries();  // takes everything back unless Finish came
+    EditSeries(const EditSeries&) = delete;
+    EditSeries& operator=(const EditSeries&) = delete;
+
+    // Whether the series could begin.
+    const Result& Begun() const noexcept { return m_begun; }
+    // Keeps the edits when `result` is a success; gives it on.
+    Result Finish(Result result);
+
+private:
+    Session& m_session;
+    UndoLog::Mark m_mark = nullptr;
+    bool m_own = false;
+    bool m_open = false;
+    Result m_begun;
+};
+
+// Takes back the edits above the mark, newest first, each announced as its inverse. The caller owns the transaction.
+Result RevertEdits(Session& session, UndoLog::Mark mark);
+
+}  // namespace Orin::DesignDb

@@ -1,0 +1,153 @@
+// Attributes, through the editor and through write handles.
+#include <algorithm>
+
+#include "designdb/detail/editing.h"
+
+namespace Orin::DesignDb {
+
+namespace {
+
+// Which attributes an edit is about: of an object, of a component at a place, or of the design as a whole.
+struct Bearer {
+    Location at;  // of kind Snapshot: the design as a whole
+    Slot path = 0;
+};
+
+// The attributes as they are; null when the object is not there or bears none.
+const ListAttribute* AttributesOf(const Graph& graph, const Bearer& bearer) {
+    static const ListAttribute s_none;
+    if (bearer.at.kind == EObjectType::Snapshot) return &graph.attributes;
+    if (bearer.path != 0) {
+        const CompRecord* const comp = graph.Find<CompRecord>(bearer.at.slot);
+        if (comp == nullptr) return nullptr;
+        const OccurrenceAttributes* const own = FindOccurrence(comp->occurrences, bearer.path);
+        return own != nullptr ? &own->attributes : &s_none;
+    }
+    const ListAttribute* const none = nullptr;
+    return VisitRecord(graph, bearer.at, none, [](const auto& record) -> const ListAttribute* {
+        if constexpr (requires { record.attributes; }) {
+            return &record.attributes;
+        } else {
+            return nullptr;
+        }
+    });
+}
+
+ListT<OccurrenceAttributes> WithOccurrence(ListT<OccurrenceAttributes> all, Slot path, ListAttribute attributes) {
+    const OccurrenceAttributes* const place = std::lower_bound(
+        all.begin(), all.end(), path, [](const OccurrenceAttributes& o, Slot wanted) { return o.path < wanted; });
+    const std::size_t position = static_cast<std::size_t>(place - all.begin());
+    const bool present = place != all.end() && place->path == path;
+    if (attributes.IsEmpty()) {
+        if (present) all.Erase(position);
+    } else if (present) {
+        (&all.Front())[position].attributes = std::move(attributes);
+    } else {
+        all.Insert(position, {path, std::move(attributes)});
+    }
+    return all;
+}
+
+void Exchange(Edit& edit, const Bearer& bearer, ListAttribute attributes) {
+    const Graph& graph = edit.Now();
+    const Slot slot = bearer.at.slot;
+    if (bearer.at.kind == EObjectType::Snapshot) return edit.Do().SetDesignAttributes(std::move(attributes));
+    if (bearer.path != 0)
+        return edit.Do().Set(
+            slot, &CompRecord::occurrences,
+            WithOccurrence(graph.Find<CompRecord>(slot)->occurrences, bearer.path, std::move(attributes)));
+    VisitRecord(graph, bearer.at, 0, [&]<class Record>(const Record& record) {
+        if constexpr (requires { record.attributes; }) edit.Do().Set(slot, &Record::attributes, std::move(attributes));
+        return 0;
+    });
+}
+
+Index IndexOf(const Session& session, const Graph& graph, const Bearer& bearer) {
+    if (bearer.at.kind == EObjectType::Snapshot)
+        return Index(EObjectType::Snapshot, 0, static_cast<std::uint32_t>(session.snapshot->index.Value()));
+    return VisitRecord(graph, bearer.at, Index(), [](const auto& record) { return record.index; });
+}
+
+Result Set(Session& session, Edit& edit, const Bearer& bearer, const String& name, const String& value,
+           EAttributeType type) {
+    if (name.IsEmpty()) return EErrorCode::InvalidArgument;
+    const ListAttribute* const attributes = AttributesOf(edit.Now(), bearer);
+    if (attributes == nullptr) return EErrorCode::ObjectNotFound;
+    if (bearer.at.kind != EObjectType::Comp) type = EAttributeType::User;
+    const LockKey key{bearer.at.kind, bearer.at.slot, bearer.path};
+    if (Result r = edit.Permit(key, ELockScope::Shallow); !r) return r;
+    const Attribute* const before = FindAttribute(*attributes, name.View(), type);
+    if (!edit.Begin(Event::SetAttribute(IndexOf(session, edit.Now(), bearer), name, value, type, before))) return {};
+    Exchange(edit, bearer, WithAttribute(*attributes, name, value, type));
+    return {};
+}
+
+Result Remove(Session& session, Edit& edit, const Bearer& bearer, const String& name, EAttributeType type) {
+    const ListAttribute* const attributes = AttributesOf(edit.Now(), bearer);
+    if (attributes == nullptr) return EErrorCode::ObjectNotFound;
+    if (bearer.at.kind != EObjectType::Comp) type = EAttributeType::User;
+    const LockKey key{bearer.at.kind, bearer.at.slot, bearer.path};
+    if (Result r = edit.Permit(key, ELockScope::Shallow); !r) return r;
+    const Attribute* const before = FindAttribute(*attributes, name.View(), type);
+    if (before == nullptr) return EErrorCode::AttributeNotFound;
+    if (!edit.Begin(Event::RemoveAttribute(IndexOf(session, edit.Now(), bearer), name, type, before->value))) return {};
+    Exchange(edit, bearer, WithoutAttribute(*attributes, name.View(), type));
+    return {};
+}
+
+// The bearer that an index of the editor's names.
+Bearer BearerOf(const Graph& graph, const Index& object) {
+    return {object.IsEmpty() ? Location{EObjectType::Snapshot, 0} : graph.Locate(object), 0};
+}
+
+// The bearer at a place; an empty location when the component does not stand there.
+Bearer BearerAt(const Session& session, const Graph& graph, const Index& path, const Index& comp) {
+    const PathNode* const place =
+        path.GetType() == EObjectType::Path && path.Middle() == 0 ? session.Project().paths.Find(path.Low()) : nullptr;
+    const Slot slot = graph.SlotOf<CompRecord>(comp);
+    if (place == nullptr || slot == 0 || graph.Find<CompRecord>(slot)->block != BlockAt(graph, *place)) return {};
+    return {{EObjectType::Comp, slot}, place->slot};
+}
+
+}  // namespace
+
+Result Editor::SetAttribute(const Index& object, const String& name, const String& value, EAttributeType type) {
+    return Run(m_impl, [&](Edit& edit) {
+        return Set(*m_impl->session, edit, BearerOf(edit.Now(), object), name, value, type);
+    });
+}
+
+Result Editor::RemoveAttribute(const Index& object, const String& name, EAttributeType type) {
+    return Run(m_impl,
+               [&](Edit& edit) { return Remove(*m_impl->session, edit, BearerOf(edit.Now(), object), name, type); });
+}
+
+Result Editor::SetAttributeInPath(const Index& path, const Index& comp, const String& name, const String& value,
+                                  EAttributeType type) {
+    return Run(m_impl, [&](Edit& edit) {
+        Session& session = *m_impl->session;
+        return Set(session, edit, BearerAt(session, edit.Now(), path, comp), name, value, type);
+    });
+}
+
+Result Editor::RemoveAttributeInPath(const Index& path, const Index& comp, const String& name, EAttributeType type) {
+    return Run(m_impl, [&](Edit& edit) {
+        Session& session = *m_impl->session;
+        return Remove(session, edit, BearerAt(session, edit.Now(), path, comp), name, type);
+    });
+}
+
+Result SetAttributeLocked(Session& session, Location at, Slot path, const String& name, const String& value,
+                          EAttributeType type) {
+    return Perform(session, EditRight::Locked, [&](Edit& edit) {
+        return Set(session, edit, {at, path}, name, value, type);
+    });
+}
+
+Result RemoveAttributeLocked(Session& session, Location at, Slot path, const String& name, EAttributeType type) {
+    return Perform(session, EditRight::Locked, [&](Edit& edit) {
+        return Remove(session, edit, {at, path}, name, type);
+    });
+}
+
+}  // namespace Orin::DesignDb

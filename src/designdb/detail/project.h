@@ -1,0 +1,152 @@
+// Projects, their snapshots, and the clients that work on them.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "designdb/database.h"
+#include "designdb/detail/change.h"
+#include "designdb/detail/lock_table.h"
+#include "designdb/detail/observation.h"
+#include "designdb/detail/path_table.h"
+#include "designdb/detail/readers_writer_lock.h"
+
+namespace Orin::DesignDb {
+
+class Client;
+class Session;
+
+// One design of a project.
+class Snapshot final : public Counted {
+public:
+    Snapshot(String snapshotName, GIndex globalIndex) : name(std::move(snapshotName)), index(globalIndex) {}
+
+    const String name;
+    const GIndex index;
+
+    // Guards the graph, the transaction and the log; the lock table guards itself.
+    mutable ReadersWriterLock lock;
+    Graph graph;
+    const Client* transactionOwner = nullptr;
+    bool transactionIsSeries = false;  // it only holds a series of edits together, and the owner does not know of it
+    bool reverting = false;            // nobody may edit while edits are being taken back
+    UndoLog log;                       // the steps of the transaction; between edits empty when there is none
+    LockTable locks;
+    Observation observation;
+};
+
+// A project.
+class ProjectCore final : public Project {
+public:
+    explicit ProjectCore(String projectName);
+
+    Result Attach(RefPtr<const Connection>& connection, const String& client) override;
+
+    RefPtr<Snapshot> FindSnapshot(std::string_view snapshot) const;
+    Result AddSnapshot(const String& snapshot);
+    ListT<String> SnapshotNames() const;
+
+    const String name;
+    PathTable paths;
+
+private:
+    ~ProjectCore() override;
+
+    mutable std::mutex m_mutex;
+    std::vector<RefPtr<Snapshot>> m_snapshots;  // in the order of making, the working one first
+};
+
+// An identity that owns locks and transactions.
+class Client final : public Connection {
+public:
+    Client(RefPtr<ProjectCore> owner, String clientName);
+
+    Result GetSnapshotByName(ContainerT<const ISnapshot>& snapshot, const String& snapshotName) const override;
+    Result AddClientObserver(ClientObserver* observer) const override;
+    Result RemoveClientObserver(ClientObserver* observer) const override;
+    void Close() const noexcept override;
+
+    // Tells the client's observers that one of its event observers threw.
+    void ReportUnexpected(const std::string& error) const noexcept;
+
+    bool IsClosed() const noexcept { return m_closed.load(std::memory_order_acquire); }
+
+    const RefPtr<ProjectCore> project;
+    const String name;
+
+private:
+    ~Client() override;
+
+    mutable std::mutex m_mutex;
+    mutable std::vector<Session*> m_sessions;
+    mutable std::vector<ClientObserver*> m_observers;
+    mutable std::atomic<bool> m_closed{false};
+};
+
+// One client's work on one snapshot: what every face of an object refers to. It lives until its client is closed and
+// the last face is gone. Faces count themselves in shares, so that threads that make and drop faces of one session do
+// not write to one cache line.
+class Session {
+public:
+    Session(const Client& sessionClient, RefPtr<Snapshot> sessionSnapshot);
+
+    struct alignas(64) Share {
+        std::atomic<std::size_t> count{1};  // one for the client until it is closed
+        Session* session = nullptr;
+    };
+
+    Share& ShareOfThisThread() noexcept { return m_shares[ReadersWriterLock::ThreadSlot() % ShareCount]; }
+    static void Drop(Share& share) noexcept;
+    void CloseByClient() noexcept;
+
+    ProjectCore& Project() const noexcept { return *client->project; }
+
+    const RefPtr<const Client> client;
+    const RefPtr<Snapshot> snapshot;
+
+private:
+    ~Session() = default;
+
+    static constexpr std::size_t ShareCount = 8;
+    std::array<Share, ShareCount> m_shares;
+    std::atomic<std::size_t> m_open{ShareCount};
+};
+
+// Keeps a session alive.
+class SessionRef {
+public:
+    // Of a session whose client is not closed.
+    explicit SessionRef(Session& session) noexcept : m_share(&session.ShareOfThisThread()) {
+        m_share->count.fetch_add(1, std::memory_order_relaxed);
+    }
+    // After the client was closed this thread's share may be used up; the other's is in use by the other.
+    SessionRef(const SessionRef& other) noexcept : m_share(&other->ShareOfThisThread()) {
+        std::size_t count = m_share->count.load(std::memory_order_relaxed);
+        while (count != 0)
+            if (m_share->count.compare_exchange_weak(count, count + 1, std::memory_order_relaxed)) return;
+        m_share = other.m_share;
+        m_share->count.fetch_add(1, std::memory_order_relaxed);
+    }
+    SessionRef& operator=(const SessionRef&) = delete;
+    ~SessionRef() { Session::Drop(*m_share); }
+
+    Session& operator*() const noexcept { return *m_share->session; }
+    Session* operator->() const noexcept { return m_share->session; }
+
+private:
+    Session::Share* m_share;
+};
+
+// ---- Transactions and observers, for ISnapshot. ----
+
+Result BeginTransaction(Session& session, const ETransactionType& type);
+Result CommitTransaction(Session& session);
+Result RollbackTransaction(Session& session);
+bool OwnsTransaction(const Session& session);
+Result AddEventObserver(Session& session, EventObserver* observer);
+Result RemoveEventObserver(Session& session, EventObserver* observer);
+
+}  // namespace Orin::DesignDb

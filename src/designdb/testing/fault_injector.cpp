@@ -1,0 +1,100 @@
+#include "designdb/testing/fault_injector.h"
+
+#include <map>
+#include <mutex>
+#include <vector>
+
+#include "designdb/detail/faults.h"
+
+namespace Orin::DesignDb {
+
+std::atomic<bool> g_faultsWatched{false};
+
+namespace {
+
+struct Rule {
+    Testing::Fault fault;
+    unsigned matched = 0;
+};
+
+struct State {
+    std::mutex mutex;
+    std::vector<Rule> rules;
+    std::map<std::string, unsigned, std::less<>> calls;
+    unsigned all = 0;
+    unsigned failed = 0;
+};
+
+State& TheState() {
+    static State state;
+    return state;
+}
+
+}  // namespace
+
+int CheckFault(const char* operation, const Index& object) {
+    State& state = TheState();
+    const std::lock_guard lock(state.mutex);
+    ++state.all;
+    ++state.calls[operation];
+    for (Rule& rule : state.rules) {
+        if (!rule.fault.operation.empty() && rule.fault.operation != operation) continue;
+        if (!rule.fault.object.IsEmpty() && rule.fault.object != object) continue;
+        ++rule.matched;
+        if (rule.matched == rule.fault.call || (rule.fault.persistent && rule.matched > rule.fault.call)) {
+            ++state.failed;
+            return static_cast<int>(rule.fault.code);
+        }
+    }
+    return 0;
+}
+
+namespace Testing {
+
+FaultInjector::FaultInjector() {
+    ResetCounts();
+    g_faultsWatched.store(true);
+}
+
+FaultInjector::~FaultInjector() {
+    g_faultsWatched.store(false);
+    Clear();
+}
+
+void FaultInjector::Inject(const Fault& fault) {
+    State& state = TheState();
+    const std::lock_guard lock(state.mutex);
+    state.rules.push_back({fault, 0});
+}
+
+void FaultInjector::Clear() {
+    State& state = TheState();
+    const std::lock_guard lock(state.mutex);
+    state.rules.clear();
+}
+
+unsigned FaultInjector::Calls(std::string_view operation) const {
+    State& state = TheState();
+    const std::lock_guard lock(state.mutex);
+    if (operation.empty()) return state.all;
+    const auto found = state.calls.find(operation);
+    return found != state.calls.end() ? found->second : 0;
+}
+
+void FaultInjector::ResetCounts() {
+    State& state = TheState();
+    const std::lock_guard lock(state.mutex);
+    state.calls.clear();
+    state.all = 0;
+    state.failed = 0;
+}
+
+unsigned FaultInjector::Failed() const {
+    State& state = TheState();
+    const std::lock_guard lock(state.mutex);
+    return state.failed;
+}
+
+}  // namespace Testing
+
+}  // namespace Orin::DesignDb
