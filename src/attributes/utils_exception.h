@@ -52,6 +52,7 @@ private:
 };
 
 // A re-entrant mutex: the thread that holds it may lock it again and unlocks it as many times. Usable from any thread.
+// Clang's thread-safety analysis follows it, but takes a second lock within one function for a mistake.
 class QUILLUTILS_EXPORT QUILL_CAPABILITY("mutex") Mutex {
 public:
     // Throws UtilsException: NoMemory with the message "Could not create mutex" when there is no memory for it, NoMutex
