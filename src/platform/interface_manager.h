@@ -10,7 +10,7 @@ namespace Quill {
 
 // Maps interface names to factories. Names are compared exactly. All operations may be called from any thread and from
 // any static initialiser or destructor of any translation unit: the directory is built by its first user and lives
-// until the process ends.
+// until the process ends. No lock is held while a factory is at work; the manager itself never calls one.
 class QUILLINTERFACEMANAGER_EXPORT InterfaceManager {
 public:
     static InterfaceManager& instance();
@@ -35,7 +35,8 @@ public:
 private:
     class Impl;
     InterfaceManager();
-    ~InterfaceManager();
+    ~InterfaceManager() = delete;  // it outlives every static object
+
     std::unique_ptr<Impl> m_impl;
 };
 

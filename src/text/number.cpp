@@ -109,16 +109,10 @@ ParsedNumber<double> ParseDouble(std::string_view text) noexcept {
     return result;
 }
 
-void AppendNumber(std::string& text, std::int32_t value) {
+void AppendSigned(std::string& text, std::int64_t value) {
     Append(text, value);
 }
-void AppendNumber(std::string& text, std::int64_t value) {
-    Append(text, value);
-}
-void AppendNumber(std::string& text, std::uint32_t value) {
-    Append(text, value);
-}
-void AppendNumber(std::string& text, std::uint64_t value) {
+void AppendUnsigned(std::string& text, std::uint64_t value) {
     Append(text, value);
 }
 

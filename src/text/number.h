@@ -1,6 +1,7 @@
 // Decimal numbers out of and into text, whatever the process locale is.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -37,12 +38,25 @@ ParsedNumber<std::uint64_t> ParseUInt64(std::string_view text) noexcept;
 ParsedNumber<double> ParseDouble(std::string_view text) noexcept;
 
 // Appends the plain decimal form: a leading "-" for negative values, no padding, no grouping.
-void AppendNumber(std::string& text, std::int32_t value);
-void AppendNumber(std::string& text, std::int64_t value);
-void AppendNumber(std::string& text, std::uint32_t value);
-void AppendNumber(std::string& text, std::uint64_t value);
+void AppendSigned(std::string& text, std::int64_t value);
+void AppendUnsigned(std::string& text, std::uint64_t value);
 
+// An integer that stands for a number: not a truth value and not a character. An 8-bit integer counts as a character,
+// since nothing tells it from one.
 template <class T>
+concept Number = std::integral<T> && sizeof(T) >= sizeof(short) && !std::same_as<T, wchar_t> &&
+                 !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
+
+template <Number T>
+void AppendNumber(std::string& text, T value) {
+    if constexpr (std::signed_integral<T>) {
+        AppendSigned(text, value);
+    } else {
+        AppendUnsigned(text, value);
+    }
+}
+
+template <Number T>
 std::string Render(T value) {
     std::string text;
     AppendNumber(text, value);

@@ -1,0 +1,201 @@
+#include "platform/filesystem.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "platform/detail/path_text.h"
+
+#ifdef _WIN32
+#include <direct.h>
+#include <process.h>
+#else
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace zolt::filesystem {
+namespace {
+
+TEST(Path, IsCutIntoParentAndLastElement) {
+    struct Case {
+        std::string_view text, parent, last;
+    };
+    const Case both[] = {
+        {"", "", ""},     {"a", "", "a"},     {"a/b", "a", "b"},
+        {"a/", "a", ""},  {"a//b", "a", "b"}, {"a b/\xC3\xA4", "a b", "\xC3\xA4"},
+        {"/", "/", ""},   {"/a", "/", "a"},   {"/a/b.c", "/a", "b.c"},
+        {"..", "", ".."},
+    };
+    const Case posix[] = {{"a\\b", "", "a\\b"}, {"C:", "", "C:"}};
+    const Case windows[] = {
+        {R"(a\b)", "a", "b"},
+        {R"(a/b\)", "a/b", ""},
+        {R"(C:\)", R"(C:\)", ""},
+        {R"(C:\a)", R"(C:\)", "a"},
+        {"C:a", "C:", "a"},
+        {R"(\\server\share\a)", R"(\\server\share)", "a"},
+        {R"(\\server\share)", R"(\\server\)", "share"},
+        {R"(\\server)", R"(\\server)", ""},
+        {R"(\\\a)", R"(\\\)", "a"},
+    };
+    const auto check = [](auto syntax, const Case& c) {
+        using Syntax = decltype(syntax);
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(ParentOf<Syntax>(c.text), c.parent);
+        EXPECT_EQ(c.text.substr(LastElement<Syntax>(c.text)), c.last);
+    };
+    for (const Case& c : both) {
+        check(PosixSyntax(), c);
+        check(WindowsSyntax(), c);
+        EXPECT_EQ(path(c.text).parent_path().string(), c.parent);
+        EXPECT_EQ(path(c.text).filename().string(), c.last);
+    }
+    for (const Case& c : posix)
+        check(PosixSyntax(), c);
+    for (const Case& c : windows)
+        check(WindowsSyntax(), c);
+}
+
+TEST(Path, GrowsByOneElementWithOneSeparator) {
+    struct Case {
+        std::string base, element, posix, windows;
+    };
+    const Case cases[] = {
+        {"a", "b", "a/b", R"(a\b)"},
+        {"a/", "b", "a/b", "a/b"},
+        {R"(a\)", "b", R"(a\/b)", R"(a\b)"},
+        {"", "b", "b", "b"},
+        {"a", "", "a", "a"},
+        {"a", "/b", "/b", "/b"},
+        {"a", R"(C:\b)", R"(a/C:\b)", R"(C:\b)"},
+        {"C:", "b", "C:/b", "C:b"},
+        {R"(\\server)", "b", R"(\\server/b)", R"(\\server\b)"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.base + " + " + c.element);
+        std::string posix = c.base, windows = c.base;
+        AppendElement<PosixSyntax>(posix, c.element);
+        AppendElement<WindowsSyntax>(windows, c.element);
+        EXPECT_EQ(posix, c.posix);
+        EXPECT_EQ(windows, c.windows);
+    }
+    path self("a/");
+    const path& same = self;
+    self /= same;
+    EXPECT_EQ(self, path("a/a/"));
+}
+
+// A directory whose name has a blank and bytes that are letters in UTF-8 as well as in the usual ANSI code pages.
+class Disk : public testing::Test {
+protected:
+#ifdef _WIN32
+    static int ProcessId() {
+        return _getpid();
+    }
+    static void MakeDirectory(const path& directory) {
+        ASSERT_EQ(_mkdir(directory.string().c_str()), 0);
+    }
+#else
+    static int ProcessId() {
+        return getpid();
+    }
+    static void MakeDirectory(const path& directory) {
+        ASSERT_EQ(mkdir(directory.string().c_str(), 0755), 0);
+    }
+#endif
+    static void MakeFile(const path& file) {
+        ASSERT_TRUE(std::ofstream(file.string()) << "x");
+    }
+
+    void SetUp() override {
+        std::filesystem::create_directory(m_ownedRoot);
+        root = path(m_ownedRoot.string()) / "sch\xC3\xB6ne Pl\xC3\xA4ne";
+        MakeDirectory(root);
+    }
+    ~Disk() override {
+        std::error_code ignored;  // what stays behind disturbs no later run
+        std::filesystem::remove_all(m_ownedRoot, ignored);
+    }
+
+    static std::vector<std::string> Names(const path& directory) {
+        std::vector<std::string> names;
+        for (directory_iterator it(directory); it != directory_iterator(); ++it) {
+            EXPECT_EQ(*it, directory / it->filename());
+            names.push_back(it->filename().string());
+        }
+        return names;
+    }
+
+    const std::filesystem::path m_ownedRoot =
+        std::filesystem::temp_directory_path() / ("quill_filesystem_" + std::to_string(ProcessId()));
+    path root;
+};
+
+TEST_F(Disk, ListsADirectorySortedWithoutLetterCase) {
+    for (const char* name : {"b.1", ".hidden", "\xC3\x84", "C", "_", "a b"})
+        MakeFile(root / name);
+    MakeDirectory(root / "B");
+    const std::vector<std::string> want = {".hidden", "_", "a b", "B", "b.1", "C", "\xC3\x84"};
+    EXPECT_EQ(Names(root), want);
+    EXPECT_EQ(Names(root / ""), want);
+    EXPECT_EQ(Names(root / "B"), std::vector<std::string>());
+    EXPECT_EQ(Names(root / "C"), std::vector<std::string>()) << "a file has no entries";
+    EXPECT_EQ(Names(root / "missing"), std::vector<std::string>());
+    EXPECT_EQ(Names(""), std::vector<std::string>());
+
+    directory_iterator it(root);
+    const directory_iterator start = it;
+    EXPECT_EQ(it, start);
+    EXPECT_NE(++it, start);
+    EXPECT_NE(it, directory_iterator());
+}
+
+TEST_F(Disk, TellsDirectoriesAndFilesApartThroughLinks) {
+    MakeDirectory(root / "dir");
+    MakeFile(root / "file");
+    struct Case {
+        path where;
+        bool dir, file;
+    };
+    std::vector<Case> cases = {
+        {root / "dir", true, false},      {root / "dir/", true, false}, {root / "file", false, true},
+        {root / "missing", false, false}, {"", false, false},
+    };
+#ifndef _WIN32
+    ASSERT_EQ(symlink("dir", (root / "to dir").string().c_str()), 0);
+    ASSERT_EQ(symlink("nothing", (root / "to nothing").string().c_str()), 0);
+    cases.push_back({root / "to dir", true, false});
+    cases.push_back({root / "to nothing", false, false});
+    cases.push_back({"/dev/null", false, false});
+#endif
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.where.string());
+        EXPECT_EQ(c.where.is_dir(), c.dir);
+        EXPECT_EQ(c.where.is_file(), c.file);
+    }
+}
+
+TEST_F(Disk, TakesPathsOfAnyLengthThatTheSystemTakes) {
+    // On Windows such a path is only made behind the prefix that lifts the limit.
+    std::filesystem::path made = m_ownedRoot;
+#ifdef _WIN32
+    made = LR"(\\?\)" + made.make_preferred().wstring();
+#endif
+    path seen(m_ownedRoot.string());
+    for (int level = 0; level < 12; ++level) {
+        made /= std::string(80, 'd');
+        seen /= std::string(80, 'd');
+        std::filesystem::create_directory(made);
+    }
+    ASSERT_GT(seen.string().size(), 960U);
+    std::filesystem::create_directory(made / "leaf");
+    EXPECT_TRUE(seen.is_dir());
+    EXPECT_FALSE(seen.is_file());
+    EXPECT_EQ(Names(seen), std::vector<std::string>{"leaf"});
+    EXPECT_TRUE(directory_iterator(seen)->is_dir());
+}
+
+}  // namespace
+}  // namespace zolt::filesystem

@@ -1,0 +1,150 @@
+#include <atomic>
+#include <cstdlib>
+#include <stdexcept>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "platform/environment.h"
+#include "platform/logging.h"
+
+namespace zolt {
+namespace {
+
+using Dirs = std::vector<std::string>;
+
+#ifdef _WIN32
+constexpr char Separator = ';';
+void SetVariable(const char* name, const std::string& value) {
+    _putenv_s(name, value.c_str());
+}  // "" removes it
+#else
+constexpr char Separator = ':';
+void SetVariable(const char* name, const std::string& value) {
+    if (value.empty()) {
+        unsetenv(name);
+    } else {
+        setenv(name, value.c_str(), 1);
+    }
+}
+#endif
+
+class WorkingDirectories : public testing::Test {
+protected:
+    ~WorkingDirectories() override {
+        env::SetWDIRsProvider({});
+        SetVariable("QUILL_WDIRS", "");
+    }
+    Dirs dirs = {"from before"};
+};
+
+TEST_F(WorkingDirectories, ComeFromTheEnvironmentInOrder) {
+    struct Case {
+        const char* why;
+        std::string list;  // with "|" for the platform's separator
+        Dirs want;
+    };
+    const Case cases[] = {
+        {"not set", "", {}},
+        {"one", "/a b", {"/a b"}},
+        {"order and repetitions are kept", "/z|/a|/z", {"/z", "/a", "/z"}},
+        {"empty elements are left out", "||/a||/b|", {"/a", "/b"}},
+        {"separators alone", "||", {}},
+        {"blanks and other letters belong to the name", " \xC3\xA4 |x", {" \xC3\xA4 ", "x"}},
+    };
+    for (Case c : cases) {
+        SCOPED_TRACE(c.why);
+        for (char& character : c.list) {
+            if (character == '|') character = Separator;
+        }
+        SetVariable("QUILL_WDIRS", c.list);
+        EXPECT_TRUE(env::GetWDIRs(dirs));
+        EXPECT_EQ(dirs, c.want);
+    }
+}
+
+TEST_F(WorkingDirectories, AreTheProvidersWhileOneIsInstalled) {
+    SetVariable("QUILL_WDIRS", "/environment");
+    env::SetWDIRsProvider([](Dirs& list) {
+        list.push_back("/provider");
+        return true;
+    });
+    EXPECT_TRUE(env::GetWDIRs(dirs));
+    EXPECT_EQ(dirs, Dirs{"/provider"});
+
+    env::SetWDIRsProvider([](Dirs& list) {
+        list.push_back("/half");
+        return false;
+    });
+    EXPECT_FALSE(env::GetWDIRs(dirs));
+    EXPECT_EQ(dirs, Dirs{"/provider"}) << "a failure leaves the list untouched";
+
+    env::SetWDIRsProvider([](Dirs& list) -> bool {
+        list.push_back("/half");
+        throw std::runtime_error("provider");
+    });
+    EXPECT_THROW(env::GetWDIRs(dirs), std::runtime_error);
+    EXPECT_EQ(dirs, Dirs{"/provider"});
+
+    env::SetWDIRsProvider({});
+    EXPECT_TRUE(env::GetWDIRs(dirs));
+    EXPECT_EQ(dirs, Dirs{"/environment"});
+}
+
+TEST_F(WorkingDirectories, AProviderMayReplaceItselfWhileItIsAsked) {
+    env::SetWDIRsProvider([kept = std::string("/the first one, still alive")](Dirs& list) {
+        env::SetWDIRsProvider([](Dirs&) { return true; });
+        list.push_back(kept);
+        return true;
+    });
+    EXPECT_TRUE(env::GetWDIRs(dirs));
+    EXPECT_EQ(dirs, Dirs{"/the first one, still alive"});
+    EXPECT_TRUE(env::GetWDIRs(dirs));
+    EXPECT_EQ(dirs, Dirs{});
+}
+
+class FatalErrorLog : public testing::Test {
+protected:
+    ~FatalErrorLog() override { Logging::SetSink({}); }
+
+    static std::string StandardErrorOf(const std::string& message) {
+        testing::internal::CaptureStderr();
+        Logging::FatalError(message);
+        return testing::internal::GetCapturedStderr();
+    }
+};
+
+TEST_F(FatalErrorLog, GoesToTheSinkOrElseToStandardError) {
+    EXPECT_EQ(StandardErrorOf("100% lost"), "100% lost\n");
+
+    Dirs received;
+    Logging::SetSink([&](const std::string& message) { received.push_back(message); });
+    EXPECT_EQ(StandardErrorOf("caught"), "");
+    EXPECT_EQ(received, Dirs{"caught"});
+
+    Logging::SetSink([](const std::string&) { throw std::runtime_error("sink"); });
+    EXPECT_EQ(StandardErrorOf("no message is lost"), "no message is lost\n");
+
+    Logging::SetSink({});
+    EXPECT_EQ(StandardErrorOf("again"), "again\n");
+    EXPECT_EQ(received.size(), 1U);
+}
+
+TEST_F(FatalErrorLog, SinksMayBeExchangedWhileThreadsReport) {
+    constexpr int Messages = 2000;
+    std::atomic<int> received{0};
+    Logging::SetSink([&](const std::string&) { ++received; });
+    const auto report = [] {
+        for (int i = 0; i < Messages; ++i)
+            Logging::FatalError("message");
+    };
+    std::thread first(report), second(report);
+    for (int i = 0; i < Messages; ++i)
+        Logging::SetSink([&](const std::string&) { ++received; });
+    first.join();
+    second.join();
+    EXPECT_EQ(received, 2 * Messages);
+}
+
+}  // namespace
+}  // namespace zolt
