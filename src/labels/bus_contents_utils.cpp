@@ -20,6 +20,8 @@ namespace Quill::BusContents::Utils {
 namespace {
 
 using detail::BusContentsResolver;
+using detail::IsClosing;
+using detail::IsOpening;
 using detail::LabelRuns;
 using detail::Repeats;
 using detail::Run;
@@ -27,11 +29,8 @@ using detail::Signs;
 
 constexpr std::size_t Unlimited = std::numeric_limits<std::size_t>::max();
 
-constexpr bool IsOpening(char c) {
-    return c == '[' || c == '(';
-}
 constexpr bool IsIndexCharacter(char c) {
-    return Text::IsDigit(c) || IsOpening(c) || c == ']' || c == ')' || c == '.';
+    return Text::IsDigit(c) || IsOpening(c) || IsClosing(c) || c == '.';
 }
 constexpr bool IsStemCharacter(char c) {
     return Text::IsLetter(c) || c == '_' || c == '|' || c == '~' || c == '.';
@@ -225,6 +224,7 @@ std::string BuildBusLabel(std::vector<std::string>& members, bool bracketSingles
     LabelRuns runs(Repeats::Apart);
     std::vector<const std::string*> unparsed;
     for (const std::string& member : members) {
+        if (runs.AddLikeLast(member)) continue;
         const std::string_view net = member;
         const std::size_t bracket = FindBracket(net);
         if (bracket == std::string_view::npos || net.find('$') != std::string_view::npos || !CanBeCompressed(net)) {
@@ -257,7 +257,7 @@ std::string BuildBusLabel(const std::string& oldLabel, std::list<std::string>& m
     MemberReader reader(oldLabel);
     LabelRuns runs(reader.Bundle() ? Repeats::Together : Repeats::Apart);
     for (const std::string& member : members) {
-        if (!reader.Read(member, runs)) return {};
+        if (!runs.AddLikeLast(member) && !reader.Read(member, runs)) return {};
     }
     std::string label;
     for (const Run& run : runs.Runs()) {

@@ -9,6 +9,13 @@
 
 namespace Quill::BusContents::detail {
 
+constexpr bool IsOpening(char c) noexcept {
+    return c == '[' || c == '(';
+}
+constexpr bool IsClosing(char c) noexcept {
+    return c == ']' || c == ')';
+}
+
 // What an empty number text counts as.
 inline constexpr std::int32_t NoNumber = -1;
 
@@ -39,6 +46,11 @@ public:
     explicit LabelRuns(Repeats repeats) : m_repeats(repeats) {}
 
     void Add(const StemNumber& net);
+
+    // Adds `net` when it is the stem of the last numbered run and one plain index, "[12]" or "(12)", as most nets of a
+    // bus are: it then reads the same in every form of label. False, with nothing added, for any other net.
+    bool AddLikeLast(std::string_view net);
+
     const std::vector<Run>& Runs() const noexcept { return m_runs; }
 
 private:
