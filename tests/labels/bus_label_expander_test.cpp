@@ -22,8 +22,9 @@ TEST(BusLabelExpander, ReadsEveryFormOfItem) {
     };
     const Case cases[] = {
         {"down", "D[2:0]", 1, "D[2] D[1] D[0]"},
-        {"up, through zero", "D(-2:1)", 2, "D(-2) D(-1) D(0) D(1)"},
+        {"through zero", "D(-2:1),D(1:-2)", 2, "D(-2) D(-1) D(0) D(1) D(1) D(0) D(-1) D(-2)"},
         {"over tens, up and down", "D[8:11],D[101:99]", 1, "D[8] D[9] D[10] D[11] D[101] D[100] D[99]"},
+        {"a range, then one that a single index follows", "A[0:1],M[0:1][5]", 1, "A[0] A[1] M[0][5] M[1][5]"},
         {"one and the same index", "D[3:3]", 1, "D[3]"},
         {"a single index keeps its digits, a range does not", "D[007],E[01:00]", 1, "D[007] E[1] E[0]"},
         {"last group fastest", "M[0:1][5:4]", 1, "M[0][5] M[0][4] M[1][5] M[1][4]"},
