@@ -31,6 +31,12 @@ bool IsSymbolName(std::string_view name) {
            std::all_of(number.begin(), number.end(), Text::IsDigit);
 }
 
+// The folder of libraries of the central library that `file` belongs to; empty when the file's own folder is missing.
+path SymbolLibsBeside(const path& file) {
+    const path folder = file.parent_path();
+    return folder.is_dir() ? folder / "SymbolLibs" : path();
+}
+
 // Calls `visit` with each candidate name until it returns false.
 template <class Visitor>
 void ForEachFile(const path& folder, Visitor visit) {
@@ -96,11 +102,9 @@ void CSymbolLibsFinder::SearchForLibraries(const std::string& file) {
 }
 
 void CSymbolLibsFinder::SearchCLForLibraries(const std::string& file, bool noAlias, bool noMegaCheck) {
-    path dir = path(file).parent_path();
-    if (!dir.is_dir()) dir = path(ConfigDetail::WithForwardSlashes(file)).parent_path();
+    path libs = SymbolLibsBeside(file);
+    if (!libs.is_dir()) libs = SymbolLibsBeside(ConfigDetail::WithForwardSlashes(file));
     ClearData();  // not before `file` is read, which may be a text of an item
-    if (!dir.is_dir()) return;
-    const path libs = dir / "SymbolLibs";
     if (!libs.is_dir()) return;
     for (directory_iterator entry(libs); entry != directory_iterator(); ++entry) {
         if (entry->is_dir()) AddLibraryPath(libs, entry->filename().string(), noAlias, noMegaCheck);
