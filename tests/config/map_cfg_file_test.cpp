@@ -5,35 +5,26 @@
 #include "tests/config/test_support.h"
 
 using Quill::MapCfgFile;
-using Quill::Test::EnvironmentVariable;
-using Quill::Test::TemporaryFolder;
-
 using Map = std::map<std::string, std::string>;
 
 TEST(MapCfgFile, TakesQuotedTextsInPairs) {
-    const TemporaryFolder folder;
-    struct Case {
-        const char* why;
-        std::string text;
-        Map want;
+    const Quill::Test::TemporaryFolder folder;
+    // clang-format off
+    const struct { const char* why; std::string text; Map want; } cases[] = {
+        {"what is outside quotes is ignored", "x \"RES\" = \"R\"\r\n\"CAP\"\"C\"", {{"RES", "R"}, {"CAP", "C"}}},
+        {"a pair may span lines",          "\"A\nB\"\n\n\"1\"",    {{"A\nB", "1"}}},
+        {"a line end after the last pair", "\"A\" \"1\"\r\n",      {{"A", "1"}, {"", ""}}},
+        {"the last occurrence counts",     "\"A\"\"1\"\"A\"\"2\"", {{"A", "2"}}},
+        {"an odd number of texts",         "\"A\"\"1\"\"B\"",      {{"A", "1"}, {"B", ""}}},
+        {"an opening quote ends the file", "\"A\" \"",             {{"A", ""}}},
+        {"a text is open at the end",      "\"A\" \"1 2",          {{"A", "1 2"}}},
+        {"empty texts are texts",          "\"\"\"x\"",            {{"", "x"}}},
+        {"a NUL ends the file",            std::string("\"A\"\"1\"\0\"B\"\"2\"", 14), {{"A", "1"}}},
+        {"no quotes at all",               "A 1",                  {{"", ""}}},
+        {"an empty file",                  "",                     {}},
     };
-    const Case cases[] = {
-        {"what is outside quotes is ignored",
-         "x \"RESISTOR\" = \"R\"\r\n\"CAP\"\"C\"",
-         {{"RESISTOR", "R"}, {"CAP", "C"}}},
-        {"a pair may span lines", "\"A\nB\"\n\n\"1\"", {{"A\nB", "1"}}},
-        {"a line end after the last pair", "\"A\" \"1\"\r\n", {{"A", "1"}, {"", ""}}},
-        {"the last occurrence counts", "\"A\"\"1\"\"A\"\"2\"", {{"A", "2"}}},
-        {"an odd number of texts", "\"A\"\"1\"\"B\"", {{"A", "1"}, {"B", ""}}},
-        {"an opening quote ends the file", "\"A\" \"", {{"A", ""}}},
-        {"a text is open at the end", "\"A\" \"1 2", {{"A", "1 2"}}},
-        {"empty texts are texts", "\"\"\"x\"", {{"", "x"}}},
-        {"a NUL ends the file", std::string("\"A\"\"1\"\0\"B\"\"2\"", 14), {{"A", "1"}}},
-        {"a NUL ends an open text", std::string("\"A\"\"1\0 2\"", 10), {{"A", "1"}}},
-        {"no quotes at all", "A 1", {{"", ""}}},
-        {"an empty file", "", {}},
-    };
-    for (const Case& c : cases) {
+    // clang-format on
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
         folder.Write("a map.cfg", c.text);
         MapCfgFile file;
@@ -43,7 +34,7 @@ TEST(MapCfgFile, TakesQuotedTextsInPairs) {
 }
 
 TEST(MapCfgFile, MergesAndLeavesTheMapAloneWhenTheFileCannotBeRead) {
-    const TemporaryFolder folder;
+    const Quill::Test::TemporaryFolder folder;
     folder.Write("map.cfg", "\"A\"\"2\"\"B\"\"3\"");
     MapCfgFile file;
     file.getMap() = {{"A", "1"}, {"C", "1"}};
@@ -55,24 +46,24 @@ TEST(MapCfgFile, MergesAndLeavesTheMapAloneWhenTheFileCannotBeRead) {
 }
 
 TEST(MapCfgFile, DefaultLocationsAreBelowTheInstallationRoot) {
-    const TemporaryFolder folder;
-    const EnvironmentVariable home("TOVE_HOME", folder / "Tools");
-    folder.Write("Tools/standard/map.cfg", "\"map\"\"1\"");
-    folder.Write("Tools/standard/mapnl.cfg", "\"mapnl\"\"1\"");
-    folder.Write("Tools/standard/own.cfg", "\"own\"\"1\"");
-    const auto keyAfter = [](auto load) {
-        MapCfgFile file;
-        load(file);
-        return file.getMap().empty() ? std::string("none") : file.getMap().begin()->first;
-    };
-    EXPECT_EQ(keyAfter([](MapCfgFile& file) { file.loadFromDefaultLocations(); }), "map");
-    EXPECT_EQ(keyAfter([](MapCfgFile& file) { file.loadFromDefaultLocations("Cobalt"); }), "map");
-    EXPECT_EQ(keyAfter([](MapCfgFile& file) { file.loadFromDefaultLocations("netList"); }), "mapnl");
-    EXPECT_EQ(keyAfter([](MapCfgFile& file) { file.loadFileFromDefaultLocations("own.cfg"); }), "own");
-    EXPECT_EQ(keyAfter([](MapCfgFile& file) { file.loadFileFromDefaultLocations("no.cfg"); }), "none");
+    const Quill::Test::TemporaryFolder folder;
+    const Quill::Test::InstallationRoot root(folder / "Tools");
+    folder.Write("Tools/standard/map.cfg", "\"map\"\"\"");
+    folder.Write("Tools/standard/mapnl.cfg", "\"mapnl\"\"\"");
+    folder.Write("Tools/standard/own.cfg", "\"own\"\"\"");
+    MapCfgFile schematic, cobalt, netlist, own;
+    schematic.loadFromDefaultLocations();
+    cobalt.loadFromDefaultLocations("Cobalt");
+    netlist.loadFromDefaultLocations("netList");
+    own.loadFileFromDefaultLocations("own.cfg");
+    EXPECT_EQ(schematic.getMap(), (Map{{"map", ""}}));
+    EXPECT_EQ(cobalt.getMap(), (Map{{"map", ""}}));
+    EXPECT_EQ(netlist.getMap(), (Map{{"mapnl", ""}}));
+    EXPECT_EQ(own.getMap(), (Map{{"own", ""}}));
 #ifndef _WIN32
-    folder.Write("Tools\\standard\\own.cfg", "\"the path as it is given comes first\"\"1\"");
-    EXPECT_EQ(keyAfter([](MapCfgFile& file) { file.loadFileFromDefaultLocations("own.cfg"); }),
-              "the path as it is given comes first");
+    folder.Write("Tools\\standard\\own.cfg", "\"as it is given\"\"\"");
+    own.getMap().clear();
+    own.loadFileFromDefaultLocations("own.cfg");
+    EXPECT_EQ(own.getMap(), (Map{{"as it is given", ""}}));
 #endif
 }
