@@ -42,6 +42,19 @@ TEST(StaticFlowTypeInfo, TheFactoryIsThereForStaticObjectsAndGoneAfterThem) {
     EXPECT_EQ(provider->getFlowTypeInfo("netlist")->getMapCfgFile(), "mapnl.cfg");
 }
 
+// What a polling thread comes to that has read the mode just before another thread stopped the watch.
+TEST(DirWatchState, APollThatMeetsItsOwnStopNeitherWaitsNorRevivesTheWatch) {
+    using namespace Quill::ConfigDetail;
+    const Quill::Test::TemporaryFolder folder;
+    DirWatchState watch;
+    watch.setWatchTime(60 * 1000 * 1000, false, 0);
+    watch.setDirToWatch(folder.Path(), "");
+    ASSERT_EQ(watch.mode, WatchMode::Native);
+    watch.stopWatching();
+    EXPECT_FALSE(watch.changedNative());
+    EXPECT_EQ(watch.mode, WatchMode::None);
+}
+
 // No set-up chooses the stat mode; it is entered here as one would.
 TEST(DirWatchState, TheStatModeComparesSizeAndTime) {
     using namespace Quill::ConfigDetail;

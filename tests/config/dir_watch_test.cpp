@@ -106,6 +106,7 @@ TEST(DirWatch, ReportsModificationsInTheDirectoryAlone) {
         {"a new time of an empty file", true,  [&] { fs::last_write_time(folder / "gone.txt", {}); }},
         {"a new file with content",     true,  [&] { Append(folder / "new.txt"); }},
 #ifndef _WIN32  // there the notification tells of changed directory entries as well
+        {"a change of permissions",     true,  [&] { fs::permissions(file, fs::perms::owner_all); }},
         {"a write below",               false, [&] { Append(folder / "sub/old.txt"); }},
         {"a new empty file",            false, [&] { std::ofstream(folder / "empty.txt"); }},
         {"an empty file deleted",       false, [&] { fs::remove(folder / "gone.txt"); }},
