@@ -1,0 +1,69 @@
+#include "config/map_cfg_file.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/config/test_support.h"
+
+using Quill::MapCfgFile;
+using Map = std::map<std::string, std::string>;
+
+TEST(MapCfgFile, TakesQuotedTextsInPairs) {
+    const Quill::Test::TemporaryFolder folder;
+    // clang-format off
+    const struct { const char* why; std::string text; Map want; } cases[] = {
+        {"what is outside quotes is ignored", "x \"RES\" = \"R\"\r\n\"CAP\"\"C\"", {{"RES", "R"}, {"CAP", "C"}}},
+        {"a pair may span lines",          "\"A\nB\"\n\n\"1\"",    {{"A\nB", "1"}}},
+        {"a line end after the last pair", "\"A\" \"1\"\r\n",      {{"A", "1"}, {"", ""}}},
+        {"the last occurrence counts",     "\"A\"\"1\"\"A\"\"2\"", {{"A", "2"}}},
+        {"an odd number of texts",         "\"A\"\"1\"\"B\"",      {{"A", "1"}, {"B", ""}}},
+        {"an opening quote ends the file", "\"A\" \"",             {{"A", ""}}},
+        {"a text is open at the end",      "\"A\" \"1 2",          {{"A", "1 2"}}},
+        {"empty texts are texts",          "\"\"\"x\"",            {{"", "x"}}},
+        {"a NUL ends the file",            std::string("\"A\"\"1\"\0\"B\"\"2\"", 14), {{"A", "1"}}},
+        {"no quotes at all",               "A 1",                  {{"", ""}}},
+        {"an empty file",                  "",                     {}},
+    };
+    // clang-format on
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        folder.Write("a map.cfg", c.text);
+        MapCfgFile file;
+        file.load(folder / "a map.cfg");
+        EXPECT_EQ(file.getMap(), c.want);
+    }
+}
+
+TEST(MapCfgFile, MergesAndLeavesTheMapAloneWhenTheFileCannotBeRead) {
+    const Quill::Test::TemporaryFolder folder;
+    folder.Write("map.cfg", "\"A\"\"2\"\"B\"\"3\"");
+    MapCfgFile file;
+    file.getMap() = {{"A", "1"}, {"C", "1"}};
+    file.load(folder / "missing.cfg");
+    file.load(folder.Path());
+    EXPECT_EQ(file.getMap(), (Map{{"A", "1"}, {"C", "1"}}));
+    file.load(folder / "map.cfg");
+    EXPECT_EQ(file.getMap(), (Map{{"A", "2"}, {"B", "3"}, {"C", "1"}}));
+}
+
+TEST(MapCfgFile, DefaultLocationsAreBelowTheInstallationRoot) {
+    const Quill::Test::TemporaryFolder folder;
+    const Quill::Test::InstallationRoot root(folder / "Tools");
+    folder.Write("Tools/standard/map.cfg", "\"map\"\"\"");
+    folder.Write("Tools/standard/mapnl.cfg", "\"mapnl\"\"\"");
+    folder.Write("Tools/standard/own.cfg", "\"own\"\"\"");
+    MapCfgFile schematic, cobalt, netlist, own;
+    schematic.loadFromDefaultLocations();
+    cobalt.loadFromDefaultLocations("Cobalt");
+    netlist.loadFromDefaultLocations("netList");
+    own.loadFileFromDefaultLocations("own.cfg");
+    EXPECT_EQ(schematic.getMap(), (Map{{"map", ""}}));
+    EXPECT_EQ(cobalt.getMap(), (Map{{"map", ""}}));
+    EXPECT_EQ(netlist.getMap(), (Map{{"mapnl", ""}}));
+    EXPECT_EQ(own.getMap(), (Map{{"own", ""}}));
+#ifndef _WIN32
+    folder.Write("Tools\\standard\\own.cfg", "\"as it is given\"\"\"");
+    own.getMap().clear();
+    own.loadFileFromDefaultLocations("own.cfg");
+    EXPECT_EQ(own.getMap(), (Map{{"as it is given", ""}}));
+#endif
+}
