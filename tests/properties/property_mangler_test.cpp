@@ -2,8 +2,13 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
+
+#include "designdb/testing/fault_injector.h"
+#include "tests/support/small_design.h"
+#include "tests/support/time_zone.h"
 
 namespace {
 
@@ -111,6 +116,49 @@ TEST(PropertyMangler, KnowsTheDatePropertyByItsExactName) {
     EXPECT_TRUE(Mangler::IsPropDATETIME("@DATETIME"));
     for (const char* other : {"@datetime", "DATETIME", "@DATETIME ", ""})
         EXPECT_FALSE(Mangler::IsPropDATETIME(other)) << other;
+}
+
+class ModificationTime : public Tests::SmallDesign {
+protected:
+    // The time of both kinds of view, each written over `out`.
+    std::pair<std::string, std::string> Format(int seconds, const char* format, std::string out = "") {
+        std::string symbolOut = out;
+        Orin::ContainerT<const Orin::IBlockViewQuill> sheetView;
+        Orin::ContainerT<const Orin::ICompViewQuill> symbolView;
+        EXPECT_TRUE(editor.SetModificationTime(sheetIndex, seconds) && editor.SetModificationTime(compIndex, seconds));
+        EXPECT_TRUE(Orin::IBlockViewQuill::Init(sheetView, *block, *sheet));
+        EXPECT_TRUE(Orin::ICompViewQuill::Init(symbolView, *comp));
+        Mangler::GetPropDATETIME(sheetView, out, format);
+        Mangler::GetPropDATETIME(symbolView, symbolOut, format);
+        return {out, symbolOut};
+    }
+    static std::pair<std::string, std::string> Both(const std::string& text) { return {text, text}; }
+};
+
+TEST_F(ModificationTime, IsFormattedInLocalTime) {
+    const Tests::TwoHoursAhead zone;
+    EXPECT_EQ(Format(1236254820, nullptr), Both("05/03/2009:14:07"));
+    EXPECT_EQ(Format(1236254820, "%H"), Both("14"));
+    EXPECT_EQ(Format(0, nullptr), Both("01/01/1970:02:00"));
+    EXPECT_EQ(Format(2147483647, "%Y-%m-%d %H:%M:%S"), Both("2038-01-19 05:14:07"));
+    const std::string longest(127, 'x');
+    EXPECT_EQ(Format(0, longest.c_str()), Both(longest));
+}
+
+TEST_F(ModificationTime, LeavesTheOutputAloneWhenThereIsNone) {
+    EXPECT_EQ(Format(-1, nullptr, "old"), Both("old")) << "before 1970";
+    EXPECT_EQ(Format(0, "", "old"), Both("old")) << "an empty result";
+    EXPECT_EQ(Format(0, std::string(128, 'x').c_str(), "old"), Both("old")) << "too long a result";
+    {
+        Orin::DesignDb::Testing::FaultInjector faults;
+        faults.Inject({"IBlockViewQuill::GetModificationTime"});
+        faults.Inject({"ICompViewQuill::GetModificationTime"});
+        EXPECT_EQ(Format(0, nullptr, "old"), Both("old")) << "an unreadable time";
+    }
+    std::string out = "old";
+    Mangler::GetPropDATETIME(Orin::ContainerT<const Orin::IBlockViewQuill>(), out, nullptr);
+    Mangler::GetPropDATETIME(Orin::ContainerT<const Orin::ICompViewQuill>(), out, nullptr);
+    EXPECT_EQ(out, "old");
 }
 
 }  // namespace
