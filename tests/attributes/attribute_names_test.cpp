@@ -24,8 +24,7 @@ protected:
 struct NameOfFlows {
     const char* const& current;
     const char* (Names::CQuillAttrNames::*get)();
-    const char* schematic;
-    const char* netlist;
+    const char *schematic, *netlist;
 };
 #define OF_FLOWS(name, schematic, netlist) \
     { Names::name, &Names::CQuillAttrNames::name, schematic, netlist }
@@ -47,25 +46,23 @@ const NameOfFlows AllNames[] = {
 #undef OF_FLOWS
 
 TEST_F(CurrentFlow, AndNamesOfAFlowFollowTheTypeInAnyCase) {
-    struct Case {
-        const char* flowType;
-        bool netlist;
-    };
-    const Case cases[] = {{"NETLIST", true}, {"Cobalt", false},   {"netlist", true}, {"BRIO", false}, {"NetList", true},
-                          {"", false},       {"Netlist ", false}, {"NETLIST", true}, {"QS", false}};
     EXPECT_EQ(refDesignatorAtLoad, "Ref Designator");
     Names::CQuillAttrNames apart("Brio");
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.flowType);
+    const auto expectNames = [&](const char* flowType, bool netlist) {
+        SCOPED_TRACE(flowType);
         Names::CQuillAttrNames names("other");
-        names.SetFlowType(c.flowType);
-        Names::SetCurrentFlowType(c.flowType);
+        names.SetFlowType(flowType);
+        Names::SetCurrentFlowType(flowType);
         for (const NameOfFlows& name : AllNames) {
-            EXPECT_STREQ(name.current, c.netlist ? name.netlist : name.schematic);
-            EXPECT_STREQ((names.*name.get)(), c.netlist ? name.netlist : name.schematic);
+            EXPECT_STREQ(name.current, netlist ? name.netlist : name.schematic);
+            EXPECT_STREQ((names.*name.get)(), netlist ? name.netlist : name.schematic);
             EXPECT_STREQ((apart.*name.get)(), name.schematic) << "an object follows the current flow";
         }
-    }
+    };
+    for (const char* ofNetlists : {"NETLIST", "netlist", "NetList"})
+        expectNames(ofNetlists, true);
+    for (const char* other : {"Cobalt", "BRIO", "", "Netlist ", "QS"})
+        expectNames(other, false);
     EXPECT_STREQ(Names::term, "Term");
     EXPECT_STREQ(Names::XrefAnnotation, "Xref Annotation");
 }
@@ -113,33 +110,24 @@ TEST(QuillAttributes, RecogniseReservedKeysByTheirStoredNames) {
 }
 
 TEST(ValueText, TrimsBlanksButNoNewlines) {
-    struct Case {
-        std::string value;
-        bool changed;
-        std::string want;
-    };
-    const Case cases[] = {
-        {" \t\rx y\r\t ", true, "x y"}, {"x ", true, "x"},         {"x", false, "x"},    {"", false, ""},
-        {" \t\r", false, " \t\r"},      {"\nx\n", false, "\nx\n"}, {" \n ", true, "\n"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.value);
-        std::string value = c.value;
-        EXPECT_EQ(NQuillUtils::TrimValue(value), c.changed);
-        EXPECT_EQ(value, c.want);
-    }
+    const auto trimmed = [](std::string value) { return (NQuillUtils::TrimValue(value) ? "+" : "=") + value; };
+    EXPECT_EQ(trimmed(" \t\rx y\r\t "), "+x y");
+    EXPECT_EQ(trimmed(" \n "), "+\n");
+    EXPECT_EQ(trimmed("\nx\n"), "=\nx\n");
+    EXPECT_EQ(trimmed("x"), "=x");
+    EXPECT_EQ(trimmed(""), "=");
+    EXPECT_EQ(trimmed(" \t\r"), "= \t\r") << "nothing would be left";
 }
 
 TEST(ValueText, DropsTheZerosThatEndAFraction) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"1.500", "1.5"}, {"2.000", "2."}, {"0.0", "0."},      {"1.05", "1.05"},       {"10", "10"},  {"100", "100"},
-        {".", "."},       {"", ""},        {"1.0.00", "1.0."}, {"1.500 V", "1.500 V"}, {".50", ".5"},
-    };
-    for (const auto& [given, want] : cases) {
-        std::string value = given;
-        NQuillUtils::TrimZero(value);
-        EXPECT_EQ(value, want) << given;
-    }
+    const auto trimmed = [](std::string value) { return NQuillUtils::TrimZero(value), value; };
+    EXPECT_EQ(trimmed("1.500"), "1.5");
+    EXPECT_EQ(trimmed("0.0"), "0.");
+    EXPECT_EQ(trimmed("1.05"), "1.05");
+    EXPECT_EQ(trimmed("100"), "100") << "no point";
+    EXPECT_EQ(trimmed("1.0.00"), "1.0.") << "behind the first point, at the end";
+    EXPECT_EQ(trimmed("1.500 V"), "1.500 V");
+    EXPECT_EQ(trimmed("") + trimmed("."), ".");
 }
 
 }  // namespace

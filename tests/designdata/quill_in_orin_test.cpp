@@ -18,66 +18,45 @@ using Orin::Result;
 using Quill::Utils::QuillInOrin;
 using Signals = QuillInOrin::BusSignals;
 
-class QuillData : public Tests::SmallDesign {
-protected:
-    std::string BlockText(const char* name) { return block->GetAttribute(name, value) ? Text() : "none"; }
-    std::string CompText(const char* name) {
-        return comp->GetAttribute(name, value, EAttributeType::Link) ? Text() : "none";
-    }
-    std::string BusText(const char* name) { return bus->GetAttribute(name, value) ? Text() : "none"; }
+constexpr EAttributeType Link = EAttributeType::Link;
 
-private:
-    std::string Text() const { return static_cast<const char*>(value); }
-};
+using QuillData = Tests::SmallDesign;
 
 TEST_F(QuillData, IsStoredInOneEncodingAndComesBack) {
     std::string name;
     QuillInOrin::StoreDesignName(writableBlock, "Radio, rev. 2");
-    EXPECT_EQ(BlockText("$$Internal_Design_Name"), "Radio, rev. 2");
+    EXPECT_EQ(Value(block, "$$Internal_Design_Name"), "Radio, rev. 2");
     EXPECT_TRUE(QuillInOrin::GetDesignName(*block, name) && name == "Radio, rev. 2");
 
     Index index;
     QuillInOrin::StoreBoardBlock(writableBlock, Index(18446744073709551615U));
-    EXPECT_EQ(BlockText("$$Internal_BoardUid"), "18446744073709551615");
+    EXPECT_EQ(Value(block, "$$Internal_BoardUid"), "18446744073709551615");
     EXPECT_TRUE(QuillInOrin::GetBoardBlock(*block, index) && index == 18446744073709551615U);
     QuillInOrin::StoreRipperBus(writableComp, Index(4294967301));
-    EXPECT_EQ(CompText("$$Internal____Bus"), "4294967301");
+    EXPECT_EQ(Value(comp, "$$Internal____Bus", Link), "4294967301");
     EXPECT_TRUE(QuillInOrin::GetRipperBus(*comp, index) && index == 4294967301U);
 
     std::map<int, int> map = {{4, 7}, {9, 9}};
     QuillInOrin::StoreRipperSignalMap(writableComp, {{4, 1}, {3, 0}, {-1, -2}});
-    EXPECT_EQ(CompText("$$Internal____SignalMap"), "-1,-2,3,0,4,1");
+    EXPECT_EQ(Value(comp, "$$Internal____SignalMap", Link), "-1,-2,3,0,4,1");
     EXPECT_TRUE(QuillInOrin::GetRipperSignalMap(*comp, map));
     EXPECT_EQ(map, (std::map<int, int>{{-1, -2}, {3, 0}, {4, 1}, {9, 9}})) << "merged, and the stored value wins";
 
     Signals signals = {{5, Index(5)}};
     QuillInOrin::StoreBusSignals(writableBus, {{0, Index(4294967301)}, {-1, Index(4294967302)}});
-    EXPECT_EQ(BusText("$$Internal____Signals"), "0,4294967301,-1,4294967302");
+    EXPECT_EQ(Value(bus, "$$Internal____Signals"), "0,4294967301,-1,4294967302");
     EXPECT_TRUE(QuillInOrin::GetBusSignals(*bus, signals));
     EXPECT_EQ(signals, (Signals{{5, Index(5)}, {0, Index(4294967301)}, {-1, Index(4294967302)}})) << "appended";
 
     std::list<std::string> list = {"what stood there"};
     std::vector<std::string> vector = {"what stood there"};
     QuillInOrin::StoreBusSignalNames(writableBus, std::list<std::string>{"A0", "A1", "CLK"});
-    EXPECT_EQ(BusText("$$Internal____SignalNames"), "A0,A1,CLK");
+    EXPECT_EQ(Value(bus, "$$Internal____SignalNames"), "A0,A1,CLK");
     EXPECT_TRUE(QuillInOrin::GetBusSignalNames(*bus, vector));
     EXPECT_EQ(vector, (std::vector<std::string>{"A0", "A1", "CLK"})) << "replaced";
     QuillInOrin::StoreBusSignalNames(writableBus, std::vector<std::string>{"B"});
-    EXPECT_EQ(BusText("$$Internal____SignalNames"), "B");
+    EXPECT_EQ(Value(bus, "$$Internal____SignalNames"), "B");
     EXPECT_TRUE(QuillInOrin::GetBusSignalNames(*bus, list) && list == std::list<std::string>{"B"});
-}
-
-TEST_F(QuillData, ExistsWhenEmpty) {
-    std::map<int, int> map;
-    Signals signals;
-    std::vector<std::string> names = {"what stood there"};
-    QuillInOrin::StoreRipperSignalMap(writableComp, {});
-    QuillInOrin::StoreBusSignals(writableBus, {});
-    QuillInOrin::StoreBusSignalNames(writableBus, std::vector<std::string>());
-    EXPECT_EQ(CompText("$$Internal____SignalMap") + BusText("$$Internal____Signals"), "");
-    EXPECT_TRUE(QuillInOrin::GetRipperSignalMap(*comp, map) && map.empty());
-    EXPECT_TRUE(QuillInOrin::GetBusSignals(*bus, signals) && signals.empty());
-    EXPECT_TRUE(QuillInOrin::GetBusSignalNames(*bus, names) && names.empty());
 }
 
 TEST_F(QuillData, LeavesOutputsAloneWhenAbsent) {
@@ -100,23 +79,16 @@ TEST_F(QuillData, LeavesOutputsAloneWhenAbsent) {
 
 TEST_F(QuillData, OfOlderDesignsIsReadUnderTheBareKey) {
     Index bus1;
-    EXPECT_TRUE(editor.SetAttribute(compIndex, "___Bus", "5", EAttributeType::Link));
+    EXPECT_TRUE(editor.SetAttribute(compIndex, "___Bus", "5", Link));
     EXPECT_TRUE(QuillInOrin::GetRipperBus(*comp, bus1) && bus1 == 5U);
     QuillInOrin::StoreRipperBus(writableComp, Index(5));
-    EXPECT_EQ(CompText("$$Internal____Bus"), "5") << "the same value moves to the mangled key";
+    EXPECT_EQ(Value(comp, "$$Internal____Bus", Link), "5") << "the same value moves to the mangled key";
     QuillInOrin::StoreRipperBus(writableComp, Index(6));
-    EXPECT_EQ(CompText("___Bus"), "5");
+    EXPECT_EQ(Value(comp, "___Bus", Link), "5");
     EXPECT_TRUE(QuillInOrin::GetRipperBus(*comp, bus1) && bus1 == 6U) << "the mangled key is looked for first";
-
-    std::string name;
-    std::vector<std::string> names;
-    EXPECT_TRUE(editor.SetAttribute(blockIndex, "Design_Name", "Radio"));
-    EXPECT_TRUE(editor.SetAttribute(busIndex, "___SignalNames", "A,B"));
-    EXPECT_TRUE(QuillInOrin::GetDesignName(*block, name) && name == "Radio");
-    EXPECT_TRUE(QuillInOrin::GetBusSignalNames(*bus, names) && names.size() == 2);
 }
 
-TEST_F(QuillData, IsTakenAsItIsWhenDamaged) {
+TEST_F(QuillData, ExistsWhenEmptyOrDamaged) {
     struct Case {
         const char* text;
         std::vector<std::string> names;
@@ -128,6 +100,7 @@ TEST_F(QuillData, IsTakenAsItIsWhenDamaged) {
         {",,3,7,", {"3", "7"}, {{3, Index(7)}}, {{3, 7}}},
         {"3,7,4", {"3", "7", "4"}, {{3, Index(7)}}, {{3, 7}}},
         {",", {}, {}, {}},
+        {"", {}, {}, {}},
         {"5x, 6,1,2,5,9",
          {"5x", " 6", "1", "2", "5", "9"},
          {{5, Index(6)}, {1, Index(2)}, {5, Index(9)}},
@@ -141,7 +114,7 @@ TEST_F(QuillData, IsTakenAsItIsWhenDamaged) {
         SCOPED_TRACE(c.text);
         EXPECT_TRUE(editor.SetAttribute(busIndex, "$$Internal____SignalNames", c.text));
         EXPECT_TRUE(editor.SetAttribute(busIndex, "$$Internal____Signals", c.text));
-        EXPECT_TRUE(editor.SetAttribute(compIndex, "$$Internal____SignalMap", c.text, EAttributeType::Link));
+        EXPECT_TRUE(editor.SetAttribute(compIndex, "$$Internal____SignalMap", c.text, Link));
         std::vector<std::string> names;
         Signals signals;
         std::map<int, int> map;
@@ -158,14 +131,9 @@ TEST_F(QuillData, IsTakenAsItIsWhenDamaged) {
 
 TEST_F(QuillData, IsWrittenOnlyWhenItsTextChanges) {
     Orin::DesignDb::Testing::FaultInjector calls;
-    const std::vector<std::string> names = {"A0", "A1"};
-    QuillInOrin::StoreBusSignalNames(writableBus, names);
-    QuillInOrin::StoreBusSignalNames(writableBus, names);
+    QuillInOrin::StoreBusSignalNames(writableBus, std::vector<std::string>{"A0", "A1"});
     QuillInOrin::StoreBusSignalNames(writableBus, std::list<std::string>{"A0,A1"});  // another list, the same text
     EXPECT_EQ(calls.Calls("IBus::SetAttribute"), 1U);
-    QuillInOrin::StoreRipperBus(writableComp, Index(5));
-    QuillInOrin::StoreRipperBus(writableComp, Index(5));
-    EXPECT_EQ(calls.Calls("IComp::SetAttribute"), 1U);
     QuillInOrin::StoreDesignName(writableBlock, "Radio");
     QuillInOrin::StoreDesignName(writableBlock, "radio");
     EXPECT_EQ(calls.Calls("IBlock::SetAttribute"), 2U);
@@ -174,66 +142,52 @@ TEST_F(QuillData, IsWrittenOnlyWhenItsTextChanges) {
     EXPECT_EQ(calls.Calls("IBlock::SetAttribute"), 3U) << "what cannot be read is written";
 }
 
-// The code of the result that `work` throws, or 0.
-template <class Work>
-int ThrownBy(const Work& work) {
-    try {
-        work();
-    } catch (const Result& failed) {
-        return failed.GetErrorCode();
-    }
-    return 0;
-}
-
 TEST_F(QuillData, ThrowsAWriteThatFails) {
     QuillInOrin::StoreDesignName(writableBlock, "Radio");
     Orin::DesignDb::Testing::FaultInjector faults;
-    for (const char* operation : {"IBlock::SetAttribute", "IComp::SetAttribute", "IBus::SetAttribute"})
-        faults.Inject({.operation = operation, .persistent = true});
-    EXPECT_EQ(ThrownBy([&] { QuillInOrin::StoreDesignName(writableBlock, "Amplifier"); }), 102);
-    EXPECT_EQ(ThrownBy([&] { QuillInOrin::StoreBoardBlock(writableBlock, Index(1)); }), 102);
-    EXPECT_EQ(ThrownBy([&] { QuillInOrin::StoreRipperBus(writableComp, Index(1)); }), 102);
-    EXPECT_EQ(ThrownBy([&] { QuillInOrin::StoreRipperSignalMap(writableComp, {}); }), 102);
-    EXPECT_EQ(ThrownBy([&] { QuillInOrin::StoreBusSignals(writableBus, {}); }), 102);
-    EXPECT_EQ(ThrownBy([&] { QuillInOrin::StoreBusSignalNames(writableBus, std::list<std::string>{"A"}); }), 102);
-    EXPECT_EQ(BlockText("$$Internal_Design_Name"), "Radio");
-    EXPECT_EQ(ThrownBy([] { QuillInOrin::StoreDesignName({}, "Radio"); }), 200) << "an empty handle";
+    faults.Inject({.operation = "IBlock::SetAttribute", .code = Orin::EErrorCode::AccessDenied});
+    faults.Inject({.operation = "IComp::SetAttribute", .persistent = true});
+    faults.Inject({.operation = "IBus::SetAttribute", .persistent = true});
+    try {
+        QuillInOrin::StoreDesignName(writableBlock, "Amplifier");
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const Result& failed) {
+        EXPECT_EQ(failed.GetErrorCode(), 201);
+    }
+    EXPECT_EQ(Value(block, "$$Internal_Design_Name"), "Radio");
+    EXPECT_THROW(QuillInOrin::StoreRipperSignalMap(writableComp, {}), Result);
+    EXPECT_THROW(QuillInOrin::StoreBusSignals(writableBus, {}), Result);
+    EXPECT_THROW(QuillInOrin::StoreDesignName({}, "Radio"), Result) << "an empty handle";
 }
 
-// A root, a child and a grandchild block; the name asked for is that of the grandchild's place.
-class HierarchicalName : public testing::Test {
+// A child and a grandchild block below the top; the name asked for is that of the grandchild's place.
+class HierarchicalName : public Tests::SmallDesign {
 protected:
     HierarchicalName() {
+        writableBlock.Release();
         const Orin::BlockTypes drawn = Orin::BlockTypes(Orin::EBlockType::Schematic) | Orin::EBlockType::Drawn;
-        EXPECT_TRUE(Orin::DesignDb::Database::Create(database, "hierarchy"));
-        client = database.Connect("client");
-        EXPECT_TRUE(client->GetSnapshotByName(snapshot, "QUILL"));
-        EXPECT_TRUE(Orin::DesignDb::Editor::Open(editor, snapshot));
-        EXPECT_TRUE(editor.AddBlock({"root", drawn}, root));
-        EXPECT_TRUE(editor.AddBlock({"child", drawn}, child));
-        EXPECT_TRUE(editor.AddBlock({"grandchild", drawn}, grandchild));
-        EXPECT_TRUE(editor.AddConfig({"default", root}, config));
-        EXPECT_TRUE(editor.AddComp(root, Hierarchical("$U1", child, {}), upper));
-        EXPECT_TRUE(editor.AddComp(child, Hierarchical("AMP", grandchild, Index(0x07FFFFFE00000005)), lower));
+        Index grandchild, config, cluster;
+        EXPECT_TRUE(editor.AddBlock({"child", drawn}, child) && editor.AddBlock({"grandchild", drawn}, grandchild));
+        EXPECT_TRUE(editor.AddConfig({"default", blockIndex}, config));
+        upper = AddHierarchical(blockIndex, "$U1", child, {});
+        lower = AddHierarchical(child, "AMP", grandchild, Index(0x07FFFFFE00000005));
         EXPECT_TRUE(editor.AddGroup(child, {"cluster", Orin::EGroupType::Cluster}, cluster));
-        EXPECT_TRUE(editor.AddGroup(child, {"1"}, sheet));
-        EXPECT_TRUE(editor.AddMember(cluster, lower));
-        EXPECT_TRUE(editor.AddMember(sheet, lower));
+        EXPECT_TRUE(editor.AddGroup(child, {"1"}, childSheet));
+        EXPECT_TRUE(editor.AddMember(cluster, lower) && editor.AddMember(childSheet, lower));
         Orin::CompDataQuill data;
         data.objectId = 4000000000;
-        EXPECT_TRUE(editor.SetCompData(sheet, lower, data));
-        EXPECT_TRUE(editor.SetAttribute(sheet, "$$Internal_ID", "17"));
+        EXPECT_TRUE(editor.SetCompData(childSheet, lower, data));
+        EXPECT_TRUE(editor.SetAttribute(childSheet, "$$Internal_ID", "17"));
     }
-
-    static Orin::DesignDb::CompSpec Hierarchical(const char* label, const Index& block, const Index& index) {
-        Orin::DesignDb::CompSpec spec;
-        spec.label = label;
+    Index AddHierarchical(const Index& parent, const char* label, const Index& standsFor, const Index& wanted) {
+        Orin::DesignDb::CompSpec spec{label};
         spec.types = Orin::ECompType::Hierarchical;
-        spec.childBlock = block;
-        spec.index = index;
-        return spec;
+        spec.childBlock = standsFor;
+        spec.index = wanted;
+        Index added;
+        EXPECT_TRUE(editor.AddComp(parent, spec, added));
+        return added;
     }
-
     Orin::ContainerT<const Orin::IPath> RootPlace() {
         Orin::ContainerT<const Orin::IConfig> configuration;
         Orin::ContainerT<const Orin::IPath> place;
@@ -246,11 +200,7 @@ protected:
         return QuillInOrin::GetHierarchicalName(place);
     }
 
-    Orin::DesignDb::Database database;
-    std::unique_ptr<Orin::OrinPI> client;
-    Orin::ContainerT<const Orin::ISnapshot> snapshot;
-    Orin::DesignDb::Editor editor;
-    Index root, child, grandchild, config, upper, lower, cluster, sheet;
+    Index child, childSheet, upper, lower;
 };
 
 TEST_F(HierarchicalName, IsMadeOfLabelsInstancesAndSheets) {
@@ -270,12 +220,12 @@ TEST_F(HierarchicalName, IsMadeOfLabelsInstancesAndSheets) {
 }
 
 TEST_F(HierarchicalName, HasGapsForWhatTheSheetDoesNotTell) {
-    EXPECT_TRUE(editor.RemoveAttribute(sheet, "$$Internal_ID"));
-    EXPECT_TRUE(editor.SetAttribute(sheet, "ID", "17"));
+    EXPECT_TRUE(editor.RemoveAttribute(childSheet, "$$Internal_ID"));
+    EXPECT_TRUE(editor.SetAttribute(childSheet, "ID", "17"));
     EXPECT_EQ(Name(), "$U1\\$I4000000000") << "the bare key is not looked for";
-    EXPECT_TRUE(editor.Undraw(sheet, lower));
+    EXPECT_TRUE(editor.Undraw(childSheet, lower));
     EXPECT_EQ(Name(), "$U1\\") << "a component that is not drawn";
-    EXPECT_TRUE(editor.RemoveMember(sheet, lower));
+    EXPECT_TRUE(editor.RemoveMember(childSheet, lower));
     EXPECT_EQ(Name(), "") << "a component on no sheet; a cluster is none";
 }
 

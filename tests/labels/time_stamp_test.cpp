@@ -15,8 +15,7 @@ using Quill::Utils::time_stamp;
 TEST(TimeStamp, HasARawAndAFormattedForm) {
     struct Case {
         std::int32_t seconds;
-        const char* raw;
-        const char* formatted;
+        const char *raw, *formatted;
     };
     const Case cases[] = {
         {1710407107, "1710407107", "9:05:07_3-14-24"},
@@ -58,8 +57,7 @@ TEST(TimeStamp, OfThisMomentIsTheClocks) {
 TEST(TimeStamp, OrderOfStoredDesignsStays) {
     struct Case {
         int rank;  // equal ranks are equally old
-        const char* stamp;
-        const char* why;
+        const char *stamp, *why;
     };
     const Case cases[] = {
         {0, "", "no stamp is before every date"},
@@ -99,50 +97,39 @@ TEST(TimeStamp, OrderOfStoredDesignsStays) {
         {24, "0:00:00_1-1-99999999999", "clamped, and still 2000 is added"},
     };
     for (const Case& a : cases)
-        for (const Case& b : cases) {
+        for (const Case& b : cases)
             EXPECT_EQ(time_stamp::is_less(a.stamp, b.stamp), a.rank < b.rank)
                 << a.rank << " (" << a.why << ") against " << b.rank << " (" << b.why << ")";
-            if (a.stamp != nullptr && b.stamp != nullptr) {
-                EXPECT_EQ(time_stamp::comparator_func(a.stamp, b.stamp), a.rank < b.rank);
-            }
-        }
+    EXPECT_TRUE(time_stamp::comparator_func("0", "1") && !time_stamp::comparator_func("1", "0"));
 }
 
 using StoredTimeStamp = Tests::SmallDesign;
 
 TEST_F(StoredTimeStamp, IsAnInternalAttributeOfSheetOrSymbol) {
+    std::string stamp = "what stood there";
+    EXPECT_TRUE(editor.SetAttribute(sheetIndex, "__BlkDate", "1"));
+    EXPECT_TRUE(time_stamp::read(*sheet, stamp) && stamp.empty()) << "the bare key is not looked for";
     EXPECT_TRUE(time_stamp::write(*writableSheet, "1"));
     EXPECT_TRUE(time_stamp::write(*writableSheet, "Other", "2"));
     EXPECT_TRUE(time_stamp::write(*writableComp, "3"));
-    EXPECT_TRUE(sheet->GetAttribute("$$Internal___BlkDate", value) && value == "1");
-    EXPECT_TRUE(sheet->GetAttribute("$$Internal_Other", value) && value == "2");
-    EXPECT_TRUE(comp->GetAttribute("$$Internal___BlkDate", value, Orin::EAttributeType::System) && value == "3");
-
-    std::string stamp;
+    EXPECT_EQ(Value(sheet, "$$Internal___BlkDate"), "1");
+    EXPECT_EQ(Value(sheet, "$$Internal_Other"), "2");
+    EXPECT_EQ(Value(comp, "$$Internal___BlkDate", Orin::EAttributeType::System), "3");
     EXPECT_TRUE(time_stamp::read(*sheet, stamp) && stamp == "1");
     EXPECT_TRUE(time_stamp::read(*sheet, "Other", stamp) && stamp == "2");
     EXPECT_TRUE(time_stamp::read(*comp, stamp) && stamp == "3");
-}
 
-TEST_F(StoredTimeStamp, GoesWithAnEmptyOneAndReadsEmptyWhenAbsent) {
-    std::string stamp = "what stood there";
-    EXPECT_TRUE(time_stamp::write(*writableSheet, "1") && time_stamp::write(*writableSheet, ""));
-    EXPECT_FALSE(sheet->GetAttribute("$$Internal___BlkDate", value));
-    EXPECT_TRUE(time_stamp::read(*sheet, stamp) && stamp.empty());
-    EXPECT_TRUE(time_stamp::write(*writableComp, "1") && time_stamp::write(*writableComp, nullptr));
-    stamp = "what stood there";
+    EXPECT_TRUE(time_stamp::write(*writableSheet, "") && time_stamp::write(*writableComp, nullptr));
+    EXPECT_EQ(Value(sheet, "$$Internal___BlkDate"), "none");
     EXPECT_TRUE(time_stamp::read(*comp, stamp) && stamp.empty());
-    EXPECT_TRUE(editor.SetAttribute(sheetIndex, "__BlkDate", "1"));
-    EXPECT_TRUE(time_stamp::read(*sheet, stamp) && stamp.empty()) << "the bare key is not looked for";
 }
 
 TEST_F(StoredTimeStamp, WriteTellsWhatTheDatabaseRefused) {
-    Orin::DesignDb::Testing::FaultInjector faults;
     EXPECT_TRUE(time_stamp::write(*writableSheet, "1"));
+    Orin::DesignDb::Testing::FaultInjector faults;
     for (const char* operation : {"IGroup::SetAttribute", "IGroup::RemoveAttribute", "IComp::SetAttribute"})
         faults.Inject({operation});
-    EXPECT_FALSE(time_stamp::write(*writableSheet, "2"));
-    EXPECT_FALSE(time_stamp::write(*writableSheet, ""));
+    EXPECT_FALSE(time_stamp::write(*writableSheet, "2") || time_stamp::write(*writableSheet, ""));
     EXPECT_FALSE(time_stamp::write(*writableComp, "2"));
     std::string stamp;
     EXPECT_TRUE(time_stamp::read(*sheet, stamp) && stamp == "1");

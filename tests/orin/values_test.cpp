@@ -1,64 +1,32 @@
-#include <cstdlib>
-#include <map>
-#include <new>
-#include <string>
+#include <string_view>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "orin/orin.h"
-
-namespace {
-
-unsigned allocations = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* const memory = std::malloc(size != 0 ? size : 1)) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+#include "tests/support/allocation_counter.h"
 
 namespace {
 
 using Orin::EErrorCode;
 using Orin::Index;
 using Orin::String;
-
-// The number of allocations that `work` makes.
-template <class Work>
-unsigned AllocationsOf(const Work& work) {
-    const unsigned before = allocations;
-    work();
-    return allocations - before;
-}
+using Tests::AllocationsOf;
 
 constinit String::Literal literal("laid down");
 constinit const String constant(literal);
 const String copiedAtLoad = constant + ", copied";  // while other modules may not be initialised yet
 
-TEST(String, ComparesBytesAndTakesNullForEmpty) {
+TEST(String, IsTextUpToTheFirstNul) {
     const String text("A0");
     EXPECT_TRUE(text == "A0" && text == String("A0"));
     EXPECT_TRUE(text != "a0" && text != String("A") && text != nullptr && text != "A00");
     EXPECT_TRUE(String(nullptr).IsEmpty() && String("").IsEmpty() && String() == "" && String() == nullptr);
-    EXPECT_STREQ(String(), "") << "an empty text converts to a text";
-    EXPECT_EQ(String(std::string_view("a\0b", 3)).View(), "a") << "ends where its C form ends";
-    EXPECT_TRUE(String("\xC3\xA4") != "\xC3\xA5");
-}
-
-TEST(String, AppendsIntoANewText) {
-    const String text("A");
-    EXPECT_STREQ(text + "0", "A0");
-    EXPECT_STREQ(text, "A");
+    EXPECT_STREQ(String(), "");
+    EXPECT_EQ(String(std::string_view("a\0b", 3)).View(), "a");
+    EXPECT_STREQ(text + "!", "A0!");
+    EXPECT_STREQ(text + nullptr, "A0");
     EXPECT_STREQ(String() + "x", "x");
-    EXPECT_STREQ(text + nullptr, "A");
     String self("abc");
     self = static_cast<const char*>(self) + 1;  // out of its own characters
     EXPECT_STREQ(self, "bc");
@@ -68,39 +36,28 @@ TEST(String, ConstantsAreThereBeforeAnyCodeRuns) {
     EXPECT_STREQ(copiedAtLoad, "laid down, copied");
     { const String copy = constant; }
     EXPECT_STREQ(constant, "laid down") << "a copy took the constant with it";
-    EXPECT_EQ(constant.Length(), 9U);
 }
 
 TEST(Values, EmptyOnesAndCopiesAllocateNothing) {
     const String text("a text that is longer than what fits into a small buffer");
     const Orin::ListT<Index> list{Index(1), Index(2)};
-    EXPECT_EQ(AllocationsOf([&] {
-                  String empty, fromNothing(""), copy(text), literalCopy(constant), assigned;
-                  assigned = text;
-                  assigned = empty;
-                  const String same = text + "";
-              }),
-              0U);
-    EXPECT_EQ(AllocationsOf([&] {
-                  Orin::ListT<Index> empty, emptyCopy(empty), copy(list), assigned;
-                  assigned = list;
-                  for (const Index& index : copy)
-                      EXPECT_FALSE(index.IsEmpty());
-                  for (auto at = std::as_const(copy).GetIterator(); at.IsValid(); ++at)
-                      EXPECT_FALSE(at->IsEmpty());
-                  EXPECT_FALSE(empty.GetIterator().IsValid());
-              }),
-              0U);
-    EXPECT_EQ(AllocationsOf([&] {
-                  Orin::ContainerT<const Orin::IGroup> empty, copy(empty);
-                  Orin::MutableContainerT<Orin::IGroup> writable, writableCopy(writable);
-                  Orin::IteratorT<const Orin::IGroup> iterator, iteratorCopy(iterator);
-                  Orin::Result success, failure(EErrorCode::AccessDenied), failureCopy(failure);
-                  Orin::OrinPI unconnected;
-                  Orin::IUIDManager unfilled, unfilledCopy(unfilled);
-                  Orin::GroupInfo info, infoCopy(info);
-              }),
-              0U);
+    const auto work = [&] {
+        String empty, fromNothing(""), copy(text), literalCopy(constant), assigned;
+        assigned = text;
+        const String same = text + "";
+        Orin::ListT<Index> emptyList, emptyListCopy(emptyList), listCopy(list), assignedList;
+        assignedList = list;
+        for (auto at = std::as_const(listCopy).GetIterator(); at.IsValid(); ++at)
+            EXPECT_FALSE(at->IsEmpty());
+        EXPECT_FALSE(emptyList.GetIterator().IsValid());
+        Orin::ContainerT<const Orin::IGroup> handle, handleCopy(handle);
+        Orin::MutableContainerT<Orin::IGroup> writable, writableCopy(writable);
+        Orin::IteratorT<const Orin::IGroup> iterator, iteratorCopy(iterator);
+        Orin::Result success, failure(EErrorCode::AccessDenied), failureCopy(failure);
+        Orin::OrinPI unconnected;
+        Orin::IUIDManager unfilled, unfilledCopy(unfilled);
+    };
+    EXPECT_EQ(AllocationsOf(work), 0U);
 }
 
 TEST(List, OnlyWriteAccessTakesTheRecordsApart) {
@@ -146,19 +103,15 @@ TEST(BitContainer, HoldsEnumeratorsByPosition) {
     EXPECT_EQ((Orin::BlockTypes(Orin::EBlockType::Schematic) | Orin::EBlockType::Drawn).Bits(), 0x102U);
     EXPECT_EQ(Orin::GroupTypes(Orin::EGroupType::GeneratedSheet).Bits(), 0x100U);
     EXPECT_TRUE(types.Contains(Orin::ECompType::Titled) && !types.Contains(Orin::ECompType::Border));
-    EXPECT_TRUE(types.Intersects(Orin::ECompType::Hierarchical) && !types.Intersects({}));
-    for (int outside : {-1, 32, 64}) {
-        types |= static_cast<Orin::ECompType>(outside);
-        EXPECT_EQ(types.Bits(), 0x8004U) << outside;
-        EXPECT_FALSE(types.Contains(static_cast<Orin::ECompType>(outside))) << outside;
-    }
+    types |= static_cast<Orin::ECompType>(32);
+    types |= static_cast<Orin::ECompType>(-1);
+    EXPECT_TRUE(types.Bits() == 0x8004U && !types.Contains(static_cast<Orin::ECompType>(32))) << "does not fit";
 }
 
 TEST(Result, SaysWhatFailed) {
-    EXPECT_TRUE(Orin::Result() && Orin::Result().Succeeded() && Orin::Result().GetErrorCode() == 0);
+    EXPECT_TRUE(Orin::Result() && Orin::Result().GetErrorCode() == 0);
     const Orin::Result failure(EErrorCode::AccessDenied, "sheet 1");
-    EXPECT_FALSE(failure || failure.Succeeded());
-    EXPECT_EQ(failure.GetErrorCode(), 201);
+    EXPECT_TRUE(!failure && !failure.Succeeded() && failure.GetErrorCode() == 201);
     EXPECT_STREQ(failure.GetDescription(), "Another client holds the object: sheet 1");
     EXPECT_STREQ(Orin::Result(4711).GetDescription(), "Database error 4711");
 }

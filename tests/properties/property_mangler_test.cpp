@@ -24,11 +24,9 @@ const Orin::String atLoad = Mangler::Mangle("COMPS_ORDER", PropertyType::Interna
 
 TEST(PropertyMangler, MarksTheKindInBothForms) {
     struct Case {
-        const char* why;
-        const char* name;
+        const char *why, *name;
         int type;
-        std::string text;
-        std::string databaseText;
+        const char *text, *databaseText;
     };
     const Case cases[] = {
         {"a regular name stays", "x", 0, "x", "x"},
@@ -57,9 +55,7 @@ TEST(PropertyMangler, MarksTheKindInBothForms) {
 
 TEST(PropertyMangler, TakesNamesApartAlikeInAllForms) {
     struct Case {
-        const char* why;
-        const char* name;
-        const char* plain;
+        const char *why, *name, *plain;
         int type;
     };
     const Case cases[] = {

@@ -16,21 +16,15 @@ using Quill::Utils::ReuseBlock;
 constexpr const char* Mark = "$$Internal_ReuseBlock";
 constexpr const char* DynamicMark = "$$Internal_DynamicReuse";
 
-class Reuse : public Tests::SmallDesign {
-protected:
-    std::string CompText(const char* name) {
-        return comp->GetAttribute(name, value, EAttributeType::System) ? static_cast<const char*>(value) : "none";
-    }
-    std::string BlockText(const char* name) {
-        return block->GetAttribute(name, value) ? static_cast<const char*>(value) : "none";
-    }
-};
+constexpr EAttributeType System = EAttributeType::System;
+
+using Reuse = Tests::SmallDesign;
 
 TEST_F(Reuse, MarkReadsTrueInAnyCase) {
     EXPECT_FALSE(ReuseBlock::IsReuseBlock(*comp) || ReuseBlock::IsReuseBlock(*block));
     for (const auto& [text, marked] :
          {std::pair("TRUE", true), {"true", true}, {"True", true}, {"1", false}, {"TRUE ", false}, {"", false}}) {
-        EXPECT_TRUE(editor.SetAttribute(compIndex, Mark, text, EAttributeType::System));
+        EXPECT_TRUE(editor.SetAttribute(compIndex, Mark, text, System));
         EXPECT_TRUE(editor.SetAttribute(blockIndex, Mark, text));
         EXPECT_EQ(ReuseBlock::IsReuseBlock(*comp), marked) << text;
         EXPECT_EQ(ReuseBlock::IsReuseBlock(*block), marked) << text;
@@ -38,16 +32,16 @@ TEST_F(Reuse, MarkReadsTrueInAnyCase) {
 }
 
 TEST_F(Reuse, MarkOfAComponentIsASystemAttributeUnderOneNameOnly) {
-    EXPECT_TRUE(editor.SetAttribute(compIndex, "ReuseBlock", "TRUE", EAttributeType::System));
+    EXPECT_TRUE(editor.SetAttribute(compIndex, "ReuseBlock", "TRUE", System));
     EXPECT_TRUE(editor.SetAttribute(compIndex, Mark, "TRUE", EAttributeType::User));
     EXPECT_FALSE(ReuseBlock::IsReuseBlock(*comp));
     ReuseBlock::SetIsReuseBlock(writableComp, true);
-    EXPECT_EQ(CompText(Mark), "TRUE");
+    EXPECT_EQ(Value(comp, Mark, System), "TRUE");
     FaultInjector calls;
     ReuseBlock::SetIsReuseBlock(writableComp, true);
     EXPECT_EQ(calls.Calls("IComp::SetAttribute"), 1U) << "a component's mark is always written";
     ReuseBlock::SetIsReuseBlock(writableComp, false);
-    EXPECT_EQ(CompText(Mark), "none");
+    EXPECT_EQ(Value(comp, Mark, System), "none");
 }
 
 TEST_F(Reuse, DynamicMarkCountsWithAnyText) {
@@ -56,12 +50,12 @@ TEST_F(Reuse, DynamicMarkCountsWithAnyText) {
     EXPECT_EQ(text, "");
     for (const char* stored : {"", "FALSE", "channel 2"}) {
         ReuseBlock::SetIsDynamicReuse(writableComp, true, stored);
-        EXPECT_EQ(CompText(DynamicMark), stored);
+        EXPECT_EQ(Value(comp, DynamicMark, System), stored);
         EXPECT_TRUE(ReuseBlock::IsDynamicReuse(*comp, text) && ReuseBlock::IsDynamicReuse(*comp));
         EXPECT_EQ(text, stored);
     }
     ReuseBlock::SetIsDynamicReuse(writableComp, false, "not used");
-    EXPECT_EQ(CompText(DynamicMark), "none");
+    EXPECT_EQ(Value(comp, DynamicMark, System), "none");
 }
 
 TEST_F(Reuse, MarkOfOlderDesignsIsReadOnBlocksButNeverTouched) {
@@ -70,21 +64,19 @@ TEST_F(Reuse, MarkOfOlderDesignsIsReadOnBlocksButNeverTouched) {
     ReuseBlock::SetIsReuseBlock(writableBlock, false);
     EXPECT_TRUE(ReuseBlock::IsReuseBlock(*block)) << "clearing does not reach it";
     ReuseBlock::SetIsReuseBlock(writableBlock, true);
-    EXPECT_EQ(BlockText(Mark) + BlockText("ReuseBlock"), "TRUETRUE");
+    EXPECT_EQ(Value(block, Mark) + Value(block, "ReuseBlock"), "TRUETRUE");
     EXPECT_TRUE(editor.SetAttribute(blockIndex, Mark, "FALSE"));
     EXPECT_FALSE(ReuseBlock::IsReuseBlock(*block)) << "the present mark stands before it";
     ReuseBlock::SetIsReuseBlock(writableBlock, false);
-    EXPECT_EQ(BlockText(Mark) + BlockText("ReuseBlock"), "noneTRUE");
-}
+    EXPECT_EQ(Value(block, Mark) + Value(block, "ReuseBlock"), "noneTRUE");
 
-TEST_F(Reuse, MarkOfABlockIsWrittenUnlessItReadsExactlyTrue) {
     FaultInjector calls;
     ReuseBlock::SetIsReuseBlock(writableBlock, true);
     ReuseBlock::SetIsReuseBlock(writableBlock, true);
-    EXPECT_EQ(calls.Calls("IBlock::SetAttribute"), 1U);
+    EXPECT_EQ(calls.Calls("IBlock::SetAttribute"), 1U) << "a mark that reads exactly TRUE is not written again";
     EXPECT_TRUE(editor.SetAttribute(blockIndex, Mark, "true"));
     ReuseBlock::SetIsReuseBlock(writableBlock, true);
-    EXPECT_EQ(BlockText(Mark), "TRUE");
+    EXPECT_EQ(Value(block, Mark), "TRUE");
 }
 
 TEST_F(Reuse, FailuresCountAsNotMarkedAndArePassedOver) {
@@ -100,7 +92,7 @@ TEST_F(Reuse, FailuresCountAsNotMarkedAndArePassedOver) {
     EXPECT_NO_THROW(ReuseBlock::SetIsDynamicReuse(writableComp, true, "x"));
     EXPECT_NO_THROW(ReuseBlock::SetIsReuseBlock(writableBlock, false));
     faults.Clear();
-    EXPECT_EQ(CompText(Mark) + CompText(DynamicMark) + BlockText(Mark), "TRUEnoneTRUE");
+    EXPECT_EQ(Value(comp, Mark, System) + Value(comp, DynamicMark, System) + Value(block, Mark), "TRUEnoneTRUE");
 }
 
 TEST_F(Reuse, IsTopLevelWhenAHierarchicalComponentOfARootBlockStandsForIt) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -22,24 +23,25 @@ protected:
         EXPECT_TRUE(editor.AddGroup(blockIndex, {"1"}, sheetIndex));
         EXPECT_TRUE(editor.AddComp(blockIndex, {"U1"}, compIndex));
         EXPECT_TRUE(editor.AddBus(blockIndex, {"A[0:7]"}, busIndex));
-
         Orin::IUIDManager objects;
         EXPECT_TRUE(snapshot->GetUIDManager(objects));
-        EXPECT_TRUE(objects.GetBlock(block, blockIndex));
-        EXPECT_TRUE(objects.GetGroup(sheet, sheetIndex));
-        EXPECT_TRUE(objects.GetComp(comp, compIndex));
-        EXPECT_TRUE(objects.GetBus(bus, busIndex));
-        EXPECT_TRUE(Orin::LockerT<Orin::IBlock>::Lock(block, writableBlock));
-        EXPECT_TRUE(Orin::LockerT<Orin::IGroup>::Lock(sheet, writableSheet));
-        EXPECT_TRUE(Orin::LockerT<Orin::IComp>::Lock(comp, writableComp));
-        EXPECT_TRUE(Orin::LockerT<Orin::IBus>::Lock(bus, writableBus));
+        EXPECT_TRUE(objects.GetBlock(block, blockIndex) && Orin::LockerT<Orin::IBlock>::Lock(block, writableBlock));
+        EXPECT_TRUE(objects.GetGroup(sheet, sheetIndex) && Orin::LockerT<Orin::IGroup>::Lock(sheet, writableSheet));
+        EXPECT_TRUE(objects.GetComp(comp, compIndex) && Orin::LockerT<Orin::IComp>::Lock(comp, writableComp));
+        EXPECT_TRUE(objects.GetBus(bus, busIndex) && Orin::LockerT<Orin::IBus>::Lock(bus, writableBus));
+    }
+
+    // The value of an attribute, "none" when there is none. `family` is a component's attribute type.
+    template <class Handle, class... Family>
+    static std::string Value(const Handle& object, const char* name, Family... family) {
+        Orin::String value;
+        return object->GetAttribute(name, value, family...) ? static_cast<const char*>(value) : "none";
     }
 
     Orin::DesignDb::Database database;
     std::unique_ptr<Orin::OrinPI> client;
     Orin::ContainerT<const Orin::ISnapshot> snapshot;
     Orin::DesignDb::Editor editor;
-
     Orin::Index blockIndex, sheetIndex, compIndex, busIndex;
     Orin::ContainerT<const Orin::IBlock> block;
     Orin::ContainerT<const Orin::IGroup> sheet;
@@ -49,7 +51,6 @@ protected:
     Orin::MutableContainerT<Orin::IGroup> writableSheet;
     Orin::MutableContainerT<Orin::IComp> writableComp;
     Orin::MutableContainerT<Orin::IBus> writableBus;
-    Orin::String value;  // what a test reads last
 };
 
 }  // namespace Tests
