@@ -1,0 +1,100 @@
+#include "attributes/common_rollback_ops.h"
+
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "designdb/database.h"
+#include "designdb/testing/fault_injector.h"
+#include "tests/support/time_zone.h"
+
+namespace {
+
+using Quill::Utils::CommonRollbackOps;
+
+TEST(SavePointText, ShowsRawDatesInLocalTime) {
+    const Tests::TwoHoursAhead zone;
+    struct Case {
+        const char *why, *date, *want;
+    };
+    const Case cases[] = {
+        {"raw", "1710407107", "2024-03-14 11:05:07"},
+        {"before 1970", "-86400", "1969-12-31 02:00:00"},
+        {"no number is second 0", "never", "1970-01-01 02:00:00"},
+        {"clamped above", "99999999999", "2038-01-19 05:14:07"},
+        {"clamped below", "-99999999999", "1901-12-13 22:45:52"},
+        {"formatted ones pass", "9:05:07_3-14-24", "9:05:07_3-14-24"},
+        {"none passes", "", ""},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(CommonRollbackOps::FormatSvptDate(c.date), c.want) << c.why;
+}
+
+TEST(SavePointText, PutsTheBeginningOfTheCommentBehindTheDate) {
+    const auto& menu = CommonRollbackOps::FormatRollbackMenu;
+    EXPECT_EQ(menu("", ""), "");
+    EXPECT_EQ(menu("", "x"), " (\"x\")");
+    EXPECT_EQ(menu("0:00:00_1-1-70", ""), "0:00:00_1-1-70");
+    EXPECT_EQ(menu("0:00:00_1-1-70", "twenty bytes it has."), "0:00:00_1-1-70 (\"twenty bytes it has.\")");
+    EXPECT_EQ(menu("", "twenty-one it is now!"), " (\"twenty-one it is now...\")");
+    const Tests::TwoHoursAhead zone;
+    EXPECT_EQ(menu("0", "before routing"), "1970-01-01 02:00:00 (\"before routing\")");
+}
+
+class SavePointComment : public testing::Test {
+protected:
+    SavePointComment() {
+        EXPECT_TRUE(Orin::DesignDb::Database::Create(database, "rollback"));
+        EXPECT_TRUE(database.AddSnapshot("before routing"));
+        client = database.Connect("client");
+        EXPECT_TRUE(client->GetSnapshotByName(snapshot, "before routing"));
+    }
+
+    Orin::DesignDb::Database database;
+    std::unique_ptr<Orin::OrinPI> client;
+    Orin::ContainerT<const Orin::ISnapshot> snapshot;
+    std::string comment = "what stood there";
+};
+
+TEST_F(SavePointComment, IsKeptWithItsSnapshot) {
+    EXPECT_TRUE(CommonRollbackOps::SetComment(snapshot, "first"));
+    Orin::String stored;
+    EXPECT_TRUE(snapshot->GetAttribute("$$Internal_SVPT_COMMENT", stored) && stored == "first");
+    EXPECT_TRUE(CommonRollbackOps::GetComment(*client, "before routing", comment) && comment == "first");
+    EXPECT_TRUE(CommonRollbackOps::SetComment(*client, "before routing", ""));
+    EXPECT_TRUE(CommonRollbackOps::GetComment(snapshot, comment) && comment.empty());
+
+    Orin::ContainerT<const Orin::ISnapshot> working;
+    comment = "what stood there";
+    EXPECT_TRUE(client->GetSnapshotByName(working, "QUILL"));
+    EXPECT_EQ(CommonRollbackOps::GetComment(working, comment).GetErrorCode(), 202);
+    EXPECT_EQ(comment, "what stood there");
+}
+
+TEST_F(SavePointComment, CannotBeWrittenWhileAnotherClientHoldsTheSnapshot) {
+    const auto other = database.Connect("other");
+    Orin::ContainerT<const Orin::ISnapshot> theirs;
+    Orin::MutableContainerT<Orin::ISnapshot> held;
+    EXPECT_TRUE(CommonRollbackOps::SetComment(snapshot, "first"));
+    EXPECT_TRUE(other->GetSnapshotByName(theirs, "before routing"));
+    EXPECT_TRUE(Orin::LockerT<Orin::ISnapshot>::Lock(theirs, held)) << "the first comment's lock was given up";
+    EXPECT_EQ(CommonRollbackOps::SetComment(snapshot, "second").GetErrorCode(), 201);
+    EXPECT_EQ(CommonRollbackOps::SetComment(*client, "before routing", "second").GetErrorCode(), 201);
+    EXPECT_TRUE(CommonRollbackOps::GetComment(snapshot, comment) && comment == "first");
+    held.Release();
+    EXPECT_TRUE(CommonRollbackOps::SetComment(snapshot, "second"));
+}
+
+TEST_F(SavePointComment, HandsOnWhatFailed) {
+    EXPECT_EQ(CommonRollbackOps::SetComment(*client, "nowhere", "x").GetErrorCode(), 200);
+    EXPECT_EQ(CommonRollbackOps::GetComment(*client, "nowhere", comment).GetErrorCode(), 200);
+    EXPECT_EQ(CommonRollbackOps::SetComment({}, "x").GetErrorCode(), 200) << "an empty handle";
+    EXPECT_EQ(CommonRollbackOps::GetComment({}, comment).GetErrorCode(), 200);
+    EXPECT_EQ(comment, "what stood there");
+    Orin::DesignDb::Testing::FaultInjector faults;
+    faults.Inject({"ISnapshot::SetAttribute"});
+    EXPECT_EQ(CommonRollbackOps::SetComment(snapshot, "x").GetErrorCode(), 102);
+}
+
+}  // namespace

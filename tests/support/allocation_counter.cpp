@@ -1,0 +1,29 @@
+// In a file of its own: where the compiler sees both sides it takes malloc and delete for a mismatch.
+#include "tests/support/allocation_counter.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local unsigned allocations = 0;
+
+}  // namespace
+
+unsigned Tests::Allocations() noexcept {
+    return allocations;
+}
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* const memory = std::malloc(size != 0 ? size : 1)) return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
