@@ -18,7 +18,7 @@ inline void Require(const Orin::Result& result) {
 
 // `order` and `id` as they are stored; nothing is stored for an empty one.
 struct SheetSpec {
-    std::string name, order, id;
+    std::string name, order = "", id = "";
     Orin::EGroupType type = Orin::EGroupType::Sheet;
 };
 

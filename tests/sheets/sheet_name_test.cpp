@@ -79,7 +79,7 @@ TEST(SheetName, ComparesTextsWithoutLetterCase) {
 }
 
 TEST(SheetName, IdsAreKeptOnTheSheet) {
-    SheetDesign design({{"bare", "", ""}, {"with", "", " 12b"}, {"odd", "", "none"}});
+    SheetDesign design({{"bare"}, {"with", "", " 12b"}, {"odd", "", "none"}});
     int id = 77;
     EXPECT_FALSE(ReadSheetId(*design.sheets[0], id));
     EXPECT_EQ(id, 77);

@@ -15,7 +15,7 @@ namespace {
 using Orin::DesignDb::Testing::FaultInjector;
 using Sheets = std::vector<SheetRange::Sheet>;
 
-const std::vector<SheetSpec> Five = {{"1", "1", "1"}, {"2", "2", "2"}, {"3", "3", "3"}, {"4", "4", ""}, {"5", "5", ""}};
+const std::vector<SheetSpec> Five = {{"1", "1", "1"}, {"2", "2", "2"}, {"3", "3", "3"}, {"4", "4"}, {"5", "5"}};
 const char* const FiveStored = "1=1 2=2 3=3 4=4 5=5 ";
 
 SheetRange Load(const SheetDesign& design) {
@@ -57,19 +57,19 @@ bool InTransaction(const SheetDesign& design) {
 
 TEST(SheetRange, SheetsWithoutAnOrderComeLastAsTheyAreListed) {
     const auto cluster = Orin::EGroupType::Cluster, generated = Orin::EGroupType::GeneratedSheet;
-    const SheetDesign design({{"none", "", ""},
-                              {"third", "3.5", ""},
-                              {"zero", "-0.0", ""},
-                              {"word", "last", ""},
-                              {"nan", "nan", ""},
-                              {"second", "3e0", ""},
-                              {"first", "-7", ""},
-                              {"tie", "3.5", ""},
-                              {"fourth", " 12x", ""},
+    const SheetDesign design({{"none"},
+                              {"third", "3.5"},
+                              {"zero", "-0.0"},
+                              {"word", "last"},
+                              {"nan", "nan"},
+                              {"second", "3e0"},
+                              {"first", "-7"},
+                              {"tie", "3.5"},
+                              {"fourth", " 12x"},
                               {"cluster", "1", "9", cluster},
                               {"made", "13", "", generated},
-                              {"largest", "2147483647", ""},
-                              {"beyond", "1e10", ""}});
+                              {"largest", "2147483647"},
+                              {"beyond", "1e10"}});
     SheetRange range = Load(design);
     EXPECT_EQ(Order(range), "first second third tie fourth made none zero word nan largest beyond ");
     EXPECT_EQ(range.Count(), 12);
@@ -93,7 +93,7 @@ TEST(SheetRange, WritesOnlySheetsWhoseStoredOrderChanges) {
     EXPECT_EQ(Stored(design), FiveStored);
 
     // Orders that are no ordinals are all put right with the first move, whatever it moves.
-    const SheetDesign gaps({{"a", "10", ""}, {"b", "2", ""}, {"c", "20", ""}, {"d", "", ""}});
+    const SheetDesign gaps({{"a", "10"}, {"b", "2"}, {"c", "20"}, {"d"}});
     EXPECT_TRUE(Load(gaps).MoveUp(gaps.sheets[3]));
     EXPECT_EQ(Stored(gaps), "a=2 b=1 c=4 d=3 ");
 }
@@ -120,10 +120,10 @@ TEST(SheetRange, AgreesWithANaiveListUnderRandomMoves) {
         SheetDesign design({});
         std::vector<unsigned> model;
         for (unsigned i = 0; i < count; ++i) {
-            design.sheets.push_back(design.AddSheet(design.block, {std::to_string(i), "", ""}));
+            design.sheets.push_back(design.AddSheet(design.block, {std::to_string(i)}));
             model.push_back(i);
         }
-        const SheetRange::Sheet stranger = design.AddSheet(design.AddBlock("other"), {"stranger", "", ""});
+        const SheetRange::Sheet stranger = design.AddSheet(design.AddBlock("other"), {"stranger"});
         SheetRange range = Load(design);
         for (int step = 0; step < 25; ++step) {
             const unsigned kind = draw(4), target = draw(count);
@@ -268,8 +268,8 @@ TEST(SheetRange, LoadsTheOnlyBlockOfAName) {
 }
 
 TEST(SheetRange, FindsAndComparesSheets) {
-    SheetDesign design({{"b", "2", ""}, {"A", "1", ""}, {"b", "3", ""}});
-    const SheetRange::Sheet stranger = design.AddSheet(design.AddBlock("other"), {"stranger", "", ""});
+    SheetDesign design({{"b", "2"}, {"A", "1"}, {"b", "3"}});
+    const SheetRange::Sheet stranger = design.AddSheet(design.AddBlock("other"), {"stranger"});
     const SheetRange range = Load(design);
     EXPECT_TRUE(range.Find("b") == ++range.Begin() && range.Find("a") == range.End());
     EXPECT_TRUE(range.Find(design.sheets[2]) == --range.End() && range.Find(stranger) == range.End());
@@ -346,7 +346,7 @@ TEST(SheetRange, FreshNamesAndIdsAreThoseOfASearchFromTheStart) {
 }
 
 TEST(SheetRange, RenumberIsCheckedAgainstTheOtherSheetsOnly) {
-    const SheetDesign design({{"1", "", ""}, {"2", "", ""}, {"4", "", ""}});
+    const SheetDesign design({{"1"}, {"2"}, {"4"}});
     SheetRange range = Load(design);
     const Sheets firstTwo = {design.sheets[0], design.sheets[1]};
     EXPECT_TRUE(range.ValidateRenumber(firstTwo, {"", 2, 1}));
