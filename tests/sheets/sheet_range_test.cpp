@@ -204,7 +204,7 @@ TEST(SheetRange, WritesJoinTheCallersTransaction) {
         EXPECT_EQ(faults.Calls(std::string("ISnapshot::") + operation), 0u) << operation;
 
     // A sheet that the database ceases to know between two looks ends even the caller's transaction.
-    faults.Inject({"IGroup::GetIndex", {}, 2});
+    faults.Inject({"IObject::GetIndex", {}, 2});
     EXPECT_FALSE(range.MoveUp(design.sheets[4]));
     EXPECT_FALSE(InTransaction(design));
     EXPECT_EQ(Stored(design), FiveStored);
