@@ -24,7 +24,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(quill_flags INTERFACE -Wno-null-dereference)
 endif()
 
-# quill_library(NAME): one of the installed libraries, with a versioned file name. Its sources come from the folders, by quill_sources.
+# quill_library(NAME): one of the installed libraries, with a versioned file name. Its sources come from the folders, by
+# quill_sources.
 function(quill_library name)
     add_library(${name})
     add_library(QuillUtils70::${name} ALIAS ${name})
@@ -34,9 +35,21 @@ function(quill_library name)
     if(NOT BUILD_SHARED_LIBS)
         target_compile_definitions(${name} PUBLIC QUILL_STATIC)
     endif()
+    cmake_language(EVAL CODE "cmake_language(DEFER CALL quill_complete_library [[${name}]])")
 endfunction()
 
-# quill_sources(TARGET SOURCES ... HEADERS ...): adds a folder's files to a library. HEADERS are the public ones, which are installed.
+# A library whose folders have no sources yet is built all the same, from an empty one, so that what depends on it links.
+function(quill_complete_library name)
+    get_target_property(sources ${name} SOURCES)
+    if(NOT sources)
+        set(empty ${CMAKE_CURRENT_BINARY_DIR}/${name}_empty.cpp)
+        file(CONFIGURE OUTPUT ${empty} CONTENT "static_assert(true);\n")
+        target_sources(${name} PRIVATE ${empty})
+    endif()
+endfunction()
+
+# quill_sources(TARGET SOURCES ... HEADERS ...): adds a folder's files to a library. HEADERS are the public ones, which
+# are installed.
 function(quill_sources target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS")
     target_sources(${target} PRIVATE ${arg_SOURCES})
