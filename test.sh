@@ -8,7 +8,7 @@ usage() {
     cat <<'END'
 Usage: ./test.sh [options]
 
-Builds the tests and runs those that are not labelled "slow". Missing packages are installed first, with apt.
+Builds the tests and runs all but the slow ones. Missing packages are installed first, with apt.
 
   --preset NAME    build preset: dev (default), clang, asan, tsan, m32 or mingw
   --label FOLDER   only the tests of this folder of tests/; may be repeated
@@ -52,9 +52,9 @@ build "${labels[@]/#/tests_}"
 
 select=(--no-tests=error)
 if [ ${#labels[@]} -gt 0 ]; then
-    select+=(-L "^($(IFS='|' && printf '%s' "${labels[*]}"))\$")
+    select+=(-L "^($(IFS='|' && printf '%s' "${labels[*]}"))(-slow)?\$")
 fi
-[ "$slow" = yes ] || select+=(-LE '^slow$')
+[ "$slow" = yes ] || select+=(-LE slow)
 
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1}
 export TSAN_OPTIONS=${TSAN_OPTIONS:-second_deadlock_stack=1}
