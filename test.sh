@@ -39,7 +39,8 @@ while [ $# -gt 0 ]; do
     shift
 done
 
-groups=$(preset_groups "$preset") && [[ " $groups " == *" test "* ]] || die "There are no tests in preset '$preset'; see --help."
+groups=$(preset_groups "$preset") || die "There is no preset '$preset'; see --help."
+[[ " $groups " == *" test "* ]] || die "Preset '$preset' has no tests; see --help."
 for label in "${labels[@]}"; do
     [ -d "$source_dir/tests/$label" ] || die "There is no folder tests/$label."
 done

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Shared by quickstart.sh, test.sh and .ci/run, which read it after setting source_dir: what has to be installed, where
 # things are built, and how a preset is configured and built.
 
