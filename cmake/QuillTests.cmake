@@ -20,23 +20,23 @@ if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
     set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)
 endif()
 
-# quill_test(FOLDER [SLOW] SOURCES ... LIBRARIES ...): the tests of one folder, one executable, labelled by the folder.
-# Tests that take more than a few seconds go into a second executable of the folder, made with SLOW: they bear the label
-# "slow" as well and are left out unless they are asked for. The target tests_FOLDER builds both.
+# quill_test(FOLDER [SLOW] SOURCES ... LIBRARIES ...): the tests of one folder, one executable, labelled FOLDER. Tests that
+# take more than a few seconds go into a second executable, made with SLOW and labelled FOLDER-slow: "ctest -L FOLDER"
+# takes both, "ctest -LE slow" leaves the slow ones out. The target tests_FOLDER builds both.
 function(quill_test folder)
     cmake_parse_arguments(PARSE_ARGV 1 arg "SLOW" "" "SOURCES;LIBRARIES")
     set(target ${folder}_test)
-    set(labels ${folder})
+    set(label ${folder})
     set(timeout 300)
     if(arg_SLOW)
         set(target ${folder}_slow_test)
-        list(APPEND labels slow)
+        set(label ${folder}-slow)
         set(timeout 1200)
     endif()
     add_executable(${target} ${arg_SOURCES})
     target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} GTest::gmock_main quill_flags Threads::Threads)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
-    gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS "${labels}" TIMEOUT ${timeout})
+    gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${label} TIMEOUT ${timeout})
     if(NOT TARGET tests_${folder})
         add_custom_target(tests_${folder})
     endif()

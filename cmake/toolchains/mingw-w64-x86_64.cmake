@@ -23,13 +23,20 @@ if(NOT CMAKE_PROJECT_NAME STREQUAL "CMAKE_TRY_COMPILE" AND EXISTS /usr/include/b
     set(Boost_INCLUDE_DIR ${CMAKE_BINARY_DIR}/portable-headers)
 endif()
 
-# Wine finds the compiler's own libraries by its search path.
+# The programs are started by a script of the build tree, which tells wine where the compiler's own libraries are and
+# keeps wine's files in the build tree too.
 find_program(QUILL_WINE NAMES wine64 wine PATHS /usr/lib/wine)
 mark_as_advanced(QUILL_WINE)
-if(QUILL_WINE)
+if(QUILL_WINE AND NOT CMAKE_PROJECT_NAME STREQUAL "CMAKE_TRY_COMPILE")
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libstdc++-6.dll
-        OUTPUT_VARIABLE quill_runtime OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+        OUTPUT_VARIABLE quill_runtime OUTPUT_STRIP_TRAILING_WHITESPACE)
     cmake_path(GET quill_runtime PARENT_PATH quill_runtime)
-    set(CMAKE_CROSSCOMPILING_EMULATOR
-        ${CMAKE_COMMAND} -E env "WINEPATH=${quill_runtime}\\;/usr/${quill_triple}/lib" WINEDEBUG=-all ${QUILL_WINE})
+    set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_BINARY_DIR}/run-with-wine)
+    file(WRITE ${CMAKE_CROSSCOMPILING_EMULATOR} "#!/bin/sh
+export WINEPATH='${quill_runtime};/usr/${quill_triple}/lib' WINEDEBUG=-all
+export WINEPREFIX='${CMAKE_BINARY_DIR}/wine'
+exec '${QUILL_WINE}' \"$@\"
+")
+    file(CHMOD ${CMAKE_CROSSCOMPILING_EMULATOR} PERMISSIONS
+        OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 endif()
