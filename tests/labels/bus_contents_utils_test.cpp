@@ -142,7 +142,7 @@ TEST(CompressedLabel, WritesRunsInTheProjectsBrackets) {
         {"stems are compared exactly", "A[1] a[2] AA[3]", "[]", true, "A[1],a[2],AA[3]"},
         {"empty brackets count as -1", "A[0] A[]", "[]", true, "A[0:-1]"},
         {"but begin no run", "A[] A[0] B[] B[]", "[]", true, "A,A[0],B,B"},
-        {"several numbers", "A[1][2] A[3] A(7)x", "[]", true, "A[1:3],A(7)x"},
+        {"several numbers", "A[5] A[1][2] A[6] A(7)x", "[]", true, "A[5],A[1:2],A[6],A(7)x"},
         {"a sign is skipped", "A[-1] A[2]", "[]", true, "A[1:2]"},
         {"digits before the bracket", "D0[1] D0[2]", "[]", true, "D0[1:2]"},
         {"leading zeros and a missing bracket", "A[007 A[8 A[9)", "[]", true, "A[7:9]"},

@@ -14,6 +14,27 @@ bool GoesOn(const Run& run, std::int32_t number) {
     return run.first != NoNumber && (step == 1 || step == -1);
 }
 
+// Reads a net that is `stem` and one index in brackets of either kind. Numbers that may not fit are left to others.
+bool ReadPlainIndex(std::string_view net, std::string_view stem, std::int32_t& number) {
+    constexpr std::size_t MostDigits = 9;  // what 32 bits hold, whatever the digits are
+    const std::size_t begin = stem.size() + 1;
+    if (net.size() < begin + 2 || net.size() > begin + MostDigits + 1) return false;
+    if (!IsOpening(net[begin - 1]) || !IsClosing(net.back())) return false;
+    for (const char c : net.substr(begin, net.size() - begin - 1)) {
+        if (!Text::IsDigit(c)) return false;
+        number = number * 10 + (c - '0');
+    }
+    return net.compare(0, stem.size(), stem) == 0;
+}
+
+// Whether `net` is `last`, a net with one plain index, but for the last digit. Neighbours mostly are; this costs less
+// than reading the number.
+bool DiffersInLastDigit(std::string_view net, std::string_view last) {
+    if (last.empty() || net.size() != last.size() || net.back() != last.back()) return false;
+    const std::size_t digit = net.size() - 2;
+    return Text::IsDigit(net[digit]) && net.compare(0, digit, last, 0, digit) == 0;
+}
+
 void Extend(Run& run, std::int32_t number) {
     run.last = number;
     ++run.count;
@@ -22,6 +43,7 @@ void Extend(Run& run, std::int32_t number) {
 }  // namespace
 
 void LabelRuns::Add(const StemNumber& net) {
+    m_lastNet = {};
     if (!m_runs.empty() && Grows(m_runs.back(), net)) {
         Extend(m_runs.back(), net.number);
     } else {
@@ -36,18 +58,15 @@ bool LabelRuns::Grows(const Run& run, const StemNumber& net) const {
 }
 
 bool LabelRuns::AddLikeLast(std::string_view net) {
-    constexpr std::size_t MostDigits = 9;  // what 32 bits hold, whatever the digits are
     if (m_runs.empty() || !m_runs.back().numbered) return false;
     Run& run = m_runs.back();
-    const std::size_t stem = run.stem.size();
-    if (net.size() < stem + 3 || net.size() > stem + 2 + MostDigits) return false;
-    if (!IsOpening(net[stem]) || !IsClosing(net.back())) return false;
     std::int32_t number = 0;
-    for (std::size_t i = stem + 1; i + 1 < net.size(); ++i) {
-        if (!Text::IsDigit(net[i])) return false;
-        number = number * 10 + (net[i] - '0');
+    if (DiffersInLastDigit(net, m_lastNet)) {
+        number = run.last + (net[net.size() - 2] - m_lastNet[m_lastNet.size() - 2]);
+    } else if (!ReadPlainIndex(net, run.stem, number)) {
+        return false;
     }
-    if (net.compare(0, stem, run.stem) != 0) return false;
+    m_lastNet = net;
     if (GoesOn(run, number)) {
         Extend(run, number);
     } else {

@@ -58,6 +58,7 @@ private:
 
     Repeats m_repeats;
     std::vector<Run> m_runs;
+    std::string_view m_lastNet;  // the net that was added last, when that was done by AddLikeLast
 };
 
 enum class Signs { Refused, Accepted };
