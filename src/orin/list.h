@@ -51,12 +51,7 @@ public:
         if (m_rep != nullptr) m_rep->references.fetch_add(1, std::memory_order_relaxed);
     }
     ListT(ListT&& other) noexcept : m_rep(std::exchange(other.m_rep, nullptr)) {}
-    ListT& operator=(const ListT& other) noexcept {
-        ListT copy(other);
-        std::swap(m_rep, copy.m_rep);
-        return *this;
-    }
-    ListT& operator=(ListT&& other) noexcept {
+    ListT& operator=(ListT other) noexcept {
         std::swap(m_rep, other.m_rep);
         return *this;
     }

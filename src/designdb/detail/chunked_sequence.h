@@ -79,10 +79,10 @@ public:
 
     void InsertSorted(T value) {
         if (m_leaves.empty() || value > m_leaves.back()->largest) return Append(value);
-        const std::size_t at = SortedLeaf(value);
+        std::size_t at = SortedLeaf(value);
         if (m_leaves[at]->values.size() == LeafSize) {
             Split(at);
-            return InsertSorted(value);
+            at = SortedLeaf(value);
         }
         const std::vector<T>& values = m_leaves[at]->values;
         const auto place = std::lower_bound(values.begin(), values.end(), value);

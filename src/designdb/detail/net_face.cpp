@@ -153,7 +153,7 @@ public:
         return Read("IGroup::GetListObjects", [&](const Graph&, const GroupRecord& group) -> Result {
             std::vector<Index> members;
             members.reserve(group.members.Size());
-            group.members.ForEach([&members](std::uint64_t member) { members.push_back(Index(member)); });
+            group.members.ForEach([&members](std::uint64_t member) { members.emplace_back(member); });
             objects = ListT<Index>(std::move(members));
             return {};
         });
