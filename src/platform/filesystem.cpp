@@ -9,8 +9,7 @@
 namespace zolt::filesystem {
 
 path& path::operator/=(const path& element) {
-    if (&element == this) return *this /= path(element);
-    AppendElement<NativeSyntax>(m_text, element.m_text);
+    m_text = Joined<NativeSyntax>(m_text, element.m_text);
     return *this;
 }
 

@@ -31,12 +31,11 @@ public:
 
     InterfaceManager(const InterfaceManager&) = delete;
     InterfaceManager& operator=(const InterfaceManager&) = delete;
+    ~InterfaceManager() = delete;  // it outlives every static object
 
 private:
     class Impl;
     InterfaceManager();
-    ~InterfaceManager() = delete;  // it outlives every static object
-
     std::unique_ptr<Impl> m_impl;
 };
 

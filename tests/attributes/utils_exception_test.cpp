@@ -1,8 +1,8 @@
 #include "attributes/utils_exception.h"
 
-#include <atomic>
 #include <chrono>
 #include <exception>
+#include <future>
 #include <optional>
 #include <thread>
 #include <type_traits>
@@ -20,7 +20,6 @@ namespace OrinUtils {
 namespace {
 
 using ECode = UtilsException::ECode;
-using std::chrono::milliseconds;
 
 TEST(UtilsException, EveryCodeHasItsTexts) {
     struct Case {
@@ -109,6 +108,7 @@ TEST(Mutex, ThreadsExcludeEachOtherAndReEnter) {
     Mutex mutex;
     long counter = 0;
     std::vector<std::thread> threads;
+    threads.reserve(Threads);
     for (int i = 0; i < Threads; ++i) {
         threads.emplace_back([&] {
             for (int round = 0; round < Rounds; ++round) {
@@ -127,28 +127,6 @@ TEST(Mutex, ThreadsExcludeEachOtherAndReEnter) {
     EXPECT_EQ(counter, long{Threads} * Rounds);
 }
 
-// A thread that takes the mutex as soon as it can.
-class Contender {
-public:
-    explicit Contender(Mutex& mutex)
-        : m_thread([this, &mutex] {
-              ScopedLock lock(&mutex);
-              m_got = true;
-          }) {}
-    ~Contender() { m_thread.join(); }
-
-    bool GetsIt(milliseconds within) const {
-        const auto end = std::chrono::steady_clock::now() + within;
-        while (!m_got && std::chrono::steady_clock::now() < end)
-            std::this_thread::sleep_for(milliseconds(1));
-        return m_got;
-    }
-
-private:
-    std::atomic<bool> m_got{false};
-    std::thread m_thread;
-};
-
 TEST(ScopedLock, ReleaseGivesUpItsOwnLockAndOnlyOnce) {
     Mutex mutex;
     std::optional<ScopedLock> outer(&mutex);
@@ -156,10 +134,10 @@ TEST(ScopedLock, ReleaseGivesUpItsOwnLockAndOnlyOnce) {
     inner->release();
     inner->release();  // would give up the outer lock
     inner.reset();     // so would this
-    const Contender contender(mutex);
-    EXPECT_FALSE(contender.GetsIt(milliseconds(30)));
+    const auto contender = std::async(std::launch::async, [&] { ScopedLock lock(&mutex); });
+    EXPECT_EQ(contender.wait_for(std::chrono::milliseconds(30)), std::future_status::timeout);
     outer->release();
-    EXPECT_TRUE(contender.GetsIt(milliseconds(30000)));
+    EXPECT_EQ(contender.wait_for(std::chrono::seconds(30)), std::future_status::ready);
 }
 
 TEST(ScopedLock, OnNoMutexDoesNothing) {

@@ -74,17 +74,12 @@ TEST(Path, GrowsByOneElementWithOneSeparator) {
         {R"(\\server)", "b", R"(\\server/b)", R"(\\server\b)"},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.base + " + " + c.element);
-        std::string posix = c.base, windows = c.base;
-        AppendElement<PosixSyntax>(posix, c.element);
-        AppendElement<WindowsSyntax>(windows, c.element);
-        EXPECT_EQ(posix, c.posix);
-        EXPECT_EQ(windows, c.windows);
+        EXPECT_EQ(Joined<PosixSyntax>(c.base, c.element), c.posix);
+        EXPECT_EQ(Joined<WindowsSyntax>(c.base, c.element), c.windows);
     }
     path self("a/");
     const path& same = self;
-    self /= same;
-    EXPECT_EQ(self, path("a/a/"));
+    EXPECT_EQ(self /= same, path("a/a/"));
 }
 
 // A directory whose name has a blank and bytes that are letters in UTF-8 as well as in the usual ANSI code pages.

@@ -68,16 +68,17 @@ constexpr std::string_view ParentOf(std::string_view text) noexcept {
 }
 
 template <class Syntax>
-void AppendElement(std::string& base, std::string_view element) {
-    if (element.empty()) return;
-    if (RootLength<Syntax>(element) > 0) {
-        base = element;
-        return;
-    }
+std::string Joined(std::string_view base, std::string_view element) {
+    if (element.empty()) return std::string(base);
+    if (RootLength<Syntax>(element) > 0) return std::string(element);
+    std::string joined;
+    joined.reserve(base.size() + 1 + element.size());
+    joined = base;
     // "C:lib" names a place in the drive's current directory, so nothing may come between a bare drive and the element.
     const bool bareDrive = base.size() == 2 && Syntax::RootNameLength(base) == 2;
-    if (!base.empty() && !bareDrive && !Syntax::IsSeparator(base.back())) base += Syntax::Separator;
-    base += element;
+    if (!base.empty() && !bareDrive && !Syntax::IsSeparator(base.back())) joined += Syntax::Separator;
+    joined += element;
+    return joined;
 }
 
 }  // namespace zolt::filesystem
