@@ -7,13 +7,13 @@
 #include <benchmark/benchmark.h>
 
 #include "designdb/testing/fault_injector.h"
-#include "sheets/sheet_design.h"
+#include "tests/sheets/sheet_design.h"
 
 namespace Quill::Testing {
 namespace {
 
 // A block whose sheets stand in their stored order.
-SheetDesign Sheets(benchmark::State& state) {
+SheetDesign DesignOf(benchmark::State& state) {
     std::vector<SheetSpec> specs;
     for (int i = 1; i <= state.range(0); ++i) {
         const std::string number = std::to_string(i);
@@ -37,16 +37,16 @@ void CountWrites(benchmark::State& state, const Edit& edit) {
     state.counters["writes"] = calls.Calls("IGroup::SetAttribute");
 }
 
-void Load(benchmark::State& state) {
-    const SheetDesign design = Sheets(state);
+void Sheets_Load(benchmark::State& state) {
+    const SheetDesign design = DesignOf(state);
     SheetRange range;
     for (auto _ : state)
         range.Init(design.block);
     Report(state);
 }
 
-void MoveUp(benchmark::State& state) {
-    const SheetDesign design = Sheets(state);
+void Sheets_MoveUp(benchmark::State& state) {
+    const SheetDesign design = DesignOf(state);
     SheetRange range;
     range.Init(design.block);
     const SheetRange::Sheet sheet = design.sheets[design.sheets.size() / 2];
@@ -60,8 +60,8 @@ void MoveUp(benchmark::State& state) {
 }
 
 // The second half of the sheets is put before the first one, so that every sheet is written.
-void MoveHalf(benchmark::State& state) {
-    const SheetDesign design = Sheets(state);
+void Sheets_MoveHalf(benchmark::State& state) {
+    const SheetDesign design = DesignOf(state);
     SheetRange range;
     range.Init(design.block);
     const auto edit = [&] {
@@ -79,8 +79,8 @@ void MoveHalf(benchmark::State& state) {
 }
 
 // As many fresh names of either kind, and fresh ids, as the block has sheets.
-void FreshNames(benchmark::State& state) {
-    const SheetDesign design = Sheets(state);
+void Sheets_FreshNames(benchmark::State& state) {
+    const SheetDesign design = DesignOf(state);
     std::string name;
     for (auto _ : state) {
         state.PauseTiming();
@@ -96,10 +96,10 @@ void FreshNames(benchmark::State& state) {
     Report(state);
 }
 
-BENCHMARK(Load)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
-BENCHMARK(MoveUp)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
-BENCHMARK(MoveHalf)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
-BENCHMARK(FreshNames)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(Sheets_Load)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(Sheets_MoveUp)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(Sheets_MoveHalf)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(Sheets_FreshNames)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace Quill::Testing

@@ -35,7 +35,7 @@ struct SheetNameConstants {
     union Undying {
         template <class... Arguments>
         constexpr explicit Undying(const Arguments&... arguments) noexcept : value{arguments...} {}
-        constexpr ~Undying() {}
+        constexpr ~Undying() {}  // NOLINT(modernize-use-equals-default): a default one destroys the value
 
         T value;
     };
@@ -71,6 +71,7 @@ SheetName::SheetName(const SheetName& other)
     : m_body(new Body{other.m_body->text, other.m_body->number, other.m_body->numeric}) {}
 
 SheetName& SheetName::operator=(const SheetName& other) {
+    if (this == &other) return *this;
     m_body->text = other.m_body->text;
     m_body->number = other.m_body->number;
     m_body->numeric = other.m_body->numeric;

@@ -22,12 +22,14 @@ void UsedIds::Insert(int id) {
 }
 
 int UsedIds::FirstFreeFrom(int from) const {
-    const auto next = m_runs.upper_bound(from);
-    if (next == m_runs.begin()) return from;
-    const std::int64_t last = std::prev(next)->second;
-    if (last < from) return from;
-    // There are fewer sheets than positive integers, so the second search ends below the largest one.
-    return last < std::numeric_limits<int>::max() ? static_cast<int>(last + 1) : FirstFreeFrom(1);
+    for (;;) {
+        const auto next = m_runs.upper_bound(from);
+        if (next == m_runs.begin()) return from;
+        const std::int64_t last = std::prev(next)->second;
+        if (last < from) return from;
+        if (last < std::numeric_limits<int>::max()) return static_cast<int>(last + 1);
+        from = 1;  // there are fewer sheets than positive integers, so this search ends below the largest one
+    }
 }
 
 }  // namespace Quill::detail
