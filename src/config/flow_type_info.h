@@ -106,9 +106,9 @@ public:
 };
 
 // A static library gives up only the members that something refers to, and nothing refers to an object that registers
-// itself. So everyone who can use the service, which takes this header, refers to it here. It also sets the order: the
-// factory exists before and after every static object that stands below this line. Internal linkage is meant: an inline
-// variable would become a symbol that is unique in the process and keeps a loaded library from being unloaded.
+// itself. So everyone who can use the service, which takes this header, refers to it here. It also sets the order:
+// every translation unit makes sure of the factory before its own static objects below this line, which hence find it
+// as long as they live.
 static const FlowTypeInfoAnchor flowTypeInfoAnchor;
 
 }  // namespace ConfigDetail

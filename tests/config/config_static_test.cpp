@@ -68,7 +68,7 @@ TEST(DirWatchState, TheStatModeComparesSizeAndTime) {
     EXPECT_FALSE(watch.changed());
     folder.Write("file", "12");
     EXPECT_TRUE(watch.changed());
-    std::filesystem::last_write_time(folder / "file", {});
+    Quill::Test::SetBack(folder / "file");
     EXPECT_TRUE(watch.changed());
     DirWatchState copy(watch);
     watch.stopWatching();

@@ -1,7 +1,8 @@
-#include <windows.h>
-// The order matters: the headers below need the one above.
+#define WIN32_LEAN_AND_MEAN
+#define NOMINMAX
 #include <io.h>
 #include <sys/stat.h>
+#include <windows.h>
 
 #include "config/detail/directory_watcher.h"
 
