@@ -34,7 +34,7 @@ Orin::Result CommonRollbackOps::SetComment(Orin::OrinPI& db, const std::string& 
 Orin::Result CommonRollbackOps::GetComment(Orin::ContainerT<const Orin::ISnapshot> snapshot, std::string& comment) {
     if (!snapshot) return snapshot.IsValid();
     Orin::String value;
-    const Orin::Result read = snapshot->GetAttribute(CommentName(), value);
+    Orin::Result read = snapshot->GetAttribute(CommentName(), value);
     if (read) comment = value.View();
     return read;
 }

@@ -15,7 +15,7 @@ DirWatch::~DirWatch() {
 DirWatch::DirWatch(const DirWatch& other) : m_impl(std::make_shared<DirWatchState>(*other.m_impl)) {}
 
 DirWatch& DirWatch::operator=(const DirWatch& other) {
-    m_impl = std::make_shared<DirWatchState>(*other.m_impl);
+    if (this != &other) m_impl = std::make_shared<DirWatchState>(*other.m_impl);
     return *this;
 }
 

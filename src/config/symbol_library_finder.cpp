@@ -124,7 +124,7 @@ void CSymbolLibsFinder::AddLibraryPath(const path& base, const std::string& name
     if (alias.empty()) alias = name;
     auto item = std::make_unique<CSymbolLibsData>(folder.string(), std::move(alias), mega);
     m_items.push_back(item.get());
-    item.release();  // the list owns it, now that it has found room there
+    static_cast<void>(item.release());  // the list owns it, now that it has found room there
 }
 
 bool CSymbolLibsFinder::PathContainsMega(const path& folder) const {

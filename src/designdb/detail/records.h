@@ -4,6 +4,7 @@
 // and to the object again when the deletion is undone. Lists are kept exact.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <variant>
@@ -164,7 +165,7 @@ struct ViewRecord {
     Slot group = 0;
     Slot comp = 0;
     std::optional<std::int32_t> modified;
-    SlotSet items[ItemKinds];
+    std::array<SlotSet, ItemKinds> items;  // by EItem
     SlotSet pieces;
 };
 
