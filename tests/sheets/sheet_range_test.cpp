@@ -139,7 +139,8 @@ TEST(SheetRange, AgreesWithANaiveListUnderRandomMoves) {
                 for (unsigned& sheet : moved)
                     handles.push_back(design.sheets[sheet = draw(count)]);
                 const bool after = draw(2) == 0, known = draw(8) != 0;
-                if (!known) handles.insert(handles.begin() + draw(handles.size() + 1), stranger);
+                if (!known)
+                    handles.insert(std::next(handles.begin(), static_cast<int>(draw(handles.size() + 1))), stranger);
                 EXPECT_EQ(range.MoveTo(handles, design.sheets[target], after), known);
                 if (known) MoveNaively(model, moved, target, after);
             }
