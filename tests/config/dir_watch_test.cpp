@@ -142,7 +142,8 @@ TEST(DirWatch, ThousandsOfEventsAreOneChange) {
 TEST(DirWatch, WhatIsNotAKnownLocalDirectoryIsWatchedBlind) {
     const TemporaryFolder folder;
     folder.Write("file", "");
-    for (const std::string dir : {"\\\\server\\share", "", "/proc", (folder / "file").c_str()}) {
+    for (const std::string& dir :
+         {std::string("\\\\server\\share"), std::string(), std::string("/proc"), folder / "file"}) {
         SCOPED_TRACE(dir);
         DirWatch watch;
         Start(watch, dir, 30000);
