@@ -188,6 +188,10 @@ private:
     Index AnyOf(std::initializer_list<EObjectType> kinds) {
         return Any(kinds.begin()[Number(static_cast<unsigned>(kinds.size()))]);
     }
+    // A place in a list of that size, as iterators count.
+    static std::ptrdiff_t At(unsigned place, std::size_t size) {
+        return static_cast<std::ptrdiff_t>(std::min<std::size_t>(place, size));
+    }
     std::string Word() { return std::string(1, static_cast<char>('a' + Number(5))); }
 
     // Whether locks and transactions let the client edit the object, alone or with what is inside it.
@@ -332,7 +336,7 @@ private:
                     std::find(g->members.begin(), g->members.end(), object) == g->members.end() && May(group);
                 const unsigned at = Number(4);
                 if (!Agree(editor.AddMember(group, object, at), fits)) break;
-                g->members.insert(g->members.begin() + std::min<std::ptrdiff_t>(at, std::ssize(g->members)), object);
+                g->members.insert(g->members.begin() + At(at, g->members.size()), object);
                 if (o->kind != Group) o->groups.push_back(group);
                 break;
             }
@@ -360,7 +364,7 @@ private:
                 const unsigned at = Number(4);
                 if (!Agree(editor.MoveMember(group, object, at), member && May(group))) break;
                 std::erase(g->members, object);
-                g->members.insert(g->members.begin() + std::min<std::ptrdiff_t>(at, std::ssize(g->members)), object);
+                g->members.insert(g->members.begin() + At(at, g->members.size()), object);
                 break;
             }
             case 20: {
@@ -543,7 +547,7 @@ private:
     void Lock(TestClient& client) {
         using enum EObjectType;
         if (!m_held.empty() && Number(2) == 0) {
-            m_held.erase(m_held.begin() + Number(static_cast<unsigned>(m_held.size())));
+            m_held.erase(m_held.begin() + At(Number(static_cast<unsigned>(m_held.size())), m_held.size()));
             return;
         }
         if (m_held.size() > 3) return;
