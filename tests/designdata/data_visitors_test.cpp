@@ -1,8 +1,8 @@
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -18,18 +18,17 @@ using DesignDb::Testing::FaultInjector;
 using Quill::Utils::BlockOrinQuillDataVisitor;
 using Quill::Utils::SymbolOrinQuillDataVisitor;
 
-// Writes down what it is given: the kind and the object id of each record.
+// Writes down what it is given: the kind and the object id of each record. Overrides what `Visitor` declares.
 template <class Visitor>
 class Recorder final : public Visitor {
 public:
-    void visit(const LabelDataQuill& data) override { Write("Label", data); }
-    void visit(const AttrDataQuill& data) override { Write("Attr", data); }
-    void visit(const TextDataQuill& data) override { Write("Text", data); }
-    void visit(const CircleDataQuill& data) override { Write("Circle", data); }
-    void visit(const ArcDataQuill& data) override { Write("Arc", data); }
-    void visit(const RectDataQuill& data) override { Write("Rect", data); }
-    void visit(const LineDataQuill& data) override { Write("Line", data); }
-    // Each class of visitors declares some of these.
+    void visit(const LabelDataQuill& data) { Write("Label", data); }
+    void visit(const AttrDataQuill& data) { Write("Attr", data); }
+    void visit(const TextDataQuill& data) { Write("Text", data); }
+    void visit(const CircleDataQuill& data) { Write("Circle", data); }
+    void visit(const ArcDataQuill& data) { Write("Arc", data); }
+    void visit(const RectDataQuill& data) { Write("Rect", data); }
+    void visit(const LineDataQuill& data) { Write("Line", data); }
     void visit(const GroupDataQuill& data) { Write("Group", data); }
     void visit(const BusDataQuill& data) { Write("Bus", data); }
     void visit(const NetDataQuill& data) { Write("Net", data); }
@@ -92,18 +91,17 @@ struct Step {
 };
 
 template <class Walk>
-void FailEveryStep(const Step* first, const Step* last, const std::string& all, const Walk& walk) {
-    constexpr int Absent[] = {200, 202, 204, 205, 206};
-    for (const int code : {200, 201, 202, 203, 204, 205, 206, 102}) {
-        const bool absent = std::find(std::begin(Absent), std::end(Absent), code) != std::end(Absent);
-        for (const Step* step = first; step != last; ++step) {
-            SCOPED_TRACE(step->operation + std::string(" fails with ") + std::to_string(code));
+void FailEveryStep(const std::vector<Step>& steps, const std::string& all, const Walk& walk) {
+    for (const int code : {200, 201, 202, 203, 204, 205, 206, 207, 102}) {
+        const bool absent = std::string("200 202 204 205 206").find(std::to_string(code)) != std::string::npos;
+        for (const Step& step : steps) {
+            SCOPED_TRACE(step.operation + std::string(" fails with ") + std::to_string(code));
             FaultInjector faults;
-            faults.Inject({.operation = step->operation, .code = static_cast<EErrorCode>(code)});
-            const std::size_t place = all.find(step->before != nullptr ? step->before : step->visits);
+            faults.Inject({.operation = step.operation, .code = static_cast<EErrorCode>(code)});
+            const std::size_t place = all.find(step.before != nullptr ? step.before : step.visits);
             std::string want = all;
-            if (absent && step->before == nullptr) {
-                want.erase(place, step->visits.size());
+            if (absent && step.before == nullptr) {
+                want.erase(place, step.visits.size());
             } else {
                 want = all.substr(0, place) + "thrown " + std::to_string(code);
             }
@@ -117,7 +115,7 @@ TEST(DataVisitors, PassOverWhatIsAbsentAndThrowEveryOtherFailure) {
     Tests::DrawnDesign design;
     design.DrawSheet();
     design.DrawSymbol();
-    const Step sheet[] = {
+    const std::vector<Step> sheet = {
         {"IBlockViewQuill::Init", "", "Comp1 "},
         {"IGroup::GetListObjects", "", "Comp1 "},
         {"IBlock::GetParentSnapshot", "", "Comp1 "},
@@ -148,55 +146,41 @@ TEST(DataVisitors, PassOverWhatIsAbsentAndThrowEveryOtherFailure) {
         {"IBlock::GetAttributes", "", "Attr15 "},
         {"IBlockViewQuill::GetAttr", "Attr15 "},
         {"IBlockViewQuill::GetIterLines", "", "Line16 "},
-        {"ILineQuill::GetData", "Line16 "},
-        {"IBlockViewQuill::GetIterRectangles", "", "Rect17 "},
-        {"IRectQuill::GetData", "Rect17 "},
-        {"IBlockViewQuill::GetIterArcs", "", "Arc18 "},
         {"IArcQuill::GetData", "Arc18 "},
-        {"IBlockViewQuill::GetIterCircles", "", "Circle19 "},
-        {"ICircleQuill::GetData", "Circle19 "},
         {"IBlockViewQuill::GetIterTexts", "", "Text20 "},
-        {"ITextQuill::GetData", "Text20 "},
     };
-    FailEveryStep(std::begin(sheet), std::end(sheet), Tests::DrawnDesign::SheetItems,
-                  [&] { return Sheet::Walk(design.block, design.sheet); });
+    FailEveryStep(sheet, Tests::DrawnDesign::SheetItems, [&] { return Sheet::Walk(design.block, design.sheet); });
 
-    const Step symbol[] = {
-        {"ICompViewQuill::Init", "", "Attr1 "},         {"IComp::GetAttributes", "", "Attr1 "},
-        {"ICompViewQuill::GetAttr", "Attr1 "},          {"IComp::GetIterPins", "", "Pin2 "},
-        {"ICompViewQuill::GetPinData", "Pin2 "},        {"ICompViewQuill::GetPinLabel", "Label3 "},
-        {"IPin::GetAttributes", "", "Attr4 "},          {"ICompViewQuill::GetPinAttr", "Attr4 "},
-        {"ICompViewQuill::GetIterLines", "", "Line6 "}, {"ICompViewQuill::GetIterTexts", "", "Text10 "},
+    const std::vector<Step> symbol = {
+        {"ICompViewQuill::Init", "", "Attr1 "},  {"IComp::GetAttributes", "", "Attr1 "},
+        {"ICompViewQuill::GetAttr", "Attr1 "},   {"IComp::GetIterPins", "", "Pin2 "},
+        {"ICompViewQuill::GetPinData", "Pin2 "}, {"ICompViewQuill::GetPinLabel", "Label3 "},
+        {"IPin::GetAttributes", "", "Attr4 "},   {"ICompViewQuill::GetPinAttr", "Attr4 "},
     };
-    FailEveryStep(std::begin(symbol), std::end(symbol), Tests::DrawnDesign::SymbolItems,
-                  [&] { return Symbol::Walk(design.symbol); });
+    FailEveryStep(symbol, Tests::DrawnDesign::SymbolItems, [&] { return Symbol::Walk(design.symbol); });
 
     // The first group among the members is another sheet, which is passed over in any case.
-    FaultInjector faults;
-    faults.Inject({.operation = "IGroup::GetType", .call = 2, .code = EErrorCode::NoValue});
-    EXPECT_EQ(Sheet::Walk(design.block, design.sheet),
-              "Comp1 Label2 Attr3 Attr4 Net5 Net6 Label7 Attr8 Bus9 Label10 Attr11 Attr15 Line16 Rect17 Arc18 Circle19 "
-              "Text20 ");
-    faults.Inject({.operation = "IUIDManager::GetGroup", .call = 2, .code = EErrorCode::AccessDenied});
-    EXPECT_EQ(Sheet::Walk(design.block, design.sheet),
-              "Comp1 Label2 Attr3 Attr4 Net5 Net6 Label7 Attr8 Bus9 Label10 Attr11 thrown 201");
+    const std::string all = Tests::DrawnDesign::SheetItems, cluster = "Group12 Label13 Attr14 ";
+    for (const char* operation : {"IGroup::GetType", "IUIDManager::GetGroup"}) {
+        FaultInjector faults;
+        faults.Inject({.operation = operation, .call = 2, .code = EErrorCode::NoValue});
+        EXPECT_EQ(Sheet::Walk(design.block, design.sheet), std::string(all).erase(all.find(cluster), cluster.size()));
+        faults.Inject({.operation = operation, .call = 2, .code = EErrorCode::AccessDenied});
+        EXPECT_EQ(Sheet::Walk(design.block, design.sheet), all.substr(0, all.find(cluster)) + "thrown 201");
+    }
 }
 
 #if defined(__x86_64__) && !defined(_WIN32)
-// A pointer to a virtual operation is one more than its place in the table here; the destructor takes the first two.
-template <class Record, class Visitor>
-std::uintptr_t Slot() {
-    void (Visitor::*const operation)(const Record&) = &Visitor::visit;
-    std::uintptr_t place = 0;
-    std::memcpy(&place, &operation, sizeof place);
-    return (place - 1) / sizeof(void*) - 1;
-}
-
+// Here a pointer to a virtual operation is one more than its place in the table, where the destructor takes two slots.
 template <class Visitor, class... Records>
 void ExpectSlots() {
-    std::uintptr_t want = 0;
-    for (const std::uintptr_t slot : {Slot<Records, Visitor>()...})
-        EXPECT_EQ(slot, ++want);
+    std::uintptr_t want = 1 + sizeof(void*);
+    for (const auto place : {[](void (Visitor::*operation)(const Records&)) {
+             std::uintptr_t value = 0;
+             std::memcpy(&value, &operation, sizeof value);
+             return value;
+         }(&Visitor::visit)...})
+        EXPECT_EQ(place, want += sizeof(void*));
 }
 
 TEST(DataVisitors, KeepTheSlotsThatOtherModulesWereBuiltFor) {

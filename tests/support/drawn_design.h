@@ -14,26 +14,46 @@ inline void Must(const Orin::Result& result) {
     if (!result) throw std::runtime_error(static_cast<const char*>(result.GetDescription()));
 }
 
-// Items are numbered in the order in which a walk meets them. The number is the item's object id, but for the item
-// `highest`, whose id is 1000. The attribute id of a drawn attribute is larger by 100.
-struct DrawnDesign {
-    explicit DrawnDesign(Orin::ItemId highest = 0, const char* sheetId = "3") : highestItem(highest) {
-        static int projects = 0;
-        Must(Orin::DesignDb::Database::Create(database, ("drawn" + std::to_string(++projects)).c_str()));
-        client = database.Connect("client");
+// The objects of such a design, as one client holds them.
+struct DrawnObjects {
+    DrawnObjects(const Orin::DesignDb::Database& project, const char* name)
+        : database(project), client(database.Connect(name)) {
         Must(client->GetSnapshotByName(snapshot, Orin::DesignDb::WorkingSnapshot));
-        Must(Orin::DesignDb::Editor::Open(editor, snapshot));
-        Must(editor.AddBlock({"top", Orin::EBlockType::Schematic}, blockIndex));
-        Must(editor.AddGroup(blockIndex, {"1"}, sheetIndex));
-        Orin::Index library;
-        Must(editor.AddBlock({"library", Orin::EBlockType::Symbol}, library));
-        Must(editor.AddComp(library, {"", "amp.1", Orin::ECompType::Symbol}, symbolIndex));
+    }
+    void Find(const Orin::Index& blockIndex, const Orin::Index& sheetIndex, const Orin::Index& symbolIndex) {
         Orin::IUIDManager objects;
         Must(snapshot->GetUIDManager(objects));
         Must(objects.GetBlock(block, blockIndex));
         Must(objects.GetGroup(sheet, sheetIndex));
         Must(objects.GetComp(symbol, symbolIndex));
+    }
+
+    Orin::DesignDb::Database database;
+    std::unique_ptr<Orin::OrinPI> client;
+    Orin::ContainerT<const Orin::ISnapshot> snapshot;
+    Orin::ContainerT<const Orin::IBlock> block;
+    Orin::ContainerT<const Orin::IGroup> sheet;
+    Orin::ContainerT<const Orin::IComp> symbol;
+};
+
+// Items are numbered in the order in which a walk meets them. The number is the item's object id, but for the item
+// `highest`, whose id is 1000. The attribute id of a drawn attribute is larger by 100.
+struct DrawnDesign : DrawnObjects {
+    explicit DrawnDesign(Orin::ItemId highest = 0, const char* sheetId = "3")
+        : DrawnObjects(NewProject(), "client"), highestItem(highest) {
+        Must(Orin::DesignDb::Editor::Open(editor, snapshot));
+        Must(editor.AddBlock({"top", Orin::EBlockType::Schematic}, blockIndex));
+        Must(editor.AddGroup(blockIndex, {"1"}, sheetIndex));
+        Must(editor.AddComp(blockIndex, {"", "amp.1", Orin::ECompType::Symbol}, symbolIndex));
+        Find(blockIndex, sheetIndex, symbolIndex);
         if (sheetId != nullptr) Must(editor.SetAttribute(sheetIndex, "$$Internal_ID", sheetId));
+    }
+
+    static Orin::DesignDb::Database NewProject() {
+        static int projects = 0;
+        Orin::DesignDb::Database made;
+        Must(Orin::DesignDb::Database::Create(made, ("drawn" + std::to_string(++projects)).c_str()));
+        return made;
     }
 
     Orin::ItemId Id(Orin::ItemId item) const { return item == highestItem ? 1000 : item; }
@@ -51,21 +71,9 @@ struct DrawnDesign {
     };
     Item At(Orin::ItemId item) const { return {Id(item)}; }
 
-    // A net's piece or a bus of two joints and two segments, the second ones with small ids.
-    template <class Record>
-    Record Wired(Orin::ItemId item, Orin::ItemId joint, Orin::ItemId segment) const {
-        Record data = At(item);
-        Orin::ListSegmentsQuillJoint end;
-        Orin::ListSegmentsQuillSegment wire;
-        for (const Orin::ItemId id : {joint, Orin::ItemId{5}}) {
-            end.id = id;
-            data.segments.joints.Append(end);
-        }
-        for (const Orin::ItemId id : {segment, Orin::ItemId{6}}) {
-            wire.id = id;
-            data.segments.segments.Append(wire);
-        }
-        return data;
+    // Of a net's piece or a bus; the second ids are small.
+    static Orin::ListSegmentsQuill Segments(Orin::ItemId joint, Orin::ItemId segment) {
+        return {{{joint, {}, {}}, {5, {}, {}}}, {{segment, 0, 0}, {6, 0, 0}}};
     }
 
     // An attribute that is drawn, and one that is not.
@@ -76,6 +84,11 @@ struct DrawnDesign {
         drawn.attributeId = 100 + drawn.objectId;
         Must(editor.SetAttrData(view, object, "Drawn", "10k", drawn));
         Must(editor.SetAttrData(view, object, "Drawn", "22k", Item{99}));
+    }
+
+    void DrawLabelAndAttribute(const Orin::Index& object, Orin::ItemId first) {
+        Must(editor.SetLabelData(sheetIndex, object, At(first)));
+        DrawAttribute(sheetIndex, object, first + 1);
     }
 
     // Last things first, so that the order of a walk is not that of the making.
@@ -104,21 +117,17 @@ struct DrawnDesign {
         Must(editor.SetCompData(sheetIndex, strange, Item{97}));
         Must(editor.AddGroup(blockIndex, {"cluster", Orin::EGroupType::Cluster}, group));
         Must(editor.SetGroupData(sheetIndex, group, At(12)));
-        Must(editor.SetLabelData(sheetIndex, group, At(13)));
-        DrawAttribute(sheetIndex, group, 14);
+        DrawLabelAndAttribute(group, 13);
         Must(editor.AddBus(blockIndex, {"B"}, bus));
-        Must(editor.SetBusData(sheetIndex, bus, Wired<Orin::BusDataQuill>(9, 0xFFFFFFFF, 812)));
-        Must(editor.SetLabelData(sheetIndex, bus, At(10)));
-        DrawAttribute(sheetIndex, bus, 11);
+        Must(editor.SetBusData(sheetIndex, bus, {Id(9), Segments(0xFFFFFFFF, 812), {}, {}}));
+        DrawLabelAndAttribute(bus, 10);
         Must(editor.AddNet(blockIndex, {"N"}, net));
-        Must(editor.AddNetQuill(sheetIndex, net, Wired<Orin::NetDataQuill>(5, 700, 0xFFFFFFFE), piece));
-        Must(editor.AddNetQuill(sheetIndex, net, Wired<Orin::NetDataQuill>(6, 711, 800), piece));
-        Must(editor.SetLabelData(sheetIndex, net, At(7)));
-        DrawAttribute(sheetIndex, net, 8);
+        Must(editor.AddNetQuill(sheetIndex, net, {Id(5), Segments(700, 0xFFFFFFFE), {}}, piece));
+        Must(editor.AddNetQuill(sheetIndex, net, {Id(6), Segments(711, 800), {}}, piece));
+        DrawLabelAndAttribute(net, 7);
         Must(editor.AddComp(blockIndex, {"U1"}, comp));
         Must(editor.SetCompData(sheetIndex, comp, At(1)));
-        Must(editor.SetLabelData(sheetIndex, comp, At(2)));
-        DrawAttribute(sheetIndex, comp, 3);
+        DrawLabelAndAttribute(comp, 2);
         Must(editor.AddPin(comp, {"A"}, pin));
         Must(editor.SetLabelData(sheetIndex, pin, Item{96}));  // a sheet shows no labels of pins
         DrawAttribute(sheetIndex, pin, 4);
@@ -141,14 +150,8 @@ struct DrawnDesign {
     }
 
     Orin::ItemId highestItem;
-    Orin::DesignDb::Database database;
-    std::unique_ptr<Orin::OrinPI> client;
-    Orin::ContainerT<const Orin::ISnapshot> snapshot;
     Orin::DesignDb::Editor editor;
     Orin::Index blockIndex, sheetIndex, symbolIndex;
-    Orin::ContainerT<const Orin::IBlock> block;
-    Orin::ContainerT<const Orin::IGroup> sheet;
-    Orin::ContainerT<const Orin::IComp> symbol;
 };
 
 }  // namespace Tests
