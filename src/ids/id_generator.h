@@ -14,9 +14,10 @@ template <class Kind, int Locked>
 struct IdGeneratorState;
 }
 
-// What the generators of every kind share. A generator is a handle to its state: assignment makes both sides refer to
-// the state of the right one, for good, and the last of them frees it. Generators that share a state are used by one
-// thread at a time. Operations report by their result and throw nothing but for want of memory, `Store` apart.
+// What the generators of every kind share. A generator is a handle to its state: assignment does not copy the state but
+// shares the other's, so that both go on counting together, and the last of them frees it. Generators that share a
+// state are used by one thread at a time. Operations report by their result and throw nothing but for want of memory,
+// `Store` apart.
 template <class Kind, int Locked>
 class QUILLUTILS_EXPORT IdGeneratorBase {
     static_assert(Locked == 0 || Locked == 1);
@@ -24,7 +25,8 @@ class QUILLUTILS_EXPORT IdGeneratorBase {
 public:
     IdGeneratorBase& operator=(const IdGeneratorBase& other) noexcept;
 
-    // Covers an id that the caller knows to be in use. NoId changes nothing, and no more does 0, but for attributes.
+    // Covers an id that the caller knows to be in use, when it is larger than the last one; of attribute ids the low 22
+    // bits alone are compared, since ids of other sheets may stand on a sheet. NoId changes nothing.
     // NotInitialized; IdSpaceExhausted, with nothing changed, for ReservedId.
     IdGeneratorResult UpdateLast(const Kind& id) noexcept;
 
@@ -48,8 +50,8 @@ private:
 // `Locked` says how the sheet or symbol is held from a successful Init to the next Init or the end of the last
 // generator that shares the state:
 //     0    read-only; other clients may edit it
-//     1    by a write lock, under which the caller can add objects with the ids that it is given. DatabaseError when
-//          another client holds what is to be locked.
+//     1    by a write lock, so that no other client draws ids meanwhile. DatabaseError when another client holds what
+//          is to be locked.
 //
 // Generators of joint and segment ids, which this general form is, have no Init and hence nothing to hand out.
 template <class Kind, int Locked>
@@ -65,12 +67,12 @@ public:
     IdGeneratorResult Init(const Orin::ContainerT<const Orin::IGroup>& group);
 
     // For the sheet `group` of `block`, after all attributes drawn on it. With Locked = 1 the sheet's view is locked
-    // once they have been looked at. NoSheetId when the sheet's id cannot be read.
+    // with its contents, once they have been looked at: what another client draws just before the lock is missed.
+    // NoSheetId when the sheet's id cannot be read.
     IdGeneratorResult Init(const Orin::ContainerT<const Orin::IBlock>& block,
                            const Orin::ContainerT<const Orin::IGroup>& group);
 
-    // For a symbol, after all attributes drawn on it. With Locked = 1 the symbol's view is locked once they have been
-    // looked at.
+    // For a symbol, after all attributes drawn on it. With Locked = 1 the symbol's view is locked in the same way.
     IdGeneratorResult Init(const Orin::ContainerT<const Orin::IComp>& comp);
 
     // On a sheet, the sheet's id above the next sequence number, which goes from 0x3FFFFF back to 0: the ids of a sheet
@@ -81,7 +83,8 @@ public:
 // The highest object id of a sheet or symbol is stored with it, as the internal property "LastIdUsed" of the group, or
 // of the component among its system attributes. A stored mark is believed, whatever is drawn; only without one the
 // sheet or symbol is looked at. A mark that is no number of 1 to 0xFFFFFFFD counts as 0, and then too nothing is looked
-// at. With Locked = 1 the lock is a shallow one, on the attributes of the group or component.
+// at. With Locked = 1 the lock is a shallow one, on the attributes of the group or component and hence the mark; it is
+// taken before the mark is read.
 template <int Locked>
 class QUILLUTILS_EXPORT IdGenerator<ObjectId, Locked> : public IdGeneratorBase<ObjectId, Locked> {
 public:
