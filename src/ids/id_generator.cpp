@@ -92,8 +92,6 @@ bool ReadMark(const Object& object, std::uint32_t& last, Family... family) {
 
 template <class T, class... Family>
 void WriteMark(const Orin::MutableContainerT<T>& object, const Orin::String& mark, Family... family) {
-    Orin::String stored;
-    if (object->GetAttribute(MarkName(), stored, family...) && stored == mark) return;
     Require(object->SetAttribute(MarkName(), mark, family...));
 }
 

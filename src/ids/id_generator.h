@@ -99,9 +99,9 @@ public:
     // IdSpaceExhausted. NotInitialized. On either failure nothing changes and `id` is untouched.
     IdGeneratorResult GetNext(ObjectId& id) noexcept;
 
-    // Stores the last id as the mark, under a shallow lock that with Locked = 0 is held for the moment; nothing is
-    // written when exactly that is stored, or when the sheet or symbol was deleted. NotInitialized. Throws the failed
-    // Orin::Result of the lock or the write.
+    // Stores the last id as the mark, under a shallow lock that with Locked = 0 is held for the moment. Nothing is
+    // written when the sheet or symbol was deleted. NotInitialized. Throws the failed Orin::Result of the lock or the
+    // write.
     IdGeneratorResult Store();
 };
 
