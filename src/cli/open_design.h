@@ -1,0 +1,27 @@
+// Brings the DESIGN of a command line into memory.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "designdb/database.h"
+#include "orin/orin.h"
+
+namespace Quill::Cli {
+
+// A design in a database of its own, which goes with it.
+struct OpenDesign {
+    std::string name;
+    Orin::DesignDb::Database database;
+    std::unique_ptr<Orin::OrinPI> client;
+    Orin::ContainerT<const Orin::ISnapshot> snapshot;
+};
+
+// Reads the design file at `path`. Throws a CommandError that names the file.
+OpenDesign ReadDesign(const std::string& path);
+
+// The configuration called `name`, or for an empty name the default one: that of the design's name, else the first.
+// Throws a CommandError when there is none.
+Orin::ContainerT<const Orin::IConfig> FindConfig(const OpenDesign& design, const std::string& name);
+
+}  // namespace Quill::Cli
