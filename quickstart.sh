@@ -29,6 +29,6 @@ if [ ! -x "$program" ]; then
     printf '    %s\n' "$build_dir"/lib/*.so
     exit 0
 fi
-main_job=(info "$source_dir/examples/first-design.json")
+main_job=(info "$source_dir/examples/vibration-recorder.json")
 say "Running: quill ${main_job[*]}"
 exec "$program" "${main_job[@]}"

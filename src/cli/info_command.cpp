@@ -172,7 +172,8 @@ std::string RenderJson(const OpenDesign& design, const Counts& counts) {
 }
 
 std::string RenderTables(const OpenDesign& design, const Counts& counts) {
-    std::string out = fmt::format("{}: {} pages\n\n", Printable(design.name), counts.pages);
+    std::string out =
+        fmt::format("{}: {} {}\n\n", Printable(design.name), counts.pages, counts.pages == 1 ? "page" : "pages");
     for (const auto& [kind, count] : Totals(counts))
         out += fmt::format("{:>8}  {}\n", count, kind);
     using Align = Table::Align;
@@ -207,8 +208,8 @@ void AddInfoCommand(CLI::App& app, Action& chosen) {
         "Pages are the sheets at each place of the hierarchy; everything else is counted once for each block.\n"
         "\n"
         "Examples:\n"
-        "  quill info examples/first-design.json\n"
-        "  quill info --json examples/first-design.json");
+        "  quill info examples/vibration-recorder.json\n"
+        "  quill info --json examples/vibration-recorder.json");
     command->callback([options, &chosen] {
         chosen = [options] {
             const OpenDesign design = ReadDesign(options->design);

@@ -93,6 +93,7 @@ private:
     void WriteMemberOf(const Index& object);
     void WriteDrawn(const Index& object);
     void WriteIndexes(std::string_view key, const ListT<Index>& indexes);
+    void WriteIndexList(const ListT<Index>& indexes);
     template <class View>
     void WriteView(const View& view);
     template <class Item>
@@ -352,6 +353,10 @@ void Writer::WriteDrawn(const Index& object) {
 void Writer::WriteIndexes(std::string_view key, const ListT<Index>& indexes) {
     if (indexes.IsEmpty()) return;
     m_json.Key(key);
+    WriteIndexList(indexes);
+}
+
+void Writer::WriteIndexList(const ListT<Index>& indexes) {
     m_json.BeginArray();
     for (const Index& index : indexes)
         m_json.Value(index);
@@ -578,7 +583,10 @@ void Writer::WriteBlock(const Orin::IBlock& block) {
     WriteList("buses", std::move(buses), [this](const Orin::IBus& bus) { WriteBus(bus); });
     ListT<Index> order;
     Need(m_inspector.GetPins(index, order));
-    if (!std::equal(m_pins.begin(), m_pins.end(), order.begin(), order.end())) WriteIndexes("pinOrder", order);
+    if (!std::equal(m_pins.begin(), m_pins.end(), order.begin(), order.end())) {
+        m_json.KeyOnNewLine("pinOrder");
+        WriteIndexList(order);
+    }
     WriteDrawn(index);
     m_json.EndObject();
 }

@@ -1,0 +1,349 @@
+#include "interchange/design_json.h"
+
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "designdb/database.h"
+#include "designdb/editor.h"
+
+namespace {
+
+using namespace Orin;
+using Quill::Interchange::DesignJsonFault;
+using Quill::Interchange::ReadDesignJson;
+using Quill::Interchange::WriteDesignJson;
+using testing::HasSubstr;
+
+constexpr EObjectType Odd = static_cast<EObjectType>(200);
+
+Index Id(EObjectType type, std::uint32_t low) {
+    return Index(type, 0, low);
+}
+
+std::string File(const char* path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string Everything() {
+    return File(QUILL_TEST_DATA "/everything.json");
+}
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+    const std::size_t at = text.find(from);
+    EXPECT_NE(at, text.npos) << from;
+    return at == text.npos ? text : text.replace(at, from.size(), to);
+}
+
+// An empty design that a text can be read into.
+struct Design {
+    Design() {
+        static int s_designs = 0;
+        const std::string project = "design " + std::to_string(++s_designs);
+        EXPECT_TRUE(DesignDb::Database::Create(database, project.c_str()));
+        client = database.Connect("client");
+        EXPECT_TRUE(client->GetSnapshotByName(snapshot, DesignDb::WorkingSnapshot));
+        EXPECT_TRUE(snapshot->GetUIDManager(objects));
+        EXPECT_TRUE(DesignDb::Editor::Open(editor, snapshot));
+    }
+
+    // "POINTER: reason", or "" when the text was read.
+    std::string Read(const std::string& text) {
+        const std::optional<DesignJsonFault> fault = ReadDesignJson(text, snapshot, name);
+        return fault ? fault->Message() : "";
+    }
+    std::string Written() const {
+        std::string text;
+        EXPECT_TRUE(WriteDesignJson(snapshot, name, text));
+        return text;
+    }
+    bool IsEmpty() const {
+        IteratorT<const IBlock> blocks;
+        IteratorT<const IConfig> configs;
+        ListAttribute attributes;
+        bool active = true;
+        EXPECT_TRUE(snapshot->GetIterBlocks(blocks) && snapshot->GetIterConfigs(configs) &&
+                    snapshot->GetAttributes(attributes) && snapshot->IsTransactionActive(active));
+        return !blocks && !configs && attributes.IsEmpty() && !active;
+    }
+
+    DesignDb::Database database;
+    std::unique_ptr<OrinPI> client;
+    ContainerT<const ISnapshot> snapshot;
+    IUIDManager objects;
+    DesignDb::Editor editor;
+    String name = "untouched";
+};
+
+TEST(DesignJson, GivesBackByteByByteWhatItReadAndWhatTheExampleHolds) {
+    for (const char* path : {QUILL_TEST_DATA "/everything.json", QUILL_EXAMPLES "/vibration-recorder.json"}) {
+        SCOPED_TRACE(path);
+        Design design;
+        EXPECT_EQ(design.Read(File(path)), "");
+        EXPECT_EQ(design.Written(), File(path));
+    }
+}
+
+TEST(DesignJson, BringsEveryKindOfObjectIntoTheDatabase) {
+    Design design;
+    ASSERT_EQ(design.Read(Everything()), "");
+    EXPECT_EQ(design.name, "every \"thing\" \\ \x01\x7F \xC3\xBC");
+    String text;
+    EXPECT_TRUE(design.snapshot->GetAttribute("LATIN", text));
+    EXPECT_EQ(text,
+              "M\xFC"
+              "l");
+
+    ContainerT<const IBlock> top;
+    BlockTypes types;
+    ASSERT_TRUE(design.objects.GetBlock(top, Id(EObjectType::Block, 7)) && top->GetType(types));
+    EXPECT_EQ(types.Bits(), 0x80000102U);
+
+    ContainerT<const IGroup> sheet, cluster;
+    ListT<Index> members;
+    Index owner;
+    ASSERT_TRUE(design.objects.GetGroup(sheet, Id(EObjectType::Group, 4)) && sheet->GetListObjects(members));
+    EXPECT_EQ(members, (ListT<Index>{Id(EObjectType::Net, 8), Id(EObjectType::Comp, 12), Id(EObjectType::Bus, 3),
+                                     Id(EObjectType::Comp, 5), Id(EObjectType::Group, 2)}));
+    ASSERT_TRUE(design.objects.GetGroup(cluster, Id(EObjectType::Group, 2)) && cluster->GetOwner(owner));
+    EXPECT_EQ(owner, Id(EObjectType::Group, 4));
+
+    ContainerT<const IComp> comp, definition;
+    ContainerT<const IBlock> child;
+    ListT<GroupInfo> groups;
+    Index index, instance;
+    ASSERT_TRUE(design.objects.GetComp(comp, Id(EObjectType::Comp, 12)) && comp->GetDefinition(definition) &&
+                comp->GetChildBlock(child) && comp->GetInstanceIndex(instance) && comp->GetListGroups(groups, {}));
+    EXPECT_TRUE(definition->GetIndex(index) && index == Index(Odd, 1, 5));
+    EXPECT_TRUE(child->GetIndex(index) && index == Id(EObjectType::Block, 6));
+    EXPECT_EQ(instance, Index(3));
+    ASSERT_EQ(groups.Count(), 3U);
+    EXPECT_EQ(groups[0].index, Index(EObjectType::Group, 3, 9));
+    EXPECT_EQ(groups[2].index, Id(EObjectType::Group, 4));
+    EXPECT_TRUE(design.editor.GetRippedBus(Id(EObjectType::Comp, 5), index) && index == Id(EObjectType::Bus, 3));
+
+    ContainerT<const IConfig> config;
+    ContainerT<const IPath> root, below;
+    ContainerT<const IComp> here;
+    ASSERT_TRUE(design.snapshot->GetDefaultConfig(config, "main") && config->GetRoot(root) &&
+                root->GetCompInPath(here, Id(EObjectType::Comp, 12)));
+    EXPECT_TRUE(here->GetAttribute("REFDES", text, EAttributeType::User) && text == "U7");
+    EXPECT_TRUE(here->GetAttribute("REFDES", text, EAttributeType::System) && text == "system");
+    EXPECT_TRUE(comp->GetAttribute("REFDES", text, EAttributeType::User) && text == "U?");
+    ASSERT_TRUE(root->GetChildPath(below, Id(EObjectType::Comp, 12)) &&
+                below->GetCompInPath(here, Id(EObjectType::Comp, 1)));
+    EXPECT_TRUE(here->GetAttribute("REFDES", text, EAttributeType::User) && text == "R7");
+
+    ContainerT<const INet> net;
+    IteratorT<const IPin> pins;
+    ASSERT_TRUE(design.objects.GetNet(net, Id(EObjectType::Net, 8)) && net->GetIterPinsConnected(pins));
+    EXPECT_TRUE(pins->GetIndex(index) && index == Id(EObjectType::Pin, 1));
+
+    ContainerT<const IBlockViewQuill> view;
+    int seconds = 0;
+    CompDataQuill body;
+    AttrDataQuill drawn;
+    IteratorT<const INetQuill> pieces;
+    NetDataQuill piece;
+    IteratorT<const ILineQuill> lines;
+    LineDataQuill line;
+    ASSERT_TRUE(IBlockViewQuill::Init(view, *top, *sheet) && view->GetModificationTime(seconds));
+    EXPECT_EQ(seconds, -5);
+    EXPECT_TRUE(view->GetCompData(*comp, body));
+    EXPECT_EQ(body, (CompDataQuill{1, {-1, 0}, EOrientation::Degrees180, true}));
+    EXPECT_TRUE(view->GetGroupAttr(*cluster, "N", "", drawn) && drawn.showName && drawn.attributeId == 2);
+    ASSERT_TRUE(view->GetIterNetsQuill(*net, pieces) && pieces->GetData(piece));
+    EXPECT_EQ(piece.segments.joints[0], (ListSegmentsQuillJoint{1, {10, 20}, Id(EObjectType::Pin, 2)}));
+    ASSERT_TRUE(view->GetIterLines(lines) && lines->GetData(line));
+    EXPECT_EQ(line.points[0].x, INT64_MIN);
+    EXPECT_EQ(line.points[0].y, INT64_MAX);
+    EXPECT_EQ(line.objectId, 0xFFFFFFFFU);
+}
+
+TEST(DesignJson, KeepsOrdersThatNoListOfTheDatabaseShows) {
+    Design design;
+    DesignDb::Editor& edit = design.editor;
+    Index block, sheets[2], comps[2], pins[3], net, piece, text;
+    ASSERT_TRUE(edit.AddBlock({"b"}, block));
+    for (int i = 0; i < 2; ++i)
+        ASSERT_TRUE(edit.AddGroup(block, {"s"}, sheets[i]) && edit.AddComp(block, {"c"}, comps[i]));
+    // Pins turn by turn, membership of the second sheet first, the view of the second sheet drawn on first.
+    ASSERT_TRUE(edit.AddPin(comps[0], {"a"}, pins[0]) && edit.AddPin(comps[1], {"b"}, pins[1]) &&
+                edit.AddPin(comps[0], {"c"}, pins[2]) && edit.AddNet(block, {"n"}, net));
+    for (const Index& pin : pins)
+        ASSERT_TRUE(edit.ConnectPin(net, pin));
+    for (const int i : {1, 0}) {
+        ASSERT_TRUE(edit.AddMember(sheets[i], comps[0]) && edit.SetCompData(sheets[i], comps[0], {}));
+        ASSERT_TRUE(edit.AddNetQuill(sheets[i], net, {}, piece) && edit.AddText(sheets[i], {}, text));
+    }
+    const std::string written = design.Written();
+    EXPECT_THAT(written, HasSubstr(R"("pinOrder": ["pin:1", "pin:2", "pin:3"])"));
+    EXPECT_THAT(written, HasSubstr(R"("memberOf": ["group:2", "group:1"])"));
+    // What was deleted leaves no trace.
+    ASSERT_TRUE(edit.AddNet(block, {"gone"}, net) && edit.DeleteNet(net));
+    EXPECT_EQ(design.Written(), written);
+
+    Design again;
+    String nothing;
+    EXPECT_FALSE(ReadDesignJson(written, again.snapshot, nothing));
+    again.name = design.name;
+    EXPECT_EQ(again.Written(), written);
+}
+
+TEST(DesignJson, RefusesWhatIsNoDesignNamesThePlaceAndEntersNothing) {
+    struct Case {
+        const char* why;
+        const char* from;  // text of everything.json
+        const char* to;
+        const char* pointer;
+        const char* reason;
+    };
+    const Case cases[] = {
+        {"another format", "quill-design", "other", "/format", "quill-design"},
+        {"a later version", "\"version\": 1", "\"version\": 2", "/version", "version"},
+        {"no version", "\"version\": 1,", "", "", "lacks \"version\""},
+        {"unknown member", "\"library\"", "\"a/b~\"", "/blocks/2/a~1b~0", "belongs"},
+        {"unknown member deep down", "\"mirrored\"", "\"mirror\"", "/blocks/0/comps/0/drawn/0/body/mirror", "belongs"},
+        {"member twice", "\"name\": \"lib\"", "\"index\": \"block:9\"", "/blocks/2/index", "twice"},
+        {"member twice deep down", "\"first\": [1, 2]", "\"id\": 2", "/blocks/0/groups/0/view/rects/0/id", "twice"},
+        {"no index", "{\"index\": \"net:9\"}", "{}", "/blocks/0/nets/1", "lacks \"index\""},
+        {"index of another form", "\"bus:3\", \"label\"", "\"bus:3x\", \"label\"", "/blocks/0/buses/0/index", "index"},
+        {"index too large", "\"net:9\"}", "\"net:4294967296\"}", "/blocks/0/nets/1/index", "index"},
+        {"index part too large", "\"200:1:5\", \"name\"", "\"256:1:5\", \"name\"", "/blocks/2/comps/0/index", "index"},
+        {"index with a sign", "\"net:9\"}", "\"net:+9\"}", "/blocks/0/nets/1/index", "index"},
+        {"the empty index", "\"net:9\"}", "\"0:0\"}", "/blocks/0/nets/1/index", "empty"},
+        {"index twice", "\"group:77\"", "\"group:2\"", "/blocks/0/groups/3/index", "group:2 is there already"},
+        {"index twice, of kinds", "\"group:77\"", "\"comp:12\"", "/blocks/0/comps/0/index", "comp:12 is there"},
+        {"number too large", "4294967295", "4294967296", "/blocks/0/groups/0/view/lines/0/id", "from 0 to 4294967295"},
+        {"coordinate too large", "9223372036854775807", "9223372036854775808",
+         "/blocks/0/groups/0/view/lines/0/points/0/1", "whole number"},
+        {"fraction", "\"radius\": 3", "\"radius\": 3.0", "/blocks/0/groups/0/view/circles/0/radius", "whole number"},
+        {"no number", "\"time\": -5", "\"time\": \"-5\"", "/blocks/0/groups/0/view/time", "whole number"},
+        {"time too large", "\"time\": -5", "\"time\": 2147483648", "/blocks/0/groups/0/view/time", "whole number"},
+        {"no text", "\"label\": \"U1\"", "\"label\": null", "/blocks/0/comps/0/label", "not a text"},
+        {"no list", "\"types\": [\"symbol\"], \"library\"", "\"types\": 1, \"library\"", "/blocks/2/types", "list"},
+        {"no object", "{\"index\": \"net:9\"}", "[]", "/blocks/0/nets/1", "object"},
+        {"no list of objects", "\"configurations\": [", "\"configurations\": [3,", "/configurations/0", "object"},
+        {"unknown word", "dashDot", "dashdot", "/blocks/0/groups/0/view/lines/0/style/pattern", "words"},
+        {"value beyond its enumeration", "\"fill\": 9", "\"fill\": 256", "/blocks/0/groups/0/view/circles/0/style/fill",
+         "255"},
+        {"bit position too large", "\"drawn\", 31", "\"drawn\", 32", "/blocks/0/types/2", "bit position"},
+        {"point of three", "\"middle\": [3, 4]", "\"middle\": [3, 4, 5]", "/blocks/0/groups/0/view/arcs/0/middle", "2"},
+        {"U+0000", "line\\n", "\\u0000", "/blocks/0/groups/0/view/texts/0/text", "U+0000"},
+        {"U+0000 in bytes", "4DFC6C", "4D00", "/attributes/1/1", "U+0000"},
+        {"half a byte", "4DFC6C", "4DF", "/attributes/1/1/hex", "odd"},
+        {"no bytes", "4DFC6C", "4DFG", "/attributes/1/1/hex", "hexadecimal"},
+        {"attribute twice", "[\"REFDES\", \"system\", \"system\"]", "[\"REFDES\", \"V\"]",
+         "/blocks/0/comps/0/attributes/1", "second time"},
+        {"attribute without a name", "[\"W\"", "[\"\"", "/blocks/0/nets/0/attributes/0", "empty name"},
+        {"family of another object", "[\"W\", \"1\"", "[\"W\", \"1\", 1", "/blocks/0/nets/0/attributes/0",
+         "2 elements"},
+        {"two drawings on one view", "\"on\": \"group:3:9\", \"body\"", "\"on\": \"group:4\", \"body\"",
+         "/blocks/0/comps/0/drawn/1", "second drawing"},
+        {"drawn attribute twice", "{\"name\": \"P\", \"value\": \"Q\"}", "{\"name\": \"P\"}",
+         "/blocks/0/comps/0/pins/1/drawn/0/attributes/1", "repeats"},
+        {"body of what has none", "\"label\": {}", "\"body\": {}", "/blocks/0/nets/0/drawn/0/body", "cannot be"},
+        {"nothing drawn", ", \"label\": {}", "", "/blocks/0/nets/0/drawn/0", "nothing"},
+        {"drawn on no view", "\"on\": \"group:3:9\"}]", "\"on\": \"group:3:8\"}]", "/blocks/0/nets/0/pieces/2/on",
+         "group:3:8 names no object"},
+        {"drawn outside of its block", "{\"on\": \"200:1:5\", \"att", "{\"on\": \"group:4\", \"att",
+         "/blocks/2/comps/0/drawn/0/on", "does not go together"},
+        {"missing definition", "\"definition\": \"200:1:5\"", "\"definition\": \"comp:99\"",
+         "/blocks/0/comps/0/definition", "comp:99 names no object"},
+        {"missing child block", "\"child\": \"block:6\"", "\"child\": \"comp:12\"", "/blocks/0/comps/0/child",
+         "names no"},
+        {"missing bus", "\"bus\": \"bus:3\"", "\"bus\": \"bus:4\"", "/blocks/0/comps/1/bus", "names no"},
+        {"missing pin", "\"pins\": [\"pin:1\"", "\"pins\": [\"pin:4\"", "/blocks/0/nets/0/pins/0", "names no"},
+        {"pin of another block", "\"pins\": [\"pin:1\"", "\"pins\": [\"pin:3\"", "/blocks/0/nets/0/pins/0", "together"},
+        {"pin on two nets", "{\"index\": \"net:9\"}", "{\"index\": \"net:9\", \"pins\": [\"pin:2\"]}",
+         "/blocks/0/nets/1/pins/0", "on a net already"},
+        {"net on its bus twice", "\"net:8\", \"net:9\"]", "\"net:8\", \"net:8\"]", "/blocks/0/buses/0/nets/1",
+         "already"},
+        {"missing member", "\"members\": [\"net:8\"", "\"members\": [\"net:7\"", "/blocks/0/groups/0/members/0",
+         "names no"},
+        {"member twice in a group", "\"members\": [\"net:8\"", "\"members\": [\"bus:3\"",
+         "/blocks/0/groups/0/members/2", "already"},
+        {"owner that comes later", "\"type\": \"cluster\", \"owner\": \"group:4\"", "\"owner\": \"group:77\"",
+         "/blocks/0/groups/1/owner", "before"},
+        {"membership left out", "\"group:2\", \"group:4\"], \"attr", "\"group:2\"], \"attr",
+         "/blocks/0/comps/0/memberOf", "each group"},
+        {"pin left out of the order", "[\"pin:9\", \"pin:1\", ", "[\"pin:9\", ", "/blocks/0/pinOrder", "each pin"},
+        {"name of two configurations", "\"name\": \"other\"", "\"name\": \"main\"", "/configurations/1/name",
+         "another"},
+        {"missing root", "\"name\": \"other\", \"root\": \"block:7\"", "\"name\": \"other\", \"root\": \"block:8\"",
+         "/configurations/1/root", "names no"},
+        {"place of no configuration", "{\"configuration\": \"config:1\"", "{\"configuration\": \"config:2\"",
+         "/blocks/0/comps/0/occurrences/0/configuration", "no configuration with a root"},
+        {"one place twice", "{\"configuration\": \"config:1\"", "{\"configuration\": \"config:3\"",
+         "/blocks/0/comps/0/occurrences/1", "second occurrence"},
+        {"way that leads nowhere", "\"path\": [\"comp:12\"]", "\"path\": [\"comp:5\"]",
+         "/blocks/1/comps/0/occurrences/0/path/0", "no block below"},
+        {"way to another block", "\"path\": [\"comp:12\"]", "\"path\": []", "/blocks/1/comps/0/occurrences/0/path",
+         "component's block"},
+        {"too deep", "\"label\": {}", "\"label\": [[[[[[[[[[]]]]]]]]]]",
+         "/blocks/0/nets/0/drawn/0/label/0/0/0/0/0/0/0/0", "deeply"},
+        {"syntax", "\"label\": \"R\"", "\"label\": \"R\" x", "/blocks/0/comps/1/label", "syntax error"},
+        {"bytes that are not UTF-8", "\"R\"", "\"\xFC\"", "/blocks/0/comps/1/label", "ill-formed UTF-8"},
+    };
+    Design design;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        const std::string fault = design.Read(Replaced(Everything(), c.from, c.to));
+        EXPECT_THAT(fault, HasSubstr(c.reason));
+        const std::string pointer = fault[0] == '/' ? fault.substr(0, fault.find(": ")) : "";
+        EXPECT_EQ(pointer, c.pointer) << fault;
+        EXPECT_TRUE(design.IsEmpty());
+        EXPECT_EQ(design.name, "untouched");
+    }
+    EXPECT_EQ(design.Read("[]"), "is not an object");
+    EXPECT_EQ(design.Read("3"), "is not an object");
+    EXPECT_THAT(design.Read(std::string(1 << 20, '[')), HasSubstr("nests too deeply"));
+    EXPECT_THAT(design.Read("{} {}"), HasSubstr("syntax error"));
+}
+
+TEST(DesignJson, EntersOnlyAnEmptySnapshotOfAClientWithoutATransaction) {
+    Design design;
+    String none;
+    ASSERT_TRUE(design.snapshot->BeginTransaction(ETransactionType::Edit));
+    EXPECT_NE(design.Read(Everything()), "");
+    bool active = false;
+    EXPECT_TRUE(design.snapshot->IsTransactionActive(active) && active);
+    ASSERT_TRUE(design.snapshot->RollbackTransaction());
+    ASSERT_EQ(design.Read(Everything()), "");
+    EXPECT_EQ(design.Read(Everything()), "The snapshot holds a design already");
+    EXPECT_EQ(design.Written(), Everything());
+    EXPECT_TRUE(ReadDesignJson(Everything(), {}, none));
+    std::string text = "untouched";
+    EXPECT_FALSE(WriteDesignJson({}, none, text));
+    EXPECT_EQ(text, "untouched");
+}
+
+TEST(DesignJson, SurvivesDamageWithAFaultOrADesign) {
+    const std::string whole = Everything();
+    Design design;
+    for (std::size_t length = 0; length + 1 < whole.size(); length += 7)
+        EXPECT_NE(design.Read(whole.substr(0, length)), "") << length;
+    std::mt19937 random(1);
+    const std::string pieces[] = {"\"", "{", "]", ",", "0", "-", "\xC3", "comp:12", "null", "[[", ":"};
+    for (int round = 0; round < 1500; ++round) {
+        SCOPED_TRACE(round);
+        std::string text = whole;
+        const std::size_t at = random() % text.size();
+        text.replace(at, random() % 8, pieces[random() % std::size(pieces)]);
+        Design damaged;
+        if (damaged.Read(text).empty()) {
+            const std::string written = damaged.Written();
+            Design again;
+            EXPECT_EQ(again.Read(written), "");
+            EXPECT_EQ(again.Written(), written);
+        } else {
+            EXPECT_TRUE(damaged.IsEmpty());
+        }
+    }
+}
+
+}  // namespace
