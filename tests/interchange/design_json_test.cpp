@@ -285,8 +285,8 @@ TEST(DesignJson, RefusesWhatIsNoDesignNamesThePlaceAndEntersNothing) {
         {"way to another block", "\"path\": [\"comp:12\"]", "\"path\": []", "/blocks/1/comps/0/occurrences/0/path",
          "component's block"},
         {"too deep", "\"label\": {}", "\"label\": [[[[[[[[[[]]]]]]]]]]",
-         "/blocks/0/nets/0/drawn/0/label/0/0/0/0/0/0/0/0", "deeply"},
-        {"syntax", "\"label\": \"R\"", "\"label\": \"R\" x", "/blocks/0/comps/1/label", "syntax error"},
+         "/blocks/0/nets/0/drawn/0/label/0/0/0/0/0/0/0/0/0", "deeply"},
+        {"syntax", "\"label\": \"R\"", "\"label\": \"R\" x", "/blocks/0/comps/1", "line 36, column 38: syntax error"},
         {"bytes that are not UTF-8", "\"R\"", "\"\xFC\"", "/blocks/0/comps/1/label", "ill-formed UTF-8"},
     };
     Design design;

@@ -1,0 +1,117 @@
+#include "tests/cli/run_program.h"
+
+namespace {
+
+using Tests::Outcome;
+using InfoCommand = Tests::ProgramTest;
+
+const std::string Header = R"({"format": "quill-design", "version": 1)";
+
+TEST_F(InfoCommand, SaysWhatTheExampleHolds) {
+    EXPECT_EQ(Run("info " QUILL_EXAMPLES "/vibration-recorder.json"), (Outcome{0, R"(vibration-recorder: 33 pages
+
+       9  blocks
+      14  sheets
+     193  components
+     366  pins
+     114  nets
+       3  buses
+      38  symbols
+       2  configurations
+
+Block        Used  Sheets  Components  Pins  Nets  Buses
+recorder        1       2          31    75    25      1
+power           1       2          43    77    16      0
+controller      1       4          56   102    28      2
+display         1       1          13    24    10      0
+channel         4       1           9    16     8      0
+input_stage     4       1          10    19     8      0
+protection      4       1           8    12     5      0
+filter          8       1           8    14     5      0
+adc             4       1          15    27     9      0
+)",
+                                                                               ""}));
+    EXPECT_EQ(Run("info --json --config channel-bench " QUILL_EXAMPLES "/vibration-recorder.json"), (Outcome{0, R"({
+  "design": "vibration-recorder",
+  "pages": 6,
+  "counts": {
+    "blocks": 9,
+    "sheets": 14,
+    "components": 193,
+    "pins": 366,
+    "nets": 114,
+    "buses": 3,
+    "symbols": 38,
+    "configurations": 2
+  }
+}
+)",
+                                                                                                             ""}));
+}
+
+TEST_F(InfoCommand, LetsNothingReachTheTerminalThatWouldCommandIt) {
+    // Escape, U+009B, a change of direction and a byte that is not UTF-8; the widths go by what is shown.
+    Write("evil.json", Header + R"(, "design": "a\u001b[2Jb\u009b\u202e", "blocks": [
+        {"index": "block:1", "name": {"hex": "C3A9FF"}, "types": ["schematic"]}],
+        "configurations": [{"index": "config:1", "root": "block:1"}]})");
+    const Outcome shown = Run("info evil.json");
+    EXPECT_EQ(shown.code, 0);
+    EXPECT_EQ(shown.out.substr(0, shown.out.find('\n')), "a\\x1B[2Jb\\u009B\\u202E: 0 pages");
+    EXPECT_EQ(shown.out.substr(shown.out.find("Block  ")),
+              "Block  Used  Sheets  Components  Pins  Nets  Buses\n"
+              "\xC3\xA9\\xFF     1       0           0     0     0      0\n");
+    EXPECT_EQ(Run("info \"$(printf 'no\\033[1mfile')\"").error, "quill: no\\x1B[1mfile: No such file or directory\n");
+}
+
+TEST_F(InfoCommand, CountsThePlacesOfAHierarchyThatContainsItselfOnce) {
+    Write("loop.json", Header + R"(, "blocks": [
+        {"index": "block:1", "types": ["schematic"], "groups": [{"index": "group:1"}, {"index": "group:2", "type": 7}],
+         "comps": [{"index": "comp:1", "types": ["hierarchical"], "child": "block:2"},
+                   {"index": "comp:2", "types": ["hierarchical"], "child": "block:2"},
+                   {"index": "comp:3", "types": ["part"], "child": "block:2"},
+                   {"index": "comp:4", "types": ["hierarchical"]}]},
+        {"index": "block:2", "types": ["schematic"], "groups": [{"index": "group:3", "type": "generatedSheet"}],
+         "comps": [{"index": "comp:5", "types": ["hierarchical"], "child": "block:1"}]},
+        {"index": "block:3", "types": ["schematic"], "groups": [{"index": "group:4"}]}],
+        "configurations": [{"index": "config:1", "name": "first", "root": "block:1"},
+                           {"index": "config:2", "name": "empty"}]})");
+    EXPECT_EQ(Run("info --json loop.json").out.substr(0, 32), "{\n  \"design\": \"\",\n  \"pages\": 3,\n");
+    EXPECT_EQ(Run("info --json --config empty loop.json").out.substr(0, 32),
+              "{\n  \"design\": \"\",\n  \"pages\": 0,\n");
+    EXPECT_EQ(Run("info --config none loop.json"),
+              (Outcome{2, "", "quill: The design has no configuration called none\n"}));
+}
+
+TEST_F(InfoCommand, GivesTwoAndOneLineOnStandardErrorWhenItCannotAnswer) {
+    Write("version.json", R"({"format": "quill-design", "version": 7})");
+    Write("bare.json", Header + "}");
+    struct Case {
+        const char* arguments;
+        const char* error;
+    };
+    const Case cases[] = {
+        {"info version.json", "version.json: /version: is a version that this program does not know"},
+        {"info bare.json", "The design has no configuration"},
+        {"info missing.json", "missing.json: No such file or directory"},
+        {"info .", ".: Is a directory"},
+        {"info", "DESIGN is required. \"quill --help\" says how it is used."},
+        {"info --colour bare.json",
+         "The following argument was not expected: --colour. \"quill --help\" says how it is used."},
+        {"", "A subcommand is required. \"quill --help\" says how it is used."},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(Run(c.arguments), (Outcome{2, "", std::string("quill: ") + c.error + '\n'})) << c.arguments;
+    EXPECT_EQ(Run("info " QUILL_EXAMPLES "/vibration-recorder.json > /dev/full"),
+              (Outcome{2, "", "quill: Standard output cannot be written\n"}));
+}
+
+TEST_F(InfoCommand, HelpIsAnAnswer) {
+    for (const char* arguments : {"--help", "info --help"}) {
+        const Outcome help = Run(arguments);
+        EXPECT_EQ(help.code, 0);
+        EXPECT_EQ(help.error, "");
+    }
+    EXPECT_NE(Run("info --help").out.find("quill info --json examples/"), std::string::npos);
+}
+
+}  // namespace

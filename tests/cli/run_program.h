@@ -1,0 +1,56 @@
+// Runs the program as a user does, in a folder of the test's own.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Tests {
+
+struct Outcome {
+    int code = -1;
+    std::string out;
+    std::string error;
+
+    bool operator==(const Outcome&) const = default;
+    friend void PrintTo(const Outcome& o, std::ostream* to) {
+        *to << "exit code " << o.code << "\n---- standard output\n" << o.out << "---- standard error\n" << o.error;
+    }
+};
+
+class ProgramTest : public testing::Test {
+protected:
+    ProgramTest() : m_folder(testing::TempDir() + "quill_cli_" + std::to_string(getpid())) {
+        std::filesystem::create_directories(m_folder);
+    }
+    ~ProgramTest() override { std::filesystem::remove_all(m_folder); }
+
+    void Write(const std::string& name, const std::string& text) const {
+        std::ofstream(m_folder / name, std::ios::binary) << text;
+    }
+
+    // `arguments` as a shell takes them.
+    Outcome Run(const std::string& arguments) const {
+        const std::string command = "cd '" + m_folder.string() + "' && '" QUILL_PROGRAM "' " + arguments;
+        const int status =
+            std::system(("( " + command + " ) > '" + Path("out") + "' 2> '" + Path("error") + "'").c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Read("out"), Read("error")};
+    }
+
+private:
+    std::string Path(const char* name) const { return (m_folder / name).string(); }
+    std::string Read(const char* name) const {
+        std::ifstream file(Path(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    const std::filesystem::path m_folder;
+};
+
+}  // namespace Tests
