@@ -12,8 +12,8 @@ TEST_F(InfoCommand, SaysWhatTheExampleHolds) {
 
        9  blocks
       14  sheets
-     193  components
-     366  pins
+     195  components
+     369  pins
      114  nets
        3  buses
       38  symbols
@@ -22,7 +22,7 @@ TEST_F(InfoCommand, SaysWhatTheExampleHolds) {
 Block        Used  Sheets  Components  Pins  Nets  Buses
 recorder        1       2          31    75    25      1
 power           1       2          43    77    16      0
-controller      1       4          56   102    28      2
+controller      1       4          58   105    28      2
 display         1       1          13    24    10      0
 channel         4       1           9    16     8      0
 input_stage     4       1          10    19     8      0
@@ -37,8 +37,8 @@ adc             4       1          15    27     9      0
   "counts": {
     "blocks": 9,
     "sheets": 14,
-    "components": 193,
-    "pins": 366,
+    "components": 195,
+    "pins": 369,
     "nets": 114,
     "buses": 3,
     "symbols": 38,
