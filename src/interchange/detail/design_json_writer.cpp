@@ -4,9 +4,9 @@
 
 #include "designdb/inspector.h"
 #include "interchange/design_json.h"
+#include "interchange/detail/data_writer.h"
 #include "interchange/detail/design_model.h"
 #include "interchange/detail/json_text.h"
-#include "interchange/detail/words.h"
 
 namespace Quill::Interchange {
 
@@ -35,58 +35,14 @@ public:
 
 private:
     template <class E>
-    void WriteWord(E value) {
-        const std::string_view word = WordOf(value);
-        if (word.empty()) {
-            m_json.Value(static_cast<int>(value));
-        } else {
-            m_json.Value(word);
-        }
-    }
-    template <class E>
-    void WriteOptionalWord(std::string_view key, E value, E usual) {
-        if (value == usual) return;
-        m_json.Key(key);
-        WriteWord(value);
-    }
-    template <class E>
     void WriteTypes(const Orin::BitContainerT<E, 1>& types) {
         if (types.IsEmpty()) return;
         m_json.Key("types");
         m_json.BeginArray();
         for (int position = 0; position < 32; ++position)
-            if (types.Contains(static_cast<E>(position))) WriteWord(static_cast<E>(position));
+            if (types.Contains(static_cast<E>(position))) WriteWord(m_json, static_cast<E>(position));
         m_json.EndArray();
     }
-
-    void WritePoint(const Orin::Point& point) {
-        m_json.BeginArray();
-        m_json.Value(point.x);
-        m_json.Value(point.y);
-        m_json.EndArray();
-    }
-    void WriteOptionalPoint(std::string_view key, const Orin::Point& point) {
-        if (point == Orin::Point()) return;
-        m_json.Key(key);
-        WritePoint(point);
-    }
-    void WriteStyle(const Orin::LineStyle& style);
-    void WriteStyle(const Orin::TextStyle& style);
-    void WriteSegments(const Orin::ListSegmentsQuill& segments);
-
-    // What stands inside the braces of a body or item.
-    void WriteData(std::monostate) {}
-    void WriteData(const Orin::CompDataQuill& data);
-    void WriteData(const Orin::PinDataQuill& data);
-    void WriteData(const Orin::BusDataQuill& data);
-    void WriteData(const Orin::GroupDataQuill& data);
-    void WriteData(const Orin::LabelDataQuill& data);
-    void WriteData(const Orin::NetDataQuill& data);
-    void WriteData(const Orin::LineDataQuill& data);
-    void WriteData(const Orin::RectDataQuill& data);
-    void WriteData(const Orin::ArcDataQuill& data);
-    void WriteData(const Orin::CircleDataQuill& data);
-    void WriteData(const Orin::TextDataQuill& data);
 
     void WriteAttributeList(const Orin::ListAttribute& attributes, bool families);
     void WriteAttributes(const Index& object, bool families = false);
@@ -131,146 +87,6 @@ private:
     std::vector<Index> m_pins;                                // of that block, component by component
 };
 
-void Writer::WriteStyle(const Orin::LineStyle& style) {
-    if (style == Orin::LineStyle()) return;
-    m_json.Key("style");
-    m_json.BeginObject();
-    m_json.OptionalMember("width", style.width);
-    WriteOptionalWord("pattern", style.pattern, Orin::ELinePattern::Solid);
-    WriteOptionalWord("fill", style.fill, Orin::EFill::None);
-    m_json.EndObject();
-}
-
-void Writer::WriteStyle(const Orin::TextStyle& style) {
-    if (style == Orin::TextStyle()) return;
-    m_json.Key("style");
-    m_json.BeginObject();
-    m_json.OptionalMember("font", style.font);
-    m_json.OptionalMember("height", style.height);
-    WriteOptionalWord("orientation", style.orientation, Orin::EOrientation::Degrees0);
-    WriteOptionalWord("horizontal", style.horizontal, Orin::EHorizontalAlign::Left);
-    WriteOptionalWord("vertical", style.vertical, Orin::EVerticalAlign::Bottom);
-    if (!style.visible) m_json.Member("visible", false);
-    m_json.EndObject();
-}
-
-void Writer::WriteSegments(const Orin::ListSegmentsQuill& segments) {
-    if (!segments.joints.IsEmpty()) {
-        m_json.Key("joints");
-        m_json.BeginArray();
-        for (const Orin::ListSegmentsQuillJoint& joint : segments.joints) {
-            m_json.BeginArray();
-            m_json.Value(joint.id);
-            m_json.Value(joint.position.x);
-            m_json.Value(joint.position.y);
-            if (!joint.attached.IsEmpty()) m_json.Value(joint.attached);
-            m_json.EndArray();
-        }
-        m_json.EndArray();
-    }
-    if (segments.segments.IsEmpty()) return;
-    m_json.Key("segments");
-    m_json.BeginArray();
-    for (const Orin::ListSegmentsQuillSegment& segment : segments.segments) {
-        m_json.BeginArray();
-        m_json.Value(segment.id);
-        m_json.Value(segment.from);
-        m_json.Value(segment.to);
-        m_json.EndArray();
-    }
-    m_json.EndArray();
-}
-
-void Writer::WriteData(const Orin::CompDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    WriteOptionalPoint("at", data.position);
-    WriteOptionalWord("orientation", data.orientation, Orin::EOrientation::Degrees0);
-    m_json.OptionalMember("mirrored", data.mirrored);
-}
-
-void Writer::WriteData(const Orin::PinDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    WriteOptionalPoint("at", data.position);
-    WriteOptionalPoint("inner", data.inner);
-    m_json.OptionalMember("inverted", data.inverted);
-}
-
-void Writer::WriteData(const Orin::BusDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    WriteSegments(data.segments);
-    if (!data.signals.IsEmpty()) {
-        m_json.Key("signals");
-        m_json.BeginArray();
-        for (const Orin::BusDataQuill::Signal& signal : data.signals) {
-            m_json.BeginArray();
-            m_json.Value(signal.position);
-            m_json.Value(signal.net);
-            m_json.EndArray();
-        }
-        m_json.EndArray();
-    }
-    WriteStyle(data.style);
-}
-
-void Writer::WriteData(const Orin::GroupDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    WriteOptionalPoint("first", data.first);
-    WriteOptionalPoint("second", data.second);
-}
-
-void Writer::WriteData(const Orin::LabelDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    WriteOptionalPoint("at", data.position);
-    WriteStyle(data.style);
-}
-
-void Writer::WriteData(const Orin::NetDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    WriteSegments(data.segments);
-    WriteStyle(data.style);
-}
-
-void Writer::WriteData(const Orin::LineDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    if (!data.points.IsEmpty()) {
-        m_json.Key("points");
-        m_json.BeginArray();
-        for (const Orin::Point& point : data.points)
-            WritePoint(point);
-        m_json.EndArray();
-    }
-    WriteStyle(data.style);
-}
-
-void Writer::WriteData(const Orin::RectDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    WriteOptionalPoint("first", data.first);
-    WriteOptionalPoint("second", data.second);
-    WriteStyle(data.style);
-}
-
-void Writer::WriteData(const Orin::ArcDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    WriteOptionalPoint("start", data.start);
-    WriteOptionalPoint("middle", data.middle);
-    WriteOptionalPoint("end", data.end);
-    WriteStyle(data.style);
-}
-
-void Writer::WriteData(const Orin::CircleDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    WriteOptionalPoint("centre", data.centre);
-    m_json.OptionalMember("radius", data.radius);
-    WriteStyle(data.style);
-}
-
-void Writer::WriteData(const Orin::TextDataQuill& data) {
-    m_json.OptionalMember("id", data.objectId);
-    m_json.OptionalMember("text", data.text);
-    WriteOptionalPoint("at", data.position);
-    WriteStyle(data.style);
-}
-
 void Writer::WriteAttributeList(const Orin::ListAttribute& attributes, bool families) {
     if (attributes.IsEmpty()) return;
     m_json.Key("attributes");
@@ -279,7 +95,7 @@ void Writer::WriteAttributeList(const Orin::ListAttribute& attributes, bool fami
         m_json.BeginArray();
         m_json.Value(attribute.name);
         m_json.Value(attribute.value);
-        if (families && attribute.type != Orin::EAttributeType::User) WriteWord(attribute.type);
+        if (families && attribute.type != Orin::EAttributeType::User) WriteWord(m_json, attribute.type);
         m_json.EndArray();
     }
     m_json.EndArray();
@@ -320,13 +136,13 @@ void Writer::WriteDrawn(const Index& object) {
         if (drawing.body.index() != 0) {
             m_json.Key("body");
             m_json.BeginObject();
-            std::visit([this](const auto& body) { WriteData(body); }, drawing.body);
+            std::visit([this](const auto& body) { WriteData(m_json, body); }, drawing.body);
             m_json.EndObject();
         }
         if (drawing.label) {
             m_json.Key("label");
             m_json.BeginObject();
-            WriteData(*drawing.label);
+            WriteData(m_json, *drawing.label);
             m_json.EndObject();
         }
         if (!drawing.attributes.IsEmpty()) {
@@ -338,8 +154,8 @@ void Writer::WriteDrawn(const Index& object) {
                 m_json.OptionalMember("value", attribute.value);
                 m_json.OptionalMember("id", attribute.data.objectId);
                 m_json.OptionalMember("attributeId", attribute.data.attributeId);
-                WriteOptionalPoint("at", attribute.data.position);
-                WriteStyle(attribute.data.style);
+                WriteOptionalPoint(m_json, "at", attribute.data.position);
+                WriteStyle(m_json, attribute.data.style);
                 m_json.OptionalMember("showName", attribute.data.showName);
                 m_json.EndObject();
             }
@@ -370,7 +186,7 @@ void Writer::WriteItems(std::string_view key, IteratorT<const Item> items) {
         m_json.Member("index", IndexOf(item));
         DataOf<Item> data;
         Need(item.GetData(data));
-        WriteData(data);
+        WriteData(m_json, data);
         m_json.EndObject();
     });
 }
@@ -407,7 +223,7 @@ void Writer::WriteGroup(const Orin::IBlock& block, const Index& blockIndex, cons
     m_json.BeginObject();
     m_json.Member("index", info.index);
     m_json.OptionalMember("name", info.name);
-    WriteOptionalWord("type", info.type, Orin::EGroupType::Sheet);
+    WriteOptionalWord(m_json, "type", info.type, Orin::EGroupType::Sheet);
     Index owner;
     Need(group->GetOwner(owner));
     if (owner != blockIndex) m_json.Member("owner", owner);
@@ -517,7 +333,7 @@ void Writer::WriteNet(const Orin::INet& net) {
             m_json.BeginObject();
             m_json.Member("index", piece.index);
             m_json.Member("on", piece.view);
-            WriteData(piece.data);
+            WriteData(m_json, piece.data);
             m_json.EndObject();
         }
         m_json.EndArray();

@@ -1,0 +1,48 @@
+#include "text/utf8.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Quill::Text::IsUtf8;
+using Quill::Text::Utf8Length;
+
+TEST(Utf8, TellsWellFormedCharactersFromAnythingElse) {
+    struct Case {
+        const char* why;
+        std::string_view text;
+        std::size_t length;
+    };
+    using namespace std::string_view_literals;
+    const Case cases[] = {
+        {"nothing", "", 0},
+        {"NUL is a character", "\0"sv, 1},
+        {"last of one byte", "\x7F", 1},
+        {"a byte that only continues", "\x80", 0},
+        {"overlong in two bytes", "\xC1\xBF", 0},
+        {"first and last of two bytes", "\xC2\x80", 2},
+        {"what follows does not matter", "\xDF\xBF\xFF", 2},
+        {"cut off", "\xDF", 0},
+        {"not continued", "\xDF\x40", 0},
+        {"overlong in three bytes", "\xE0\x9F\xBF", 0},
+        {"first of three bytes", "\xE0\xA0\x80", 3},
+        {"before the surrogates", "\xED\x9F\xBF", 3},
+        {"first surrogate", "\xED\xA0\x80", 0},
+        {"after the surrogates", "\xEE\x80\x80", 3},
+        {"third byte does not continue", "\xEF\xBF\xC0", 0},
+        {"overlong in four bytes", "\xF0\x8F\xBF\xBF", 0},
+        {"first of four bytes", "\xF0\x90\x80\x80", 4},
+        {"U+10FFFF", "\xF4\x8F\xBF\xBF", 4},
+        {"above U+10FFFF", "\xF4\x90\x80\x80", 0},
+        {"no such first byte", "\xF5\x80\x80\x80", 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        EXPECT_EQ(Utf8Length(c.text), c.length);
+        EXPECT_EQ(IsUtf8(c.text), c.length == c.text.size());
+    }
+    EXPECT_TRUE(IsUtf8("a\xC3\xBC\xE2\x82\xAC"));
+    EXPECT_FALSE(IsUtf8("ab\xFF"));
+}
+
+}  // namespace
