@@ -9,6 +9,7 @@
 
 #include "designdb/database.h"
 #include "designdb/editor.h"
+#include "designdb/inspector.h"
 
 namespace {
 
@@ -320,6 +321,35 @@ TEST(DesignJson, EntersOnlyAnEmptySnapshotOfAClientWithoutATransaction) {
     std::string text = "untouched";
     EXPECT_FALSE(WriteDesignJson({}, none, text));
     EXPECT_EQ(text, "untouched");
+}
+
+// The inspector is what the writer sees the design through.
+TEST(DesignJson, PassesOverAttributesAtPlacesThatCannotBeReached) {
+    Design design;
+    ASSERT_EQ(design.Read(Everything()), "");
+    DesignDb::Inspector inspector, closed;
+    ListT<DesignDb::OccurrenceInfo> places;
+    const Index comp = Id(EObjectType::Comp, 1);
+    EXPECT_EQ(closed.GetOccurrences(comp, places).GetErrorCode(), 110);
+    ASSERT_TRUE(DesignDb::Inspector::Open(inspector, design.snapshot));
+    ASSERT_TRUE(inspector.GetOccurrences(comp, places));
+    ASSERT_EQ(places.Count(), 1U);
+    EXPECT_EQ(places[0].comps, (ListT<Index>{Id(EObjectType::Comp, 12)}));
+    EXPECT_EQ(inspector.GetOccurrences(Id(EObjectType::Block, 7), places).GetErrorCode(), 200);
+    EXPECT_EQ(places.Count(), 1U);
+
+    // The way down goes, then comes back, then leads to a block that contains itself.
+    struct Case {
+        Index child;
+        unsigned places;
+    };
+    for (const Case& c : {Case{Index(), 0}, {Id(EObjectType::Block, 6), 1}, {Id(EObjectType::Block, 7), 0}}) {
+        ASSERT_TRUE(design.editor.SetChildBlock(Id(EObjectType::Comp, 12), c.child));
+        ASSERT_TRUE(inspector.GetOccurrences(comp, places));
+        EXPECT_EQ(places.Count(), c.places);
+        Design again;
+        EXPECT_EQ(again.Read(design.Written()), "");
+    }
 }
 
 TEST(DesignJson, SurvivesDamageWithAFaultOrADesign) {
