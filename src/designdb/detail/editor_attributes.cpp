@@ -105,7 +105,8 @@ Bearer BearerAt(const Session& session, const Graph& graph, const Index& path, c
     const PathNode* const place =
         path.GetType() == EObjectType::Path && path.Middle() == 0 ? session.Project().paths.Find(path.Low()) : nullptr;
     const Slot slot = graph.SlotOf<CompRecord>(comp);
-    if (place == nullptr || slot == 0 || graph.Find<CompRecord>(slot)->block != BlockAt(graph, *place)) return {};
+    if (place == nullptr || slot == 0 || !Exists(graph, *place)) return {};
+    if (graph.Find<CompRecord>(slot)->block != BlockAt(graph, *place)) return {};
     return {{EObjectType::Comp, slot}, place->slot};
 }
 

@@ -33,6 +33,7 @@ public:
     const Client* transactionOwner = nullptr;
     bool transactionIsSeries = false;  // it only holds a series of edits together, and the owner does not know of it
     bool reverting = false;            // nobody may edit while edits are being taken back
+    unsigned series = 0;               // that are open; the transaction cannot end meanwhile
     UndoLog log;                       // the steps of the transaction; between edits empty when there is none
     LockTable locks;
     Observation observation;
@@ -70,7 +71,7 @@ public:
     void Close() const noexcept override;
 
     // Tells the client's observers that one of its event observers threw.
-    void ReportUnexpected(const std::string& error) const noexcept;
+    void ReportUnexpected(const String& error) const noexcept;
 
     bool IsClosed() const noexcept { return m_closed.load(std::memory_order_acquire); }
 
@@ -146,6 +147,8 @@ Result BeginTransaction(Session& session, const ETransactionType& type);
 Result CommitTransaction(Session& session);
 Result RollbackTransaction(Session& session);
 bool OwnsTransaction(const Session& session);
+// For a client that is closed: takes its transaction back, or leaves that to the work on it that is under way.
+void AbandonTransaction(Session& session) noexcept;
 Result AddEventObserver(Session& session, EventObserver* observer);
 Result RemoveEventObserver(Session& session, EventObserver* observer);
 
