@@ -92,18 +92,21 @@ Result BeginTransaction(Session& session, const ETransactionType& type) {
     if (snapshot.observation.IsObserved()) {
         const unsigned transaction = ++s_transactions;
         bool veto = false;
-        // Each call has a veto of its own, so that none can take back another's.
+        // Each call has a vote of its own, so that none can take back another's; it counts when the call throws, too.
+        struct Vote {
+            bool& veto;
+            bool refused = false;
+            ~Vote() { veto = veto || refused; }
+        };
         Announcement(snapshot.observation)
             .Each(
                 [&](EventObserver& observer) {
-                    bool refused = false;
-                    observer.OnBeforeTransaction(transaction, type, refused);
-                    veto = veto || refused;
+                    Vote vote{veto};
+                    observer.OnBeforeTransaction(transaction, type, vote.refused);
                 },
                 [&](EventObserver& observer) {
-                    bool refused = false;
-                    observer.OnBeforeTransaction(transaction, refused);
-                    veto = veto || refused;
+                    Vote vote{veto};
+                    observer.OnBeforeTransaction(transaction, vote.refused);
                 });
         if (veto) return EErrorCode::TransactionVetoed;
     }
