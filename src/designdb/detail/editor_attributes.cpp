@@ -78,7 +78,8 @@ Result Set(Session& session, Edit& edit, const Bearer& bearer, const String& nam
     if (Result r = edit.Permit(key, ELockScope::Shallow); !r) return r;
     const Attribute* const before = FindAttribute(*attributes, name.View(), type);
     if (!edit.Begin(Event::SetAttribute(IndexOf(session, edit.Now(), bearer), name, value, type, before))) return {};
-    Exchange(edit, bearer, WithAttribute(*attributes, name, value, type));
+    const String shared = before != nullptr ? before->name : session.snapshot->attributeNames.Shared(name);
+    Exchange(edit, bearer, WithAttribute(*attributes, shared, value, type));
     return {};
 }
 
