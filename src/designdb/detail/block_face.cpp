@@ -226,8 +226,7 @@ private:
     template <class Function>
     Result Read(const char* operation, Function&& read) const {
         return ReadGraph(operation, m_place.GetIndex(), m_session, [&](const Graph& graph) -> Result {
-            const Slot block = BlockAt(graph, m_place);
-            return block != 0 ? read(graph, block) : Result(EErrorCode::ObjectNotFound);
+            return Exists(graph, m_place) ? read(graph, BlockAt(graph, m_place)) : Result(EErrorCode::ObjectNotFound);
         });
     }
 

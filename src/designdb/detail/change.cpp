@@ -1,6 +1,6 @@
 #include "designdb/detail/change.h"
 
-#include <algorithm>
+#include <thread>
 
 namespace Orin::DesignDb {
 
@@ -63,8 +63,16 @@ void MemberStep::Apply(Graph& graph) {
 }
 
 Change::~Change() {
-    // Taking back needs memory only where a save point was made since, which cannot be inside one edit.
-    if (!m_kept) m_log.Revert(m_graph, m_begin);
+    // Where the only element of a set or a foreign index goes back in, taking back needs memory. It cannot be given up
+    // half way, and goes on where it stopped.
+    while (!m_kept) {
+        try {
+            m_log.Revert(m_graph, m_begin);
+            return;
+        } catch (const std::bad_alloc&) {
+            std::this_thread::yield();
+        }
+    }
 }
 
 }  // namespace Orin::DesignDb

@@ -11,6 +11,7 @@ EditSeries::EditSeries(Session& session) : m_session(session) {
     m_begun = MayEdit(session);
     if (!m_begun) return;
     m_open = true;
+    ++snapshot.series;
     m_mark = snapshot.log.Top();
     m_own = snapshot.transactionOwner == nullptr;
     if (m_own) {
@@ -30,24 +31,31 @@ Result EditSeries::Finish(Result result) {
             std::this_thread::yield();
     }
     m_open = false;
-    if (m_own) {
+    {
         Snapshot& snapshot = *m_session.snapshot;
         const std::lock_guard lock(snapshot.lock);
-        snapshot.log.Forget(nullptr);
-        snapshot.transactionOwner = nullptr;
-        snapshot.transactionIsSeries = false;
+        --snapshot.series;
+        if (!result) snapshot.reverting = false;
+        if (m_own) {
+            snapshot.log.Forget(nullptr);
+            snapshot.transactionOwner = nullptr;
+            snapshot.transactionIsSeries = false;
+        }
     }
+    // A callback may have closed the client, which could not end the transaction then.
+    if (!m_own && m_session.client->IsClosed()) AbandonTransaction(m_session);
     return result;
 }
 
 Result RevertEdits(Session& session, UndoLog::Mark mark) {
     Snapshot& snapshot = *session.snapshot;
-    Result result;
     try {
         {
             const std::lock_guard lock(snapshot.lock);
             snapshot.reverting = true;
-            if (!snapshot.observation.IsObserved()) snapshot.log.Revert(snapshot.graph, mark);
+            if (!snapshot.observation.IsObserved())
+                while (snapshot.log.Top() != mark)
+                    snapshot.log.RevertEdit(snapshot.graph);
         }
         for (;;) {
             Event inverse;
@@ -64,12 +72,10 @@ Result RevertEdits(Session& session, UndoLog::Mark mark) {
             }
             announcement.After(inverse, true);
         }
+        return {};
     } catch (const std::bad_alloc&) {
-        result = EErrorCode::OutOfMemory;
+        return EErrorCode::OutOfMemory;
     }
-    const std::lock_guard lock(snapshot.lock);
-    snapshot.reverting = false;
-    return result;
 }
 
 Result BeginTransaction(Session& session, const ETransactionType& type) {
@@ -86,14 +92,22 @@ Result BeginTransaction(Session& session, const ETransactionType& type) {
     if (snapshot.observation.IsObserved()) {
         const unsigned transaction = ++s_transactions;
         bool veto = false;
-        Announcement(snapshot.observation).Each([&](EventObserver& observer) {
-            // Each form has a veto of its own, so that none can take back another's.
-            bool longer = false;
-            bool shorter = false;
-            observer.OnBeforeTransaction(transaction, type, longer);
-            observer.OnBeforeTransaction(transaction, shorter);
-            veto = veto || longer || shorter;
-        });
+        // Each call has a vote of its own, so that none can take back another's; it counts when the call throws, too.
+        struct Vote {
+            bool& veto;
+            bool refused = false;
+            ~Vote() { veto = veto || refused; }
+        };
+        Announcement(snapshot.observation)
+            .Each(
+                [&](EventObserver& observer) {
+                    Vote vote{veto};
+                    observer.OnBeforeTransaction(transaction, type, vote.refused);
+                },
+                [&](EventObserver& observer) {
+                    Vote vote{veto};
+                    observer.OnBeforeTransaction(transaction, vote.refused);
+                });
         if (veto) return EErrorCode::TransactionVetoed;
     }
     const std::lock_guard lock(snapshot.lock);
@@ -104,15 +118,18 @@ Result BeginTransaction(Session& session, const ETransactionType& type) {
 
 namespace {
 
-// Ends the client's transaction; the log is empty.
-void EndTransaction(Session& session) {
-    Snapshot& snapshot = *session.snapshot;
-    {
-        const std::lock_guard lock(snapshot.lock);
-        snapshot.transactionOwner = nullptr;
-    }
+void AnnounceEnd(const Snapshot& snapshot) {
     if (snapshot.observation.IsObserved())
         Announcement(snapshot.observation).Each([](EventObserver& observer) { observer.OnAfterTransaction(); });
+}
+
+// Whether the client can end its transaction now: not from inside a callback of a deletion, which must be able to take
+// itself back, or of a rollback. The caller holds the snapshot's lock.
+Result MayEnd(const Session& session) {
+    const Snapshot& snapshot = *session.snapshot;
+    if (snapshot.transactionOwner != session.client.Get() || snapshot.transactionIsSeries)
+        return EErrorCode::NoTransaction;
+    return snapshot.reverting || snapshot.series != 0 ? Result(EErrorCode::AccessDenied) : Result();
 }
 
 }  // namespace
@@ -121,24 +138,39 @@ Result CommitTransaction(Session& session) {
     Snapshot& snapshot = *session.snapshot;
     {
         const std::lock_guard lock(snapshot.lock);
-        if (snapshot.transactionOwner != session.client.Get() || snapshot.transactionIsSeries)
-            return EErrorCode::NoTransaction;
+        if (Result may = MayEnd(session); !may) return may;
         snapshot.log.Forget(nullptr);
+        snapshot.transactionOwner = nullptr;
     }
-    EndTransaction(session);
+    AnnounceEnd(snapshot);
     return {};
 }
 
 Result RollbackTransaction(Session& session) {
-    if (!OwnsTransaction(session)) return EErrorCode::NoTransaction;
     Snapshot& snapshot = *session.snapshot;
+    {
+        const std::lock_guard lock(snapshot.lock);
+        if (Result may = MayEnd(session); !may) return may;
+        snapshot.reverting = true;
+    }
     if (snapshot.observation.IsObserved())
         Announcement(snapshot.observation).Each([](EventObserver& observer) {
             observer.OnBeforeRollbackTransaction();
         });
     Result result = RevertEdits(session, nullptr);
-    if (result) EndTransaction(session);
+    {
+        const std::lock_guard lock(snapshot.lock);
+        snapshot.reverting = false;
+        if (result) snapshot.transactionOwner = nullptr;
+    }
+    if (result) AnnounceEnd(snapshot);
     return result;
+}
+
+void AbandonTransaction(Session& session) noexcept {
+    // Taking back can fail for want of memory alone, and then goes on where it stopped.
+    while (RollbackTransaction(session).GetErrorCode() == static_cast<int>(EErrorCode::OutOfMemory))
+        std::this_thread::yield();
 }
 
 bool OwnsTransaction(const Session& session) {

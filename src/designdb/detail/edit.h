@@ -46,6 +46,8 @@ public:
     template <class Record>
     Result Reserve(std::optional<std::pair<Slot, Index>>& place, const Index& wanted, EObjectType type = Record::Kind) {
         if (!wanted.IsEmpty() && m_change.Now().Locate(wanted)) return EErrorCode::AlreadyExists;
+        // Between the runs somebody may have asked for the very index that the database had chosen.
+        if (place && m_change.Now().Locate(place->second)) place.reset();
         if (!place) place = m_change.Tables().Reserve<Record>(wanted, type);
         return {};
     }
@@ -130,6 +132,7 @@ private:
 };
 
 // Takes back the edits above the mark, newest first, each announced as its inverse. The caller owns the transaction.
+// The snapshot's `reverting` stays set, so that nobody edits before the caller has done what it does next.
 Result RevertEdits(Session& session, UndoLog::Mark mark);
 
 }  // namespace Orin::DesignDb

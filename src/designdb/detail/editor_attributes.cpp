@@ -78,7 +78,8 @@ Result Set(Session& session, Edit& edit, const Bearer& bearer, const String& nam
     if (Result r = edit.Permit(key, ELockScope::Shallow); !r) return r;
     const Attribute* const before = FindAttribute(*attributes, name.View(), type);
     if (!edit.Begin(Event::SetAttribute(IndexOf(session, edit.Now(), bearer), name, value, type, before))) return {};
-    Exchange(edit, bearer, WithAttribute(*attributes, name, value, type));
+    const String shared = before != nullptr ? before->name : session.snapshot->attributeNames.Shared(name);
+    Exchange(edit, bearer, WithAttribute(*attributes, shared, value, type));
     return {};
 }
 
@@ -105,7 +106,8 @@ Bearer BearerAt(const Session& session, const Graph& graph, const Index& path, c
     const PathNode* const place =
         path.GetType() == EObjectType::Path && path.Middle() == 0 ? session.Project().paths.Find(path.Low()) : nullptr;
     const Slot slot = graph.SlotOf<CompRecord>(comp);
-    if (place == nullptr || slot == 0 || graph.Find<CompRecord>(slot)->block != BlockAt(graph, *place)) return {};
+    if (place == nullptr || slot == 0 || !Exists(graph, *place)) return {};
+    if (graph.Find<CompRecord>(slot)->block != BlockAt(graph, *place)) return {};
     return {{EObjectType::Comp, slot}, place->slot};
 }
 

@@ -202,8 +202,13 @@ Result DeleteBlock(Edit& edit, Slot slot) {
     return {};
 }
 
-// One edit: deletes an object that contains nothing.
+bool IsThere(const Graph& graph, Location at) {
+    return VisitRecord(graph, at, false, [](const auto&) { return true; });
+}
+
+// One edit: deletes an object that contains nothing; ObjectInUse when it does, as a callback may have put something in.
 Result DeleteAlone(Edit& edit, Location at) {
+    if (IsThere(edit.Now(), at) && !ContentsOf(edit.Now(), at).empty()) return EErrorCode::ObjectInUse;
     switch (at.kind) {
         case EObjectType::Block:
             return DeleteBlock(edit, at.slot);
@@ -240,13 +245,14 @@ Result DeleteWhole(Session& session, EObjectType kind, const Index& object) {
     const Snapshot& snapshot = *session.snapshot;
     const auto contents = [&](Location at) {
         const std::shared_lock lock(snapshot.lock);
-        return VisitRecord(snapshot.graph, at, false, [](const auto&) { return true; }) ? ContentsOf(snapshot.graph, at)
-                                                                                        : Contents();
+        return IsThere(snapshot.graph, at) ? ContentsOf(snapshot.graph, at) : Contents();
     };
     const auto isThere = [&](Location at) {
         const std::shared_lock lock(snapshot.lock);
-        return VisitRecord(snapshot.graph, at, false, [](const auto&) { return true; });
+        return IsThere(snapshot.graph, at);
     };
+    // How often an object is emptied again into which callbacks put something; then the deletion fails.
+    unsigned refills = 100;
     try {
         EditSeries series(session);
         if (!series.Begun()) return series.Begun();
@@ -275,6 +281,10 @@ Result DeleteWhole(Session& session, EObjectType kind, const Index& object) {
             levels.pop_back();
             if (!isThere(at)) continue;
             Result result = Perform(session, EditRight::Free, [&](Edit& edit) { return DeleteAlone(edit, at); });
+            if (result.GetErrorCode() == static_cast<int>(EErrorCode::ObjectInUse) && refills-- != 0) {
+                levels.push_back({at, contents(at), 0});
+                continue;
+            }
             if (!result) return series.Finish(std::move(result));
         }
         return series.Finish({});

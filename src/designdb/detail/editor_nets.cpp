@@ -57,8 +57,11 @@ Result Editor::AddBus(const Index& block, const BusSpec& spec, Index& bus) {
     return result;
 }
 
-Result Editor::ConnectPin(const Index& net, const Index& pin) {
-    return Run(m_impl, [&](Edit& edit) -> Result {
+namespace {
+
+// Puts a pin on a net. `before` is the net that it is on and has to leave first; nothing happens then.
+Result ConnectFreePin(Session& session, const Index& net, const Index& pin, Slot& before) {
+    return Perform(session, EditRight::Free, [&](Edit& edit) -> Result {
         const Graph& graph = edit.Now();
         const Slot netSlot = graph.SlotOf<NetRecord>(net);
         const Slot pinSlot = graph.SlotOf<PinRecord>(pin);
@@ -68,19 +71,20 @@ Result Editor::ConnectPin(const Index& net, const Index& pin) {
         if (graph.Find<CompRecord>(record.comp)->block != graph.Find<NetRecord>(netSlot)->block)
             return EErrorCode::InvalidArgument;
         if (record.net == netSlot) return EErrorCode::AlreadyExists;
-        const Slot before = graph.Find<NetRecord>(record.net) != nullptr ? record.net : 0;
-        if (before != 0)
-            if (Result r = PermitRecord<NetRecord>(edit, before); !r) return r;
+        before = graph.Find<NetRecord>(record.net) != nullptr ? record.net : 0;
+        if (before != 0) {
+            Result permitted = PermitRecord<NetRecord>(edit, before);
+            return permitted ? Result(EErrorCode::ObjectInUse) : permitted;
+        }
         if (!edit.Begin(Event::Connected(net, pin, EEventsConnectivityChange::Connect))) return {};
-        if (before != 0) edit.Do().Leave<NetRecord>(before, PinsOf, pinSlot);
         edit.Do().Enter<NetRecord>(netSlot, PinsOf, pinSlot);
         edit.Do().Set(pinSlot, &PinRecord::net, netSlot);
         return {};
     });
 }
 
-Result Editor::DisconnectPin(const Index& pin) {
-    return Run(m_impl, [&](Edit& edit) -> Result {
+Result DisconnectPinOf(Session& session, const Index& pin) {
+    return Perform(session, EditRight::Free, [&](Edit& edit) -> Result {
         const Graph& graph = edit.Now();
         const Slot slot = graph.SlotOf<PinRecord>(pin);
         if (Result r = PermitRecord<PinRecord>(edit, slot); !r) return r;
@@ -93,6 +97,27 @@ Result Editor::DisconnectPin(const Index& pin) {
         edit.Do().Set(slot, &PinRecord::net, 0);
         return {};
     });
+}
+
+}  // namespace
+
+// A pin that changes its net leaves one and joins the other, two edits that happen as a whole: whoever keeps the
+// connections by the events learns of both, also when they are taken back.
+Result Editor::ConnectPin(const Index& net, const Index& pin) {
+    if (!m_impl) return EErrorCode::NotConnected;
+    Session& session = *m_impl->session;
+    Slot before = 0;
+    Result result = ConnectFreePin(session, net, pin, before);
+    if (before == 0 || result.GetErrorCode() != static_cast<int>(EErrorCode::ObjectInUse)) return result;
+    EditSeries series(session);
+    if (!series.Begun()) return series.Begun();
+    result = DisconnectPinOf(session, pin);
+    if (result) result = ConnectFreePin(session, net, pin, before);
+    return series.Finish(std::move(result));
+}
+
+Result Editor::DisconnectPin(const Index& pin) {
+    return m_impl ? DisconnectPinOf(*m_impl->session, pin) : Result(EErrorCode::NotConnected);
 }
 
 Result Editor::ConnectNet(const Index& bus, const Index& net) {

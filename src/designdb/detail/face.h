@@ -25,8 +25,8 @@ public:
     Token(const SessionRef& session, LockChain chain, ELockScope scope)
         : m_session(session), m_chain(std::move(chain)), m_scope(scope) {}
 
-    // The access was not got after all.
-    void Disarm() noexcept { m_held = false; }
+    // From now on there is something to give up.
+    void Arm() noexcept { m_held = true; }
 
 private:
     ~Token() override {
@@ -36,7 +36,7 @@ private:
     SessionRef m_session;
     LockChain m_chain;
     ELockScope m_scope;
-    bool m_held = true;
+    bool m_held = false;
 };
 
 // Locks an object of a session whose existence `exists` tells.
@@ -45,20 +45,22 @@ Result AcquireFor(const SessionRef& session, const LockKey& key, ELockScope scop
                   Exists&& exists) {
     try {
         if (session->client->IsClosed()) return EErrorCode::NotConnected;
-        LockChain chain;
+        RefPtr<Token> made;
         {
+            // The graph is held still until the lock is had: an edit of another client's that was permitted before is
+            // done by then, and none can be permitted after.
             const std::shared_lock lock(session->snapshot->lock);
             if (!exists(session->snapshot->graph)) return EErrorCode::ObjectNotFound;
-            chain = ChainOf(session->snapshot->graph, key);
+            const LockChain chain = ChainOf(session->snapshot->graph, key);
+            made = RefPtr<Token>(new Token(session, chain, scope));
+            Result result = session->snapshot->locks.Acquire(*session->client, chain, scope);
+            if (!result) return result;
+            made->Arm();
         }
-        RefPtr<Token> made(new Token(session, chain, scope));
-        Result result = session->snapshot->locks.Acquire(*session->client, chain, scope);
-        if (result) {
-            token = std::move(made);
-        } else {
-            made->Disarm();
-        }
-        return result;
+        // A client that was closed meanwhile may have given up its locks before this one came.
+        if (session->client->IsClosed()) return EErrorCode::NotConnected;
+        token = std::move(made);
+        return {};
     } catch (const std::bad_alloc&) {
         return EErrorCode::OutOfMemory;
     }
@@ -119,10 +121,9 @@ protected:
     }
 
     const Record* Find(const Graph& graph) const noexcept {
-        const Record* const record = graph.Find<Record>(m_slot);
-        if (record != nullptr && record->index == m_index) return record;
-        // The index was asked for again after its object had been deleted: the new object has another slot.
-        return graph.Find<Record>(m_index);
+        // A deleted object stays deleted for its handles, also when a new one is given its index: slots are never
+        // given again, and only taking the deletion back fills this one.
+        return graph.Find<Record>(m_slot);
     }
 
     // A copy of the attribute's value.

@@ -6,16 +6,24 @@
 
 namespace Orin::DesignDb {
 
-bool Registration::Enter() noexcept {
+Registration::Registration(EventObserver& observer, const Client& client) noexcept
+    : m_observer(observer), m_client(&client) {}
+
+Registration::~Registration() = default;
+
+bool Registration::Enter(Visit& visit) noexcept {
     const std::lock_guard lock(m_mutex);
     if (m_removed) return false;
-    m_inside.push_back(std::this_thread::get_id());
+    visit.next = std::exchange(m_inside, &visit);
     return true;
 }
 
-void Registration::Leave() noexcept {
+void Registration::Leave(const Visit& visit) noexcept {
     const std::lock_guard lock(m_mutex);
-    m_inside.erase(std::find(m_inside.begin(), m_inside.end(), std::this_thread::get_id()));
+    Visit** place = &m_inside;
+    while (*place != &visit)
+        place = &(*place)->next;
+    *place = visit.next;
     m_left.notify_all();
 }
 
@@ -24,22 +32,28 @@ void Registration::Remove() noexcept {
     m_removed = true;
     const std::thread::id self = std::this_thread::get_id();
     m_left.wait(lock, [&] {
-        return std::all_of(m_inside.begin(), m_inside.end(), [&](std::thread::id inside) { return inside == self; });
+        for (const Visit* visit = m_inside; visit != nullptr; visit = visit->next)
+            if (visit->thread != self) return false;
+        return true;
     });
 }
 
 void Registration::ReportUnexpected() noexcept {
-    std::string error = "An observer threw";
+    String error;
     try {
-        throw;
-    } catch (const std::exception& thrown) {
-        error.append(": ").append(thrown.what());
-    } catch (const Result& thrown) {
-        error.append(": ").append(thrown.GetDescription().View());
-    } catch (...) {
-        error.append(" something that is no exception");
+        try {
+            throw;
+        } catch (const std::exception& thrown) {
+            error = String("An observer threw: ") + thrown.what();
+        } catch (const Result& thrown) {
+            error = String("An observer threw: ") + thrown.GetDescription();
+        } catch (...) {
+            error = "An observer threw something that is no exception";
+        }
+    } catch (const std::exception&) {
+        // For want of memory it is told without the reason.
     }
-    m_client.ReportUnexpected(error);
+    m_client->ReportUnexpected(error);
 }
 
 Result Observation::Add(EventObserver* observer, const Client& client) {
@@ -71,14 +85,19 @@ Result Observation::Remove(EventObserver* observer, const Client& client) {
 
 void Observation::RemoveAll(const Client& client) noexcept {
     const std::shared_ptr<const RegistrationList> before = Current();
-    {
-        const std::lock_guard lock(m_mutex);
-        RegistrationList list = *m_list;
-        std::erase_if(list, [&](const std::shared_ptr<Registration>& r) { return r->IsOf(client); });
-        Exchange(std::move(list));
-    }
     for (const std::shared_ptr<Registration>& registration : *before)
         if (registration->IsOf(client)) registration->Remove();
+    for (;;) {
+        try {
+            const std::lock_guard lock(m_mutex);
+            RegistrationList list = *m_list;
+            std::erase_if(list, [&](const std::shared_ptr<Registration>& r) { return r->IsOf(client); });
+            return Exchange(std::move(list));
+        } catch (const std::bad_alloc&) {
+            // A registration that stayed would hold its client for ever.
+            std::this_thread::yield();
+        }
+    }
 }
 
 std::shared_ptr<const RegistrationList> Observation::Current() const {
@@ -99,7 +118,6 @@ Kind KindOf(const Event& event) noexcept {
     return static_cast<Kind>(event.kind);
 }
 
-// An attribute edit is told twice: by its own callback, and as a change of the object.
 void CallBefore(EventObserver& observer, const Event& event, bool undo) {
     switch (event.family) {
         case Event::Family::None:
@@ -122,11 +140,9 @@ void CallBefore(EventObserver& observer, const Event& event, bool undo) {
             break;
         case Event::Family::SetAttribute:
             observer.OnBeforeSetAttribute(event.object, event.name, event.value, event.type, 0, undo);
-            observer.OnBeforeChange(event.object, KindOf<EEventsChange>(event), undo);
             break;
         case Event::Family::RemoveAttribute:
             observer.OnBeforeRemoveAttribute(event.object, event.name, event.type, 0, undo);
-            observer.OnBeforeChange(event.object, KindOf<EEventsChange>(event), undo);
             break;
     }
 }
@@ -153,11 +169,9 @@ void CallAfter(EventObserver& observer, const Event& event, bool undo) {
             break;
         case Event::Family::SetAttribute:
             observer.OnAfterSetAttribute(event.object, event.name, event.value, event.type, 0, undo);
-            observer.OnAfterChange(event.object, KindOf<EEventsChange>(event), undo);
             break;
         case Event::Family::RemoveAttribute:
             observer.OnAfterRemoveAttribute(event.object, event.name, event.type, 0, undo);
-            observer.OnAfterChange(event.object, KindOf<EEventsChange>(event), undo);
             break;
     }
 }
@@ -184,11 +198,21 @@ constexpr std::pair<EEventsConnectivityChange, EEventsConnectivityChange> Connec
 }  // namespace
 
 void Announcement::Before(const Event& event, bool undo) const {
-    Each([&](EventObserver& observer) { CallBefore(observer, event, undo); });
+    Tell(event, CallBefore, &EventObserver::OnBeforeChange, undo);
 }
 
 void Announcement::After(const Event& event, bool undo) const {
-    Each([&](EventObserver& observer) { CallAfter(observer, event, undo); });
+    Tell(event, CallAfter, &EventObserver::OnAfterChange, undo);
+}
+
+// An attribute edit is told twice: by its own callback, and as a change of the object.
+void Announcement::Tell(const Event& event, void (*call)(EventObserver&, const Event&, bool),
+                        void (EventObserver::*change)(const Index&, EEventsChange, bool), bool undo) const {
+    const auto own = [&](EventObserver& observer) { call(observer, event, undo); };
+    const bool ofAttribute =
+        event.family == Event::Family::SetAttribute || event.family == Event::Family::RemoveAttribute;
+    if (!ofAttribute) return Each(own);
+    Each(own, [&](EventObserver& observer) { (observer.*change)(event.object, KindOf<EEventsChange>(event), undo); });
 }
 
 Event Inverse(const Event& event) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "designdb/detail/event.h"
+#include "orin/object.h"
 #include "orin/observers.h"
 
 namespace Orin::DesignDb {
@@ -18,37 +19,47 @@ class Client;
 // One registered observer. It is called by any number of threads at once, which are noted while they are inside.
 class Registration {
 public:
-    Registration(EventObserver& observer, const Client& client) noexcept : m_observer(observer), m_client(client) {}
+    Registration(EventObserver& observer, const Client& client) noexcept;
+    ~Registration();
 
     bool Is(const EventObserver* observer, const Client& client) const noexcept {
-        return &m_observer == observer && &m_client == &client;
+        return &m_observer == observer && IsOf(client);
     }
-    bool IsOf(const Client& client) const noexcept { return &m_client == &client; }
+    bool IsOf(const Client& client) const noexcept { return m_client.Get() == &client; }
 
-    // Calls the observer unless it was removed. What it throws is reported to the client's own observers.
+    // Calls the observer unless it was removed. What it throws is reported to the client's own observers. Needs no
+    // memory, so that want of it cannot keep an event from an observer.
     template <class Function>
     void Call(Function&& call) noexcept {
-        if (!Enter()) return;
+        Visit visit;
+        if (!Enter(visit)) return;
         try {
             call(m_observer);
         } catch (...) {
             ReportUnexpected();
         }
-        Leave();
+        Leave(visit);
     }
 
     // From now on the observer is not called. Returns when no other thread is inside it.
     void Remove() noexcept;
 
 private:
-    bool Enter() noexcept;
-    void Leave() noexcept;
+    // A call under way; it stands on the stack of its thread.
+    struct Visit {
+        std::thread::id thread = std::this_thread::get_id();
+        Visit* next = nullptr;
+    };
+
+    bool Enter(Visit& visit) noexcept;
+    void Leave(const Visit& visit) noexcept;
     void ReportUnexpected() noexcept;
 
     EventObserver& m_observer;
-    const Client& m_client;
+    // A callback may close and let go of its own client, and throw after that.
+    const RefPtr<const Client> m_client;
     std::mutex m_mutex;
-    std::vector<std::thread::id> m_inside;
+    Visit* m_inside = nullptr;
     std::condition_variable m_left;
     bool m_removed = false;
 };
@@ -82,14 +93,17 @@ public:
     void Before(const Event& event, bool undo) const;
     void After(const Event& event, bool undo) const;
 
-    // Calls every observer with `call(observer)`.
-    template <class Function>
-    void Each(Function&& call) const {
+    // Calls every observer with each `call(observer)` in turn; one that throws in the first still gets the others.
+    template <class... Functions>
+    void Each(const Functions&... calls) const {
         for (const std::shared_ptr<Registration>& registration : *m_list)
-            registration->Call(call);
+            (registration->Call(calls), ...);
     }
 
 private:
+    void Tell(const Event& event, void (*call)(EventObserver&, const Event&, bool),
+              void (EventObserver::*change)(const Index&, EEventsChange, bool), bool undo) const;
+
     std::shared_ptr<const RegistrationList> m_list;
 };
 

@@ -49,7 +49,9 @@ bool Exists(const Graph& graph, const PathNode& place) noexcept {
         if (node->parent == nullptr) continue;
         if (graph.Find<CompRecord>(node->comp)->block != BlockAt(graph, *node->parent)) return false;
     }
-    return true;
+    // Above the last block all are those that their components are of, which never change; only the last may have been
+    // exchanged for one that stands above.
+    return place.parent == nullptr || !IsOnPath(graph, *place.parent, BlockAt(graph, place));
 }
 
 bool IsOnPath(const Graph& graph, const PathNode& place, Slot block) noexcept {

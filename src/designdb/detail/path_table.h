@@ -40,7 +40,7 @@ private:
 // The block that stands at a place, or 0 when there is none (any more).
 Slot BlockAt(const Graph& graph, const PathNode& place) noexcept;
 
-// Whether the whole way down to the place exists.
+// Whether the whole way down to the place exists, and no block stands twice on it.
 bool Exists(const Graph& graph, const PathNode& place) noexcept;
 
 // Whether the block stands at the place or above it.

@@ -45,10 +45,16 @@ RefPtr<Snapshot> ProjectCore::FindSnapshot(std::string_view snapshot) const {
 
 Result ProjectCore::AddSnapshot(const String& snapshot) {
     if (snapshot.IsEmpty()) return EErrorCode::InvalidArgument;
-    if (FindSnapshot(snapshot.View())) return Result(EErrorCode::AlreadyExists, snapshot);
-    const std::lock_guard lock(m_mutex);
-    m_snapshots.emplace_back(new Snapshot(snapshot, NextGlobalIndex()));
-    return {};
+    try {
+        RefPtr<Snapshot> made(new Snapshot(snapshot, NextGlobalIndex()));
+        const std::lock_guard lock(m_mutex);
+        for (const RefPtr<Snapshot>& other : m_snapshots)
+            if (other->name == snapshot) return Result(EErrorCode::AlreadyExists, snapshot);
+        m_snapshots.push_back(std::move(made));
+        return {};
+    } catch (const std::bad_alloc&) {
+        return EErrorCode::OutOfMemory;
+    }
 }
 
 ListT<String> ProjectCore::SnapshotNames() const {
@@ -92,8 +98,12 @@ Result Client::AddClientObserver(ClientObserver* observer) const {
     const std::lock_guard lock(m_mutex);
     if (std::find(m_observers.begin(), m_observers.end(), observer) != m_observers.end())
         return EErrorCode::AlreadyExists;
-    m_observers.push_back(observer);
-    return {};
+    try {
+        m_observers.push_back(observer);
+        return {};
+    } catch (const std::bad_alloc&) {
+        return EErrorCode::OutOfMemory;
+    }
 }
 
 Result Client::RemoveClientObserver(ClientObserver* observer) const {
@@ -102,16 +112,18 @@ Result Client::RemoveClientObserver(ClientObserver* observer) const {
     return std::erase(m_observers, observer) != 0 ? Result() : Result(EErrorCode::ObjectNotFound);
 }
 
-void Client::ReportUnexpected(const std::string& error) const noexcept {
-    std::vector<ClientObserver*> observers;
-    {
-        const std::lock_guard lock(m_mutex);
-        observers = m_observers;
-    }
-    const String text(error);
-    for (ClientObserver* const observer : observers) {
+void Client::ReportUnexpected(const String& error) const noexcept {
+    // Observers may come and go meanwhile, also in the callback; one that takes itself out makes room for the next.
+    ClientObserver* told = nullptr;
+    for (std::size_t position = 0;;) {
+        {
+            const std::lock_guard lock(m_mutex);
+            if (told != nullptr && position < m_observers.size() && m_observers[position] == told) ++position;
+            if (position >= m_observers.size()) return;
+            told = m_observers[position];
+        }
         try {
-            observer->OnErrorUnexpected(project->name, text);
+            told->OnErrorUnexpected(project->name, error);
         } catch (...) {
             // There is nobody left to tell.
         }
@@ -127,9 +139,7 @@ void Client::Close() const noexcept {
     }
     for (Session* const session : sessions) {
         session->snapshot->observation.RemoveAll(*this);
-        // Taking back can fail for want of memory alone, and then goes on where it stopped.
-        while (OwnsTransaction(*session) && !RollbackTransaction(*session))
-            std::this_thread::yield();
+        AbandonTransaction(*session);
         session->snapshot->locks.ReleaseAll(*this);
         session->CloseByClient();
     }
@@ -161,7 +171,11 @@ void Session::CloseByClient() noexcept {
 Result AddEventObserver(Session& session, EventObserver* observer) {
     if (session.client->IsClosed()) return EErrorCode::NotConnected;
     try {
-        return session.snapshot->observation.Add(observer, *session.client);
+        Result result = session.snapshot->observation.Add(observer, *session.client);
+        if (!result || !session.client->IsClosed()) return result;
+        // The client was closed meanwhile and may have let go of its observers before this one came.
+        static_cast<void>(session.snapshot->observation.Remove(observer, *session.client));
+        return EErrorCode::NotConnected;
     } catch (const std::bad_alloc&) {
         return EErrorCode::OutOfMemory;
     }

@@ -5,6 +5,8 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "designdb/database.h"
@@ -18,6 +20,24 @@ namespace Orin::DesignDb {
 
 class Client;
 class Session;
+
+// Attribute names, each kept once: a million objects bear the same few, and a name that is shared is in the cache when
+// the attributes of any object are searched. The caller sees to it that one thread at a time is inside.
+class NameTable {
+public:
+    // A text like `name`, shared with all that were asked for before.
+    String Shared(const String& name) {
+        const auto known = m_names.find(name.View());
+        if (known != m_names.end()) return known->second;
+        // Names that a tool makes up by the thousand are worth no sharing.
+        if (m_names.size() < Limit) m_names.emplace(name.View(), name);
+        return name;
+    }
+
+private:
+    static constexpr std::size_t Limit = 4096;
+    std::unordered_map<std::string_view, String> m_names;  // by the text that the value holds
+};
 
 // One design of a project.
 class Snapshot final : public Counted {
@@ -33,7 +53,9 @@ public:
     const Client* transactionOwner = nullptr;
     bool transactionIsSeries = false;  // it only holds a series of edits together, and the owner does not know of it
     bool reverting = false;            // nobody may edit while edits are being taken back
+    unsigned series = 0;               // that are open; the transaction cannot end meanwhile
     UndoLog log;                       // the steps of the transaction; between edits empty when there is none
+    NameTable attributeNames;
     LockTable locks;
     Observation observation;
 };
@@ -70,7 +92,7 @@ public:
     void Close() const noexcept override;
 
     // Tells the client's observers that one of its event observers threw.
-    void ReportUnexpected(const std::string& error) const noexcept;
+    void ReportUnexpected(const String& error) const noexcept;
 
     bool IsClosed() const noexcept { return m_closed.load(std::memory_order_acquire); }
 
@@ -146,6 +168,8 @@ Result BeginTransaction(Session& session, const ETransactionType& type);
 Result CommitTransaction(Session& session);
 Result RollbackTransaction(Session& session);
 bool OwnsTransaction(const Session& session);
+// For a client that is closed: takes its transaction back, or leaves that to the work on it that is under way.
+void AbandonTransaction(Session& session) noexcept;
 Result AddEventObserver(Session& session, EventObserver* observer);
 Result RemoveEventObserver(Session& session, EventObserver* observer);
 

@@ -67,21 +67,22 @@ struct BlockRecord {
 struct CompRecord {
     static constexpr EObjectType Kind = EObjectType::Comp;
 
+    // What is read most stands together with the index, which every look-up reads.
     Index index;
-    Index instance;  // empty: the index itself
+    ListAttribute attributes;
+    ListT<OccurrenceAttributes> occurrences;  // sorted by path
+    String label;
     CompTypes types;
     Slot block = 0;
     Slot definition = 0;
     Slot child = 0;
     Slot view = 0;  // of the symbol
     Slot rippedBus = 0;
-    String label;
+    Index instance;  // empty: the index itself
     String name;
     String partition;
-    ListAttribute attributes;
     ListT<Slot> pins;
     Drawings drawings;
-    ListT<OccurrenceAttributes> occurrences;  // sorted by path
     Memberships groups;
 };
 

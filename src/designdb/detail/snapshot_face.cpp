@@ -58,7 +58,7 @@ public:
                     const PathNode* const place = index.GetType() == EObjectType::Path && index.Middle() == 0
                                                       ? m_session->Project().paths.Find(index.Low())
                                                       : nullptr;
-                    if (place == nullptr || BlockAt(graph, *place) == 0) return EErrorCode::ObjectNotFound;
+                    if (place == nullptr || !Exists(graph, *place)) return EErrorCode::ObjectNotFound;
                     object = MakePath(m_session, *place);
                     return {};
                 }
@@ -106,17 +106,17 @@ public:
     const SessionRef& GetSession() const noexcept { return m_session; }
 
     Result GetName(String& name) const override {
-        if (const int code = Fault("IObject::GetName", Index())) return Result(code);
+        if (const int code = Fault("IObject::GetName", Identity())) return Result(code);
         name = m_session->snapshot->name;
         return {};
     }
     Result GetIndex(Index& index) const override {
-        if (const int code = Fault("IObject::GetIndex", Index())) return Result(code);
+        if (const int code = Fault("IObject::GetIndex", Identity())) return Result(code);
         index = Identity();
         return {};
     }
     Result IsValid() const override {
-        if (const int code = Fault("IObject::IsValid", Index())) return Result(code);
+        if (const int code = Fault("IObject::IsValid", Identity())) return Result(code);
         const Snapshot& own = *m_session->snapshot;
         const RefPtr<Snapshot> found = m_session->Project().FindSnapshot(own.name.View());
         return found.Get() == &own ? Result() : Result(EErrorCode::ObjectNotFound);
@@ -131,11 +131,11 @@ public:
         });
     }
     Result SetAttribute(const String& name, const String& value) override {
-        if (const int code = Fault("ISnapshot::SetAttribute", Index())) return Result(code);
+        if (const int code = Fault("ISnapshot::SetAttribute", Identity())) return Result(code);
         return SetAttributeLocked(*m_session, {EObjectType::Snapshot, 0}, 0, name, value, EAttributeType::User);
     }
     Result RemoveAttribute(const String& name) override {
-        if (const int code = Fault("ISnapshot::RemoveAttribute", Index())) return Result(code);
+        if (const int code = Fault("ISnapshot::RemoveAttribute", Identity())) return Result(code);
         return RemoveAttributeLocked(*m_session, {EObjectType::Snapshot, 0}, 0, name, EAttributeType::User);
     }
     Result GetAttributes(ListAttribute& attributes) const override {
@@ -196,13 +196,13 @@ public:
     }
 
     Result GetInfo(SnapshotInfo& info) const override {
-        if (const int code = Fault("ISnapshot::GetInfo", Index())) return Result(code);
+        if (const int code = Fault("ISnapshot::GetInfo", Identity())) return Result(code);
         info = {m_session->Project().name, m_session->snapshot->name, m_session->snapshot->index};
         return {};
     }
 
     Result GetUIDManager(IUIDManager& manager) const override {
-        if (const int code = Fault("ISnapshot::GetUIDManager", Index())) return Result(code);
+        if (const int code = Fault("ISnapshot::GetUIDManager", Identity())) return Result(code);
         try {
             manager = IUIDManager(RefPtr<const ObjectResolver>(new Resolver(m_session)));
             return {};
@@ -212,41 +212,41 @@ public:
     }
 
     Result BeginTransaction(const ETransactionType& type) const override {
-        if (const int code = Fault("ISnapshot::BeginTransaction", Index())) return Result(code);
+        if (const int code = Fault("ISnapshot::BeginTransaction", Identity())) return Result(code);
         return DesignDb::BeginTransaction(*m_session, type);
     }
     Result CommitTransaction() const override {
-        if (const int code = Fault("ISnapshot::CommitTransaction", Index())) return Result(code);
+        if (const int code = Fault("ISnapshot::CommitTransaction", Identity())) return Result(code);
         return DesignDb::CommitTransaction(*m_session);
     }
     Result RollbackTransaction() const override {
-        if (const int code = Fault("ISnapshot::RollbackTransaction", Index())) return Result(code);
+        if (const int code = Fault("ISnapshot::RollbackTransaction", Identity())) return Result(code);
         return DesignDb::RollbackTransaction(*m_session);
     }
     Result IsTransactionActive(bool& active) const override {
-        if (const int code = Fault("ISnapshot::IsTransactionActive", Index())) return Result(code);
+        if (const int code = Fault("ISnapshot::IsTransactionActive", Identity())) return Result(code);
         active = OwnsTransaction(*m_session);
         return {};
     }
 
     Result AddEventObserver(EventObserver* observer) const override {
-        if (const int code = Fault("ISnapshot::AddEventObserver", Index())) return Result(code);
+        if (const int code = Fault("ISnapshot::AddEventObserver", Identity())) return Result(code);
         return DesignDb::AddEventObserver(*m_session, observer);
     }
     Result RemoveEventObserver(EventObserver* observer) const override {
-        if (const int code = Fault("ISnapshot::RemoveEventObserver", Index())) return Result(code);
+        if (const int code = Fault("ISnapshot::RemoveEventObserver", Identity())) return Result(code);
         return DesignDb::RemoveEventObserver(*m_session, observer);
     }
 
 private:
     template <class Function>
     Result Read(const char* operation, Function&& read) const {
-        return ReadGraph(operation, Index(), m_session, read);
+        return ReadGraph(operation, Identity(), m_session, read);
     }
 
     template <class Record, class Interface, class... Arguments>
     Result Iterate(const char* operation, IteratorT<const Interface>& iterator, Arguments... arguments) const {
-        if (const int code = Fault(operation, Index())) return Result(code);
+        if (const int code = Fault(operation, Identity())) return Result(code);
         try {
             iterator = IteratorT<const Interface>(
                 RefPtr<IterationSource>(new SlotSource<Record, Interface>(m_session, 0, arguments...)));
@@ -257,7 +257,7 @@ private:
     }
 
     Result AcquireLock(ELockScope scope, RefPtr<LockToken>& token) const override {
-        if (const int code = Fault("LockerT<ISnapshot>::Lock", Index())) return Result(code);
+        if (const int code = Fault("LockerT<ISnapshot>::Lock", Identity())) return Result(code);
         return AcquireFor(m_session, {EObjectType::Snapshot, 0, 0}, scope, token, [](const Graph&) { return true; });
     }
     Index Identity() const noexcept override {

@@ -37,16 +37,17 @@ int CheckFault(const char* operation, const Index& object) {
     const std::lock_guard lock(state.mutex);
     ++state.all;
     ++state.calls[operation];
+    int code = 0;
     for (Rule& rule : state.rules) {
         if (!rule.fault.operation.empty() && rule.fault.operation != operation) continue;
         if (!rule.fault.object.IsEmpty() && rule.fault.object != object) continue;
         ++rule.matched;
-        if (rule.matched == rule.fault.call || (rule.fault.persistent && rule.matched > rule.fault.call)) {
-            ++state.failed;
-            return static_cast<int>(rule.fault.code);
-        }
+        // The first rule decides; the others count the call all the same.
+        if (code == 0 && (rule.matched == rule.fault.call || (rule.fault.persistent && rule.matched > rule.fault.call)))
+            code = static_cast<int>(rule.fault.code);
     }
-    return 0;
+    if (code != 0) ++state.failed;
+    return code;
 }
 
 namespace Testing {

@@ -1,0 +1,227 @@
+// The database beside bare containers of plain structs under one uncontended shared mutex that copy their answer, at
+// random over 1,000,000 components. Batches of both alternate; `ratio` is ours to theirs, its limit 3.
+// And what it costs to build such a design: per_comp stays about the same from one size to the next.
+
+#include <chrono>
+#include <mutex>
+#include <random>
+#include <shared_mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include "designdb/database.h"
+#include "designdb/editor.h"
+
+namespace Orin::DesignDb {
+namespace {
+
+constexpr unsigned SheetsOfBlock = 10;
+constexpr unsigned CompsOfSheet = 100;
+
+void Need(const Result& result) {
+    if (!result) throw result;
+}
+
+// Blocks of ten sheets of a hundred components with one attribute each; a tenth of the components is used a second
+// time, as an occurrence with an attribute of its own, below one of the root block's components.
+struct Design {
+    Database database;
+    std::unique_ptr<OrinPI> connection;
+    ContainerT<const ISnapshot> snapshot;
+    IUIDManager objects;
+    std::vector<Index> comps, sheets;
+
+    explicit Design(std::size_t count) {
+        static int s_designs = 0;
+        Need(Database::Create(database, ("bench " + std::to_string(++s_designs)).c_str()));
+        connection = database.Connect("bench");
+        Need(connection->GetSnapshotByName(snapshot, WorkingSnapshot));
+        Need(snapshot->GetUIDManager(objects));
+        Editor editor;
+        Need(Editor::Open(editor, snapshot));
+        Need(snapshot->BeginTransaction(ETransactionType::Import));
+        Index top, config;
+        Need(editor.AddBlock({"top"}, top));
+        Need(editor.AddConfig({"board", top}, config));
+        ContainerT<const IConfig> board;
+        ContainerT<const IPath> root;
+        Need(snapshot->GetDefaultConfig(board, "board"));
+        Need(board->GetRoot(root));
+        comps.reserve(count);
+        while (comps.size() < count)
+            AddBlock(editor, top, *root);
+        Need(snapshot->CommitTransaction());
+    }
+
+private:
+    void AddBlock(Editor& editor, const Index& top, const IPath& root) {
+        Index block, stands, path;
+        Need(editor.AddBlock({"b"}, block));
+        CompSpec instance;
+        instance.childBlock = block;
+        Need(editor.AddComp(top, instance, stands));
+        ContainerT<const IPath> place;
+        Need(root.GetChildPath(place, stands));
+        Need(place->GetIndex(path));
+        for (unsigned s = 0; s < SheetsOfBlock; ++s) {
+            Index sheet;
+            Need(editor.AddGroup(block, {std::to_string(s).c_str()}, sheet));
+            sheets.push_back(sheet);
+            for (unsigned c = 0; c < CompsOfSheet; ++c) {
+                Index comp;
+                const std::string label = "U" + std::to_string(comps.size());
+                Need(editor.AddComp(block, {label.c_str()}, comp));
+                Need(editor.SetAttribute(comp, "Ref Designator", label.c_str()));
+                Need(editor.AddMember(sheet, comp));
+                if (c % 10 == 0) Need(editor.SetAttributeInPath(path, comp, "Ref Designator", label.c_str()));
+                comps.push_back(comp);
+            }
+        }
+    }
+};
+
+struct Plain {
+    std::uint64_t index = 0;
+    std::uint64_t block = 0;
+    std::string label;
+    std::vector<std::pair<std::string, std::string>> attributes;
+};
+
+struct Fixture {
+    static constexpr std::size_t Count = 1000000;
+    Design design{Count};
+    std::shared_mutex mutex;
+    std::vector<Plain> comps;
+    std::unordered_map<std::uint64_t, Plain> byIndex;
+    std::unordered_map<std::uint64_t, std::vector<std::uint64_t>> sheets;
+    std::vector<ContainerT<const IComp>> handles;
+
+    Fixture() : handles(Count) {
+        for (std::size_t i = 0; i < Count; ++i) {
+            const std::string label = "U" + std::to_string(i);
+            const std::uint64_t index = design.comps[i].Value();
+            comps.push_back({index, 1, label, {{"Ref Designator", label}}});
+            byIndex[index] = {index, 1, label, {}};
+            sheets[design.sheets[i / CompsOfSheet].Value()].push_back(index);
+            Need(design.objects.GetComp(handles[i], design.comps[i]));
+        }
+    }
+    static Fixture& Get() {
+        static Fixture fixture;
+        return fixture;
+    }
+};
+
+// Times batches of both operations in turn, each on a random number below `limit`.
+template <class Ours, class Theirs>
+void Compare(benchmark::State& state, std::size_t limit, Ours&& ours, Theirs&& theirs) {
+    constexpr int Batch = 512;
+    std::mt19937 random(1);
+    std::uniform_int_distribution<std::size_t> any(0, limit - 1);
+    double sums[2] = {};
+    std::vector<std::size_t> at(Batch);
+    const auto time = [&](auto& operation) {
+        for (std::size_t& position : at)
+            position = any(random);
+        const auto begin = std::chrono::steady_clock::now();
+        for (const std::size_t position : at)
+            operation(position);
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    };
+    for (auto _ : state) {
+        const double our = time(ours);
+        sums[0] += our;
+        sums[1] += time(theirs);
+        state.SetIterationTime(our);
+    }
+    const double operations = static_cast<double>(state.iterations()) * Batch;
+    state.counters["ours_ns"] = sums[0] / operations * 1e9;
+    state.counters["plain_ns"] = sums[1] / operations * 1e9;
+    state.counters["ratio"] = sums[0] / sums[1];
+}
+
+void ReadAttribute(benchmark::State& state) {
+    Fixture& f = Fixture::Get();
+    const String name("Ref Designator");
+    const std::string plainName("Ref Designator");
+    Compare(
+        state, Fixture::Count,
+        [&](std::size_t i) {
+            String value;
+            benchmark::DoNotOptimize(f.handles[i]->GetAttribute(name, value, EAttributeType::User));
+            benchmark::DoNotOptimize(value);
+        },
+        [&](std::size_t i) {
+            const std::shared_lock lock(f.mutex);
+            for (const auto& [key, value] : f.comps[i].attributes)
+                if (key == plainName) {
+                    std::string copy = value;
+                    benchmark::DoNotOptimize(copy);
+                }
+        });
+}
+
+void ResolveIndex(benchmark::State& state) {
+    Fixture& f = Fixture::Get();
+    Compare(
+        state, Fixture::Count,
+        [&](std::size_t i) {
+            ContainerT<const IComp> comp;
+            benchmark::DoNotOptimize(f.design.objects.GetComp(comp, f.design.comps[i]));
+            benchmark::DoNotOptimize(comp);
+        },
+        [&](std::size_t i) {
+            const std::shared_lock lock(f.mutex);
+            Plain copy = f.byIndex.find(f.design.comps[i].Value())->second;
+            benchmark::DoNotOptimize(copy);
+        });
+}
+
+void ListSheet(benchmark::State& state) {
+    Fixture& f = Fixture::Get();
+    std::vector<ContainerT<const IGroup>> handles(f.design.sheets.size());
+    for (std::size_t i = 0; i < handles.size(); ++i)
+        Need(f.design.objects.GetGroup(handles[i], f.design.sheets[i]));
+    Compare(
+        state, handles.size(),
+        [&](std::size_t i) {
+            ListT<Index> members;
+            benchmark::DoNotOptimize(handles[i]->GetListObjects(members));
+            benchmark::DoNotOptimize(members);
+        },
+        [&](std::size_t i) {
+            const std::shared_lock lock(f.mutex);
+            std::vector<std::uint64_t> copy = f.sheets.find(f.design.sheets[i].Value())->second;
+            benchmark::DoNotOptimize(copy);
+        });
+}
+
+// Bytes of the finished design, its share of the chunks and the occurrences included.
+void Build(benchmark::State& state) {
+    const auto count = static_cast<std::size_t>(state.range(0));
+    double bytes = 0;
+    for (auto _ : state) {
+        const struct mallinfo2 before = mallinfo2();
+        const auto begin = std::chrono::steady_clock::now();
+        const Design design(count);
+        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+        const struct mallinfo2 after = mallinfo2();
+        const std::size_t own = design.comps.capacity() * sizeof(Index) + design.sheets.capacity() * sizeof(Index);
+        bytes = static_cast<double>(after.uordblks + after.hblkhd - before.uordblks - before.hblkhd - own);
+    }
+    state.counters["bytes_per_comp"] = bytes / static_cast<double>(count);
+    state.counters["per_comp"] = benchmark::Counter(
+        static_cast<double>(count), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+BENCHMARK(Build)->Arg(100000)->Arg(1000000)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadAttribute)->UseManualTime();
+BENCHMARK(ResolveIndex)->UseManualTime();
+BENCHMARK(ListSheet)->UseManualTime();
+
+}  // namespace
+}  // namespace Orin::DesignDb

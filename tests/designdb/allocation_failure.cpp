@@ -1,0 +1,42 @@
+// In a file of its own: where the compiler sees both sides it takes malloc and delete for a mismatch.
+#include "tests/designdb/allocation_failure.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local bool armed = false;
+thread_local bool failed = false;
+thread_local unsigned left = 0;
+
+}  // namespace
+
+void Tests::FailAllocation(unsigned passed) noexcept {
+    left = passed;
+    failed = false;
+    armed = true;
+}
+
+bool Tests::AllocationFailed() noexcept {
+    armed = false;
+    return failed;
+}
+
+void* operator new(std::size_t size) {
+    if (armed && left-- == 0) {
+        armed = false;
+        failed = true;
+        throw std::bad_alloc();
+    }
+    if (void* const memory = std::malloc(size != 0 ? size : 1)) return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
