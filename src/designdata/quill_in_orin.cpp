@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "attributes/reserved_keys.h"
-#include "orin/views.h"
+#include "designdata/detail/instance_name.h"
 #include "properties/stored_attribute.h"
 #include "text/number.h"
 
@@ -20,7 +20,6 @@ using namespace NQuillUtils;
 constexpr const char* DesignNameKey = "Design_Name";
 constexpr const char* BoardKey = "BoardUid";
 constexpr const char* SignalNamesKey = "___SignalNames";
-constexpr const char* SheetIdKey = "ID";
 
 constexpr Orin::EAttributeType RipperFamily = Orin::EAttributeType::Link;
 
@@ -101,53 +100,6 @@ void StoreSignalNames(const Orin::MutableContainerT<Orin::IBus>& bus, const Name
     for (const std::string& name : names)
         tokens.Add(name);
     Store(bus, SignalNamesKey, tokens.Text());
-}
-
-std::string InstanceName(std::string_view sheet, std::uint32_t number) {
-    std::string name("$");
-    name.append(sheet).append(1, 'I');
-    Text::AppendNumber(name, number);
-    return name;
-}
-
-// Whether it is a schematic that is not drawn in the editor, so that no sheet tells its instances apart.
-bool IsUndrawnSchematic(const Orin::IBlock& block) {
-    Orin::BlockTypes types;  // stays empty when the type cannot be read
-    static_cast<void>(block.GetType(types));
-    return types.Contains(Orin::EBlockType::Schematic) && !types.Contains(Orin::EBlockType::Drawn);
-}
-
-// The element of a component that is drawn on a sheet of `block`; nothing when its definition stands on no sheet.
-std::optional<std::string> DrawnInstanceName(const Orin::IBlock& block, const Orin::Index& instance) {
-    constexpr Orin::GroupTypes SheetTypes =
-        Orin::GroupTypes(Orin::EGroupType::Sheet) | Orin::EGroupType::GeneratedSheet;
-    Orin::ContainerT<const Orin::IComp> definition;
-    Orin::ListT<Orin::GroupInfo> sheets;
-    if (!block.GetComp(definition, instance) || !definition->GetListGroups(sheets, SheetTypes) || sheets.IsEmpty())
-        return std::nullopt;
-
-    Orin::ContainerT<const Orin::IGroup> sheet;
-    Orin::ContainerT<const Orin::IBlockViewQuill> view;
-    Orin::CompDataQuill data;
-    if (!block.GetGroup(sheet, std::as_const(sheets).Front().index) ||
-        !Orin::IBlockViewQuill::Init(view, block, *sheet) || !view->GetCompData(*definition, data))
-        return std::string();
-    Orin::String id;
-    ReadInternal(*sheet, SheetIdKey, BareKey::Ignored, id);
-    return InstanceName(id.View(), data.objectId);
-}
-
-// The component's element of a hierarchical name; nothing when the whole name is to be empty.
-std::optional<std::string> NameElement(const Orin::IComp& comp) {
-    Orin::String label;
-    if (!comp.GetLabel(label)) return std::nullopt;
-    if (label.View().starts_with('$')) return std::string(label.View());
-
-    Orin::ContainerT<const Orin::IBlock> block;
-    Orin::Index instance;
-    if (!comp.GetParentBlock(block) || !comp.GetInstanceIndex(instance)) return std::nullopt;
-    if (IsUndrawnSchematic(*block)) return InstanceName(Text::Render(instance.Low()), instance.Middle());
-    return DrawnInstanceName(*block, instance);
 }
 
 }  // namespace
@@ -242,7 +194,7 @@ std::string QuillInOrin::GetHierarchicalName(const Orin::ContainerT<const Orin::
     Orin::ContainerT<const Orin::IPath> place = path;
     Orin::ContainerT<const Orin::IComp> comp;
     while (place && place->GetParentComp(comp)) {
-        std::optional<std::string> element = NameElement(*comp);
+        std::optional<std::string> element = detail::InstanceName(*comp);
         if (!element) return {};
         elements.push_back(std::move(*element));
         place.Release();

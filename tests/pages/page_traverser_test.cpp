@@ -1,0 +1,301 @@
+#include "pages/page_traverser.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "designdb/testing/fault_injector.h"
+#include "tests/pages/page_design.h"
+
+namespace Quill::Testing {
+namespace {
+
+using Orin::EErrorCode;
+using Orin::DesignDb::Testing::FaultInjector;
+using Numbers = std::vector<unsigned>;
+
+// top: sheets 1 and 2; on 1 the children $a and $b, on 2 the child $c. $a and $c are the same block "leaf" with sheets
+// x and y; $b is a block without sheets.
+class Pages : public testing::Test {
+protected:
+    Pages() : leaf(design.AddBlock("leaf")), bare(design.AddBlock("bare")) {
+        x = SheetDesign::IndexOf(design.AddSheet(leaf, {"x"}));
+        y = SheetDesign::IndexOf(design.AddSheet(leaf, {"y"}));
+        design.AddChild(design.block, SheetOf(0), "$a", leaf);
+        design.AddChild(design.block, SheetOf(0), "$b", bare);
+        design.AddChild(design.block, SheetOf(1), "$c", leaf);
+    }
+
+    Orin::Index SheetOf(std::size_t place) const { return SheetDesign::IndexOf(design.sheets[place]); }
+
+    void Update(EAlgorithm algorithm = EAlgorithm::DepthFirst) {
+        pages.setAlgorithm(algorithm, ECompAlgorithm::Default);
+        pages.update();
+    }
+    PageID Named(const char* name) { return pages.getPageByName(name); }
+
+    PageDesign design{std::vector<SheetSpec>{{"1"}, {"2"}}};
+    SheetRange::Block leaf, bare;
+    Orin::Index x, y;
+    PageTraverser pages = design.Traverser();
+};
+
+TEST_F(Pages, AreNumberedDepthFirstOrLevelByLevel) {
+    pages.setAlgorithm(EAlgorithm::DepthFirst, ECompAlgorithm::Default);
+    EXPECT_EQ(NamesOf(pages), "");
+    EXPECT_EQ(pages.update(), 2U) << "the root's sheets only";
+    EXPECT_EQ(NamesOf(pages), "1;$a\\x;$a\\y;2;$c\\x;$c\\y;");
+    Update(EAlgorithm::LevelByLevel);
+    EXPECT_EQ(NamesOf(pages), "1;2;$a\\x;$a\\y;$c\\x;$c\\y;");
+    EXPECT_EQ(pages.pageNumber(Named("$c\\x")), "5");
+    EXPECT_EQ(pages.pageNumber({}), "");
+    EXPECT_EQ(pages.getPage(5).name, "$c\\y");
+    EXPECT_TRUE(pages.getPage(6).IsEmpty());
+
+    const Orin::Index path = Named("$c\\x").path, block = SheetDesign::IndexOf(leaf);
+    EXPECT_EQ(pages.numbersForPage(Named("1")), (Numbers{1, 3, 4}));
+    EXPECT_EQ(pages.numbersForPage({}), (Numbers{1, 2, 3, 4, 5, 6})) << "the empty page is above all";
+    EXPECT_EQ(pages.numbersForBlock(block, path), (Numbers{5, 6}));
+    EXPECT_EQ(pages.rangeForBlock(block, path), (Numbers{5, 6}));
+    EXPECT_EQ(pages.rangeForBlock(block, Named("1").path), Numbers{}) << "the block does not stand there";
+    EXPECT_EQ(pages.rangeForPage(Named("1")), Numbers{}) << "never a range for a page";
+
+    for (const int other : {0, 4, -1}) {
+        pages.setAlgorithm(static_cast<EAlgorithm>(other), ECompAlgorithm::Default);
+        EXPECT_EQ(pages.update(), 2U);
+        EXPECT_EQ(NamesOf(pages), "");
+        EXPECT_FALSE(pages.containsPage({x, x, ""}));
+    }
+    std::string error = "untouched";
+    EXPECT_FALSE(pages.setCustomFile("order.txt", error));
+    EXPECT_EQ(error, "untouched");
+}
+
+TEST_F(Pages, WithoutAnAlgorithmAreNone) {
+    pages.excludePage({});
+    pages.removePage({});
+    pages.attachPage({});
+    EXPECT_EQ(pages.update(), 0U);
+    EXPECT_TRUE(pages.firstPage().IsEmpty() && pages.nextPage({}).IsEmpty() && pages.getPage(0).IsEmpty());
+    EXPECT_TRUE(Named("1").IsEmpty());
+    EXPECT_EQ(pages.pagesCount(), 0U);
+    EXPECT_EQ(pages.pageNumber({}), "");
+    EXPECT_FALSE(pages.containsPage({}));
+    EXPECT_TRUE(pages.compositeOrder(SheetOf(0)).empty() && pages.numbersForPage({}).empty());
+}
+
+TEST_F(Pages, AreExcludedWithAllBelowAndComeBack) {
+    struct Case {
+        const char *value, *want;
+    };
+    const Case cases[] = {{"TRUE", "2;$c\\x;$c\\y;"},
+                          {"true", "2;$c\\x;$c\\y;"},
+                          {"", "1;$a\\x;$a\\y;2;$c\\x;$c\\y;"},
+                          {"yes", "1;$a\\x;$a\\y;2;$c\\x;$c\\y;"},
+                          {"TRUE ", "1;$a\\x;$a\\y;2;$c\\x;$c\\y;"}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.value);
+        Require(design.editor.SetAttribute(SheetOf(0), "ExcludeFromPrintout", c.value));
+        Update();
+        EXPECT_EQ(NamesOf(pages), c.want);
+    }
+    Require(design.editor.SetAttribute(SheetOf(0), "ExcludeFromPrintout", "True"));
+    Update();
+    EXPECT_TRUE(pages.isMarkedExcluded(Named("1")));
+    EXPECT_FALSE(pages.isMarkedExcluded(Named("$a\\x"))) << "excluded with its parent, not marked";
+    EXPECT_EQ(pages.pageNumber(Named("$a\\x")), "");
+    EXPECT_EQ(pages.pageNumber(Named("$c\\x")), "2");
+
+    pages.includePage(Named("1"));
+    EXPECT_FALSE(pages.isMarkedExcluded(Named("1")));
+    EXPECT_EQ(NamesOf(pages), "1;$a\\x;$a\\y;2;$c\\x;$c\\y;");
+    pages.excludePage(Named("$a\\x"));
+    pages.excludePage(Named("2"));
+    EXPECT_EQ(NamesOf(pages), "1;$a\\y;");
+    EXPECT_EQ(pages.numbersForPage(Named("1")), (Numbers{1, 2}));
+    pages.excludePage({});
+    EXPECT_EQ(NamesOf(pages), "");
+
+    // A page whose child blocks have no sheets has nothing recorded below it, itself included.
+    const Orin::Index other = SheetDesign::IndexOf(design.AddSheet(design.block, {"3"}));
+    design.AddChild(design.block, other, "$d", bare);
+    Update();
+    const PageID page = Named("3");
+    pages.excludePage(page);
+    EXPECT_TRUE(pages.isMarkedExcluded(page));
+    EXPECT_EQ(pages.pageNumber(page), "4");
+    EXPECT_EQ(pages.numbersForPage(page), Numbers{});
+}
+
+TEST_F(Pages, AreRemovedWithAllBelowAndAttachedOneByOne) {
+    Update();
+    const PageID top = Named("1"), ax = Named("$a\\x"), ay = Named("$a\\y"), cx = Named("$c\\x");
+    const Orin::Index block = SheetDesign::IndexOf(leaf);
+    pages.removePage(top);
+    EXPECT_EQ(NamesOf(pages), "2;$c\\x;$c\\y;");
+    EXPECT_EQ(pages.pageNumber(Named("2")), "4") << "numbered as before";
+    EXPECT_FALSE(pages.containsPage(ax) || pages.containsPage(top));
+    EXPECT_EQ(pages.numbersForBlock(block, ax.path), Numbers{});
+    EXPECT_EQ(pages.numbersForPage(top), Numbers{});
+    pages.includePage(ax);
+    EXPECT_EQ(pages.pageNumber(Named("2")), "1") << "the next renumbering closes the gap";
+
+    pages.attachPage(top);
+    pages.attachPage(ay);
+    EXPECT_FALSE(pages.containsPage(ay)) << "held again with the next update";
+    EXPECT_EQ(pages.numbersForPage(top), Numbers{});
+
+    // A page that is attached is excluded and numbered with those above it again.
+    pages.removePage(cx);
+    EXPECT_EQ(pages.numbersForPage(Named("2")), (Numbers{1, 3}));
+    pages.attachPage(cx);
+    pages.attachPage(cx);
+    pages.removePage(Named("2"));
+    EXPECT_EQ(NamesOf(pages), "");
+
+    Update();
+    Orin::Index fresh;
+    Require(design.editor.AddGroup(block, {"z"}, fresh));
+    for (const Orin::Index& group : {fresh, SheetOf(0), Orin::Index()})
+        pages.attachPage({cx.path, group, "new"});  // the last two are no sheets of the leaf
+    pages.attachPage({Orin::Index(), fresh, "nowhere"});
+    EXPECT_EQ(pages.numbersForBlock(block, cx.path), (Numbers{5, 6}));
+    pages.update();
+    EXPECT_EQ(NamesOf(pages), "1;$a\\x;$a\\y;$a\\z;2;$c\\x;$c\\y;$c\\z;");
+}
+
+TEST_F(Pages, TakeTheirPrintOrderFromTheFirstTitleThatBearsOne) {
+    struct Title {
+        Orin::Index sheet;
+        unsigned types;
+        const char *name, *value;
+    };
+    constexpr unsigned Both = 0x8010;
+    const Title titles[] = {
+        {SheetOf(0), 0x10, "$$NotCommonProperty_@PRINTORDER", "1"},    // no title
+        {SheetOf(0), 0x8000, "$$NotCommonProperty_@PRINTORDER", "1"},  // no border
+        {SheetOf(0), Both, "@PRINTORDER", "1"},                        // of another kind
+        {SheetOf(0), Both, "$$NotCommonProperty_@PRINTORDER", "7"},
+        {SheetOf(0), Both, "$$NotCommonProperty_@PRINTORDER", "1"},  // not the first
+        {x, Both, "$$NotCommonProperty_@PRINTORDER", "4"},
+    };
+    Orin::Index comp;
+    for (const Title& title : titles) {
+        comp = design.AddComp(title.sheet == x ? leaf : design.block, title.sheet,
+                              {.label = "title", .types = Orin::CompTypes::FromBits(title.types)});
+        Require(design.editor.SetAttribute(comp, title.name, title.value));
+    }
+    Update(EAlgorithm::PrintOrder);
+    EXPECT_EQ(NamesOf(pages), "$a\\x;1;") << "the second x has the print order of the first";
+    EXPECT_TRUE(pages.containsPage(Named("$c\\x")));
+    Require(design.editor.SetAttributeInPath(Named("$c\\x").path, comp, "$$NotCommonProperty_@PRINTORDER", "12-3"));
+    Require(design.editor.SetAttribute(SheetOf(0), "ExcludeFromPrintout", "TRUE"));
+    Update(EAlgorithm::PrintOrder);
+    EXPECT_EQ(NamesOf(pages), "$a\\x;1;$c\\x;");
+    EXPECT_EQ(pages.pageNumber(Named("$c\\x")), "3");
+    EXPECT_EQ(pages.pageNumber(Named("2")), "");
+    pages.excludePage(Named("$c\\x"));
+    EXPECT_EQ(NamesOf(pages), "$a\\x;1;$c\\x;") << "who gives a print order wants the page printed";
+}
+
+TEST_F(Pages, FailOnlyWhereTheWalkCannotGoOn) {
+    const auto codeOf = [](const auto& action) {
+        try {
+            action();
+        } catch (const Orin::Result& failure) {
+            return failure.GetErrorCode();
+        }
+        return 0;
+    };
+    FaultInjector faults;
+    for (const char* const operation : {"OrinPI::GetSnapshotByName", "ISnapshot::GetUIDManager",
+                                        "ISnapshot::GetDefaultConfig", "IConfig::GetRoot", "IPath::GetBlock"}) {
+        faults.Inject({operation});
+        EXPECT_EQ(codeOf([&] { PageTraverser(*design.client, "top", EViewMode::Logical); }), 102) << operation;
+        faults.Clear();
+    }
+    EXPECT_EQ(codeOf([&] { PageTraverser(*design.client, "other", EViewMode::Logical); }), 200);
+    EXPECT_EQ(codeOf([&] { PageTraverser(Orin::ContainerT<const Orin::ISnapshot>(), "top", EViewMode::Logical); }),
+              200);
+
+    const std::string all = "1;$a\\x;$a\\y;2;$c\\x;$c\\y;";
+    Require(design.editor.SetAttribute(SheetOf(1), "$$Internal_CUSTOM_ORDER", "1"));
+    Update();
+    EXPECT_EQ(NamesOf(pages), "2;$c\\x;$c\\y;1;$a\\x;$a\\y;");
+    faults.Inject({.operation = "IBlock::GetParentSnapshot", .persistent = true});
+    Update();
+    EXPECT_EQ(NamesOf(pages), all) << "no sheet range: the order of the block's own list";
+    faults.Inject({.operation = "IBlock::GetListOwnedGroups", .call = 3});
+    EXPECT_EQ(codeOf([&] { pages.update(); }), 102);
+    EXPECT_EQ(pages.pagesCount(), 0U);
+    EXPECT_TRUE(pages.getPageByName("1").IsEmpty() && pages.numbersForPage({}).empty()) << "nothing half walked";
+    faults.Clear();
+
+    struct Case {
+        const char *operation, *want;
+    };
+    const Case cases[] = {
+        {"IBlock::GetComp", "2;1;"},         {"IComp::GetChildBlock", "2;1;"},
+        {"IPath::GetChildPath", "2;1;"},     {"IGroup::GetListObjects", "2;1;"},
+        {"IComp::GetLabel", "2;x;y;1;x;y;"}, {"IPath::GetParentComp", "2;x;y;1;x;y;"},
+    };
+    for (const Case& c : cases) {
+        faults.Inject({.operation = c.operation, .persistent = true});
+        EXPECT_EQ(pages.update(), 2U) << c.operation;
+        EXPECT_EQ(NamesOf(pages), c.want) << c.operation;
+        faults.Clear();
+    }
+}
+
+TEST_F(Pages, VisitEachPlaceOnceThoughEveryLevelNamesItsChildTwice) {
+    SheetRange::Block block = leaf;
+    Orin::Index sheet = x;
+    const Orin::Index root = SheetDesign::IndexOf(leaf);
+    for (int level = 0; level < 60; ++level) {
+        const SheetRange::Block below = design.AddBlock("level");
+        const Orin::Index comp = design.AddChild(block, sheet, "$", below);
+        const std::string field = std::to_string(comp.Value());
+        Require(design.editor.SetAttribute(
+            sheet, "$$Internal_COMPS_ORDER",
+            ((std::string(20 - field.size(), ' ') + field) + (std::string(20 - field.size(), ' ') + field)).c_str()));
+        block = below;
+        sheet = SheetDesign::IndexOf(design.AddSheet(below, {"1"}));
+    }
+    design.AddChild(block, sheet, "$", leaf);  // a hierarchy that contains itself ends there
+    pages.setAlgorithm(EAlgorithm::DepthFirst, ECompAlgorithm::Custom);
+    pages.update();
+    EXPECT_EQ(pages.pagesCount(), 2 + 2 * 62U);
+    EXPECT_EQ(pages.compositeOrder(x).size(), 2U) << "the repeat is told all the same";
+    const Numbers numbers = pages.numbersForBlock(root, Named("$a\\x").path);
+    EXPECT_EQ(numbers.size(), 62U);
+    EXPECT_EQ(numbers.back(), 63U);
+    pages.excludePage(Named("$a\\x"));
+    EXPECT_EQ(pages.pagesCount(), 2 + 62 + 1U);
+}
+
+TEST(DeepHierarchy, OfTenThousandLevelsIsWalked) {
+    constexpr unsigned Levels = 10'000;
+    PageDesign design(std::vector<SheetSpec>{{"1"}});
+    SheetRange::Block block = design.block;
+    Orin::Index sheet = SheetDesign::IndexOf(design.sheets[0]);
+    for (unsigned level = 1; level < Levels; ++level) {
+        const SheetRange::Block below = design.AddBlock("level");
+        design.AddChild(block, sheet, "$", below);
+        block = below;
+        sheet = SheetDesign::IndexOf(design.AddSheet(below, {"1"}));
+    }
+    PageTraverser pages = design.Traverser();
+    pages.setAlgorithm(EAlgorithm::DepthFirst, ECompAlgorithm::Default);
+    EXPECT_EQ(pages.update(), 1U);
+    EXPECT_EQ(pages.getPage(Levels - 1).name.size(), 2 * (Levels - 1) + 1U);
+    EXPECT_EQ(pages.numbersForPage(pages.getPage(1)).size(), Levels - 1U);
+    pages.excludePage(pages.getPage(5));
+    EXPECT_EQ(pages.pagesCount(), 5U);
+    pages.removePage(pages.getPage(1));
+    EXPECT_EQ(pages.pagesCount(), 1U);
+}
+
+}  // namespace
+}  // namespace Quill::Testing

@@ -1,0 +1,279 @@
+#include "sheets/sheet_connectors_cache.h"
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "designdb/testing/fault_injector.h"
+#include "tests/pages/page_design.h"
+
+namespace Quill::Testing {
+namespace {
+
+using Orin::EObjectType;
+using Orin::Index;
+using Orin::DesignDb::Testing::FaultInjector;
+using Hierarchy = Orin::ListT<Index>;
+
+struct ConnectorSymbols : IPinTypeComponentsData {
+    std::vector<std::string> GetComponents(int pinType) override {
+        return pinType == 7 ? keys : std::vector<std::string>{"LIB:res.1"};
+    }
+    std::vector<std::string> keys = {"LIB:off.1", ":bare.1"};
+};
+
+constexpr Index A(EObjectType::Comp, 1, 10), B(EObjectType::Comp, 1, 11);  // two occurrences of the leaf block
+constexpr Index C1(EObjectType::Comp, 2, 1), C2(EObjectType::Comp, 2, 2), C3(EObjectType::Comp, 2, 3);
+constexpr Index Alone(EObjectType::Comp, 2, 4), Resistor(EObjectType::Comp, 2, 5);
+
+// top: on sheet 1 the connector C1 and the child A, on sheet 2 C2, Alone and the child B; A and B are the block leaf
+// with the connector C3. All connectors but Alone are labelled NET, and so is a resistor.
+struct ConnectorDesign : PageDesign {
+    ConnectorDesign() : PageDesign(std::vector<SheetSpec>{{"1"}, {"2"}}), leaf(AddBlock("leaf")) {
+        Index library;
+        Require(editor.AddBlock({"lib", Orin::EBlockType::Symbol}, library));
+        Require(editor.AddComp(library, {.label = "", .name = "off.1"}, connectorSymbol));
+        Require(editor.AddComp(library, {.label = "", .name = "res.1"}, resistorSymbol));
+        const Index leafSheet = IndexOf(AddSheet(leaf, {"x"}));
+        Connector(block, SheetOf(0), "NET", C1);
+        Child(SheetOf(0), A);
+        Connector(block, SheetOf(1), "NET", C2);
+        Connector(block, SheetOf(1), "ALONE", Alone);
+        Child(SheetOf(1), B);
+        Connector(leaf, leafSheet, "NET", C3);
+        AddComp(block, SheetOf(0),
+                {.label = "NET", .partition = "LIB", .definition = resistorSymbol, .index = Resistor});
+    }
+
+    Index SheetOf(std::size_t place) const { return IndexOf(sheets[place]); }
+
+    void Child(const Index& sheet, const Index& index) {
+        AddComp(block, sheet,
+                {.label = "$", .types = Orin::ECompType::Hierarchical, .childBlock = IndexOf(leaf), .index = index});
+    }
+    Index Connector(const SheetRange::Block& owner, const Index& sheet, const char* label, const Index& index = {}) {
+        return AddComp(owner, sheet,
+                       {.label = label, .partition = "LIB", .definition = connectorSymbol, .index = index});
+    }
+
+    SheetRange::Block leaf;
+    Index connectorSymbol, resistorSymbol;
+};
+
+class SheetConnectors : public testing::Test {
+protected:
+    SheetConnectors() {
+        cache.attachObserver(design.snapshot);
+        EXPECT_TRUE(cache.reloadSheetConnectorsList(&symbols));
+    }
+
+    bool Next(const char* label, const Index& connector, const Hierarchy& hierarchy, const CSheetConnectorData** next,
+              const char* path = "C:\\designs/one\\top", const char* cell = "off") {
+        return cache.getNextTargetSheetConnector("LIB", cell, "1", path, label, connector, hierarchy, next);
+    }
+    // The keys of all targets with ";" behind each; "none" when the query says so.
+    std::string All(const char* label, const Index& connector, const Hierarchy& hierarchy, const char* path = "/x/top",
+                    const char* cell = "off") {
+        std::list<const CSheetConnectorData*> targets = {nullptr};
+        if (!cache.getAllTargetSheetConnectors("LIB", cell, "1", path, label, connector, hierarchy, targets)) {
+            EXPECT_TRUE(targets.empty());
+            return "none";
+        }
+        std::string keys;
+        for (const CSheetConnectorData* const target : targets)
+            keys += target->key + ';';
+        return keys;
+    }
+    std::string Everything() {
+        std::string all;
+        cache.forEachSheetConnector(
+            [&](const std::string& name, const std::string& label, const CSheetConnectorData& connector) {
+                all += name + ' ' + label + ' ' + connector.key + '\n';
+            });
+        return all;
+    }
+    // Whether the next query collects anew.
+    bool IsStale() {
+        const FaultInjector calls;
+        cache.isSheetConnectorSymbol("", "", "");
+        return calls.Calls("ISnapshot::GetIterBlocks") != 0;
+    }
+
+    ConnectorDesign design;
+    ConnectorSymbols symbols;
+    CSheetConnectorsCache cache;
+};
+
+constexpr const char* KeyC1 = "[1:2:7]";
+constexpr const char* KeyC3A = "10:1:7/[3:2:7]";
+constexpr const char* KeyC2 = "[2:2:7]";
+constexpr const char* KeyC3B = "11:1:7/[3:2:7]";
+
+TEST_F(SheetConnectors, LeadAroundInPageOrder) {
+    struct Case {
+        Index connector;
+        Hierarchy hierarchy;
+        const char* next;
+    };
+    const Case cases[] = {{C1, {}, KeyC3A}, {C3, {A}, KeyC2}, {C2, {}, KeyC3B}, {C3, {B}, KeyC1}};
+    for (const Case& c : cases) {
+        const CSheetConnectorData* next = nullptr;
+        ASSERT_TRUE(Next("NET", c.connector, c.hierarchy, &next));
+        EXPECT_EQ(next->key, c.next);
+    }
+    const CSheetConnectorData* next = nullptr;
+    EXPECT_TRUE(Next("NET", C1, {}, &next));
+    EXPECT_TRUE(next->index == C3 && next->hierarchy == Hierarchy{A});
+    EXPECT_FALSE(Next("ALONE", Alone, {}, &next)) << "stands alone";
+    EXPECT_EQ(next->index, Alone) << "and is told all the same";
+
+    EXPECT_EQ(All("NET", C2, {}), "[1:2:7];10:1:7/[3:2:7];11:1:7/[3:2:7];");
+    EXPECT_EQ(All("NET", C2, {A}), "[1:2:7];10:1:7/[3:2:7];[2:2:7];11:1:7/[3:2:7];") << "an unknown start: all";
+    EXPECT_EQ(All("ALONE", Alone, {}), "");
+    EXPECT_EQ(Everything(),
+              "top ALONE [4:2:7]\ntop NET [1:2:7]\ntop NET 10:1:7/[3:2:7]\ntop NET [2:2:7]\ntop NET 11:1:7/[3:2:7]\n");
+
+    next = nullptr;
+    EXPECT_FALSE(Next("NET", C2, {A}, &next)) << "an unknown start";
+    EXPECT_FALSE(Next("OTHER", C2, {}, &next));
+    EXPECT_FALSE(Next("NET", C2, {}, &next, ""));
+    EXPECT_FALSE(Next("NET", C2, {}, &next, "top/")) << "the last part is empty";
+    EXPECT_FALSE(Next("NET", C2, {}, &next, "leaf")) << "a block that is the root of nothing";
+    EXPECT_FALSE(Next("NET", C2, {}, &next, "top", "res"));
+    EXPECT_EQ(next, nullptr);
+    EXPECT_EQ(
+        All("OTHER", C2, {}) + All("NET", C2, {}, "") + All("NET", C2, {}, "leaf") + All("NET", C2, {}, "top", "res"),
+        "nonenonenonenone");
+    EXPECT_TRUE(cache.isSheetConnectorSymbol("LIB", "off", "1") && cache.isSheetConnectorSymbol("", "bare", "1"));
+    EXPECT_FALSE(cache.isSheetConnectorSymbol("LIB", "res", "1") || cache.isSheetConnectorSymbol("lib", "off", "1"));
+}
+
+TEST_F(SheetConnectors, AreCollectedFromEveryPrintedPageOfEveryDesign) {
+    Index other, config, sheet;
+    Require(design.editor.AddBlock({"other", Orin::EBlockType::Schematic}, other));
+    Require(design.editor.AddConfig({"other", other}, config));
+    Require(design.editor.AddConfig({"leaf", other}, config));  // whose root is another block
+    Require(design.editor.AddGroup(other, {"1"}, sheet));
+    Require(design.editor.SetAttribute(design.SheetOf(1), "ExcludeFromPrintout", "TRUE"));
+    SheetRange::Block block;
+    Require(design.snapshot->GetBlock(block, other));
+    design.AddComp(block, sheet, {.label = "Z", .definition = design.connectorSymbol, .index = Index(7)});
+    EXPECT_TRUE(cache.reloadSheetConnectorsCache());
+    EXPECT_EQ(Everything(), "top NET [1:2:7]\ntop NET 10:1:7/[3:2:7]\n") << "the symbol of no library is another one";
+    design.Connector(block, sheet, "Z", Index(EObjectType::BlockComp, 0xFFFFFF, 0xFFFFFFFF));
+    EXPECT_EQ(Everything(), "other Z [4294967295:16777215:41]\ntop NET [1:2:7]\ntop NET 10:1:7/[3:2:7]\n");
+    Require(design.editor.SetBlockTypes(other, Orin::EBlockType::Drawn));
+    EXPECT_TRUE(cache.reloadSheetConnectorsCache());
+    EXPECT_EQ(Everything(), "top NET [1:2:7]\ntop NET 10:1:7/[3:2:7]\n") << "drawn, but no schematic";
+}
+
+TEST_F(SheetConnectors, AreCollectedAnewAfterWhatChangesThem) {
+    Orin::DesignDb::Editor& edit = design.editor;
+    const auto& top = design.block;
+    Index index, board, net;
+    Require(edit.AddBlock({"board", Orin::EBlockType::Board}, board));
+    Require(edit.AddNet(SheetDesign::IndexOf(top), {"N"}, net));
+    SheetRange::Block boardBlock;
+    Require(design.snapshot->GetBlock(boardBlock, board));
+    struct Case {
+        const char* why;
+        bool stale;
+        std::function<void()> edit;
+    };
+    const Case cases[] = {
+        {"nothing", false, [] {}},
+        {"a connector is added", true, [&] { index = design.Connector(top, design.SheetOf(0), "NET"); }},
+        {"relabelled", true, [&] { Require(edit.SetLabel(index, "OTHER")); }},
+        {"renamed", true, [&] { Require(edit.SetName(index, "name")); }},
+        {"given an attribute", false, [&] { Require(edit.SetAttribute(index, "a", "b")); }},
+        {"taken off its sheet", false, [&] { Require(edit.RemoveMember(design.SheetOf(0), index)); }},
+        {"deleted", true, [&] { Require(edit.DeleteComp(index)); }},
+        {"added and taken back", true,
+         [&] {
+             Require(design.snapshot->BeginTransaction(Orin::ETransactionType::Edit));
+             index = design.Connector(top, design.SheetOf(0), "NET");
+             EXPECT_TRUE(IsStale());
+             EXPECT_FALSE(IsStale());
+             Require(design.snapshot->RollbackTransaction());
+         }},
+        {"added on another thread", true,
+         [&] { std::thread([&] { design.Connector(top, design.SheetOf(0), "NET"); }).join(); }},
+        {"a connector outside of schematics is added", false, [&] { index = design.Connector(boardBlock, {}, "NET"); }},
+        {"relabelled", false, [&] { Require(edit.SetLabel(index, "OTHER")); }},
+        {"a resistor is relabelled", false, [&] { Require(edit.SetLabel(Resistor, "R")); }},
+        {"deleted", false, [&] { Require(edit.DeleteComp(Resistor)); }},
+        {"a net is relabelled", false, [&] { Require(edit.SetLabel(net, "M")); }},
+        {"deleted", false, [&] { Require(edit.DeleteNet(net)); }},
+        {"a sheet is renamed", false, [&] { Require(edit.SetName(design.SheetOf(0), "one")); }},
+        {"a block with connectors is deleted", true,
+         [&] { Require(edit.DeleteBlock(SheetDesign::IndexOf(design.leaf))); }},
+        {"other symbols are connectors", false,
+         [&] {
+             symbols.keys = {"LIB:res.1"};
+             EXPECT_TRUE(cache.reloadSheetConnectorsList(&symbols));
+         }},
+        {"a connector of yesterday is deleted", false, [&] { Require(edit.DeleteComp(C1)); }},
+        {"null keeps the symbols", false, [&] { EXPECT_TRUE(cache.reloadSheetConnectorsList(nullptr)); }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        c.edit();
+        EXPECT_EQ(IsStale(), c.stale);
+        EXPECT_FALSE(IsStale());
+    }
+    EXPECT_TRUE(cache.isSheetConnectorSymbol("LIB", "res", "1"));
+}
+
+TEST_F(SheetConnectors, AreThoseOfTheAttachedDesignAlone) {
+    const std::string collected = Everything();
+    cache.detachObserver();
+    Require(design.editor.DeleteComp(C1));
+    EXPECT_EQ(Everything(), collected) << "what was collected still answers";
+    EXPECT_FALSE(cache.reloadSheetConnectorsCache());
+    EXPECT_EQ(Everything(), collected);
+
+    ConnectorDesign second;
+    Require(second.editor.DeleteComp(C2));
+    cache.attachObserver(second.snapshot);
+    EXPECT_EQ(All("NET", C1, {}), "10:1:7/[3:2:7];11:1:7/[3:2:7];");
+    Require(design.editor.DeleteComp(C2));
+    EXPECT_FALSE(IsStale()) << "a design that was detached";
+    Require(second.editor.DeleteComp(Alone));
+    EXPECT_TRUE(IsStale());
+
+    for (const char* const operation : {"ISnapshot::GetInfo", "OrinPI::GetSnapshotByName", "ISnapshot::GetUIDManager",
+                                        "ISnapshot::AddEventObserver"}) {
+        SCOPED_TRACE(operation);
+        {
+            FaultInjector faults;
+            faults.Inject({operation});
+            cache.attachObserver(second.snapshot);
+            EXPECT_EQ(faults.Failed(), 1U);
+        }
+        EXPECT_FALSE(cache.reloadSheetConnectorsCache());
+        EXPECT_EQ(Everything(), "");
+    }
+    cache.attachObserver({});
+    EXPECT_FALSE(cache.reloadSheetConnectorsCache());
+
+    cache.attachObserver(second.snapshot);
+    {
+        FaultInjector faults;
+        faults.Inject({.operation = "ISnapshot::GetIterBlocks"});
+        EXPECT_EQ(Everything(), "") << "cannot be read";
+    }
+    EXPECT_NE(Everything(), "") << "and stays stale";
+    {
+        CSheetConnectorsCache gone;
+        gone.attachObserver(second.snapshot);
+    }
+    Require(second.editor.DeleteComp(C1));  // would call what is gone
+}
+
+}  // namespace
+}  // namespace Quill::Testing
