@@ -8,6 +8,7 @@
 #include "orin/design_objects.h"
 #include "orin/uid_manager.h"
 #include "pages/composite_order_supplier.h"
+#include "pages/detail/child_order.h"
 #include "pages/detail/page_tree.h"
 #include "pages/detail/place_names.h"
 #include "pages/page_number_supplier.h"
@@ -73,37 +74,6 @@ std::vector<Sheet> ListSheets(const Block& block) {
 bool IsExcludedBySheet(const Orin::IGroup& sheet) {
     Orin::String value;
     return sheet.GetAttribute(ExcludedAttribute, value) && Text::EqualNoCase(value.View(), "TRUE");
-}
-
-template <class Supplier>
-std::unique_ptr<CompositeOrderSupplier> Make(PageObjects& objects, bool ascending) {
-    return std::make_unique<Supplier>(objects, ascending);
-}
-
-struct ChildOrder {
-    ECompAlgorithm algorithm;
-    std::unique_ptr<CompositeOrderSupplier> (*make)(PageObjects& objects, bool ascending);
-    bool ascending;
-};
-
-// Those that are not listed descend in database order.
-constexpr ChildOrder ChildOrders[] = {
-    {ECompAlgorithm::Custom, Make<CustomOrderSupplier>, true},
-    {ECompAlgorithm::Name, Make<NameOrderSupplier>, true},
-    {ECompAlgorithm::Symbol, Make<SymbolOrderSupplier>, true},
-    {ECompAlgorithm::Label, Make<NameOrderSupplier>, true},
-    {ECompAlgorithm::RefDes, Make<RefDefOrderSupplier>, true},
-    {ECompAlgorithm::CustomDescending, Make<CustomOrderSupplier>, false},
-    {ECompAlgorithm::NameDescending, Make<NameOrderSupplier>, false},
-    {ECompAlgorithm::SymbolDescending, Make<SymbolOrderSupplier>, false},
-    {ECompAlgorithm::LabelDescending, Make<NameOrderSupplier>, false},
-    {ECompAlgorithm::RefDesDescending, Make<RefDefOrderSupplier>, false},
-};
-
-std::unique_ptr<CompositeOrderSupplier> MakeChildOrder(ECompAlgorithm algorithm, PageObjects& objects) {
-    for (const ChildOrder& order : ChildOrders)
-        if (order.algorithm == algorithm) return order.make(objects, order.ascending);
-    return std::make_unique<DefaultOrderSupplier>(objects);
 }
 
 PageObjects ObjectsOf(const Snapshot& snapshot) {
@@ -220,7 +190,7 @@ void PageTraverser::Impl::SetAlgorithm(EAlgorithm algorithm, ECompAlgorithm chil
         m_numbers = std::move(printOrders);
         m_holder = std::make_unique<RandomPageHolder>();
     }
-    m_childOrder = MakeChildOrder(childOrder, m_objects);
+    m_childOrder = detail::MakeChildOrder(childOrder, m_objects);
     m_defaultOrder = std::make_unique<DefaultOrderSupplier>(m_objects);
 }
 
