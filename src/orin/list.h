@@ -1,10 +1,14 @@
 // Lists of plain records.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
+#include <new>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -43,10 +47,8 @@ public:
     using ConstIterator = IteratorOf<const E>;
 
     ListT() noexcept = default;
-    ListT(std::initializer_list<E> records) : ListT(std::vector<E>(records)) {}
-    explicit ListT(std::vector<E> records) {
-        if (!records.empty()) m_rep = new Rep{{1}, std::move(records)};
-    }
+    ListT(std::initializer_list<E> records) : m_rep(Copied(records.begin(), records.size(), records.size())) {}
+    explicit ListT(const std::vector<E>& records) : m_rep(Copied(records.data(), records.size(), records.size())) {}
     ListT(const ListT& other) noexcept : m_rep(other.m_rep) {
         if (m_rep != nullptr) m_rep->references.fetch_add(1, std::memory_order_relaxed);
     }
@@ -57,35 +59,48 @@ public:
     }
     ~ListT() { Drop(m_rep); }
 
-    unsigned Count() const noexcept { return m_rep != nullptr ? static_cast<unsigned>(m_rep->records.size()) : 0; }
+    unsigned Count() const noexcept { return m_rep != nullptr ? m_rep->count : 0; }
     bool IsEmpty() const noexcept { return Count() == 0; }
 
     // The first record of a list that is not empty.
-    E& Front() { return Own().front(); }
-    const E& Front() const noexcept { return m_rep->records.front(); }
+    E& Front() { return Own(Count())[0]; }
+    const E& Front() const noexcept { return begin()[0]; }
 
-    const E& operator[](std::size_t position) const noexcept { return m_rep->records[position]; }
+    const E& operator[](std::size_t position) const noexcept { return begin()[position]; }
 
     Iterator GetIterator() {
         if (IsEmpty()) return {};
-        std::vector<E>& records = Own();
-        return {records.data(), records.data() + records.size()};
+        E* const records = Own(Count());
+        return {records, records + Count()};
     }
     ConstIterator GetIterator() const noexcept { return {begin(), end()}; }
 
-    const E* begin() const noexcept { return m_rep != nullptr ? m_rep->records.data() : nullptr; }
+    const E* begin() const noexcept { return m_rep != nullptr ? RecordsOf(m_rep) : nullptr; }
     const E* end() const noexcept { return begin() + Count(); }
 
-    void Append(E record) { Own().push_back(std::move(record)); }
+    // Where memory for a change is wanting, std::bad_alloc is thrown and the list is as it was.
+    void Append(E record) { Insert(Count(), std::move(record)); }
     void Insert(std::size_t position, E record) {
-        std::vector<E>& records = Own();
-        records.insert(records.begin() + static_cast<std::ptrdiff_t>(position), std::move(record));
+        const unsigned count = Count();
+        E* const records = Own(std::size_t{count} + 1);
+        if (position == count) {
+            ::new (static_cast<void*>(records + count)) E(std::move(record));
+        } else {
+            ::new (static_cast<void*>(records + count)) E(std::move(records[count - 1]));
+            std::move_backward(records + position, records + count - 1, records + count);
+            records[position] = std::move(record);
+        }
+        ++m_rep->count;
     }
     void Erase(std::size_t position) {
-        std::vector<E>& records = Own();
-        records.erase(records.begin() + static_cast<std::ptrdiff_t>(position));
+        E* const records = Own(Count());
+        std::move(records + position + 1, records + Count(), records + position);
+        --m_rep->count;
+        std::destroy_at(records + m_rep->count);
     }
-    void Reserve(std::size_t count) { Own().reserve(count); }
+    void Reserve(std::size_t count) {
+        if (count > Count()) Own(count);
+    }
     void Clear() noexcept { Drop(std::exchange(m_rep, nullptr)); }
 
     friend bool operator==(const ListT& a, const ListT& b) {
@@ -97,24 +112,59 @@ public:
     }
 
 private:
+    // Stands in front of the records, so that one look leads to them.
     struct Rep {
         std::atomic<std::uint32_t> references;
-        std::vector<E> records;
+        std::uint32_t count;
+        std::size_t capacity;
     };
 
-    static void Drop(Rep* rep) noexcept {
-        if (rep != nullptr && rep->references.fetch_sub(1, std::memory_order_acq_rel) == 1) delete rep;
+    static E* RecordsOf(Rep* rep) noexcept {
+        constexpr std::size_t offset = (sizeof(Rep) + alignof(E) - 1) / alignof(E) * alignof(E);
+        return reinterpret_cast<E*>(reinterpret_cast<std::byte*>(rep) + offset);
     }
 
-    // The records, shared with no other list.
-    std::vector<E>& Own() {
+    static Rep* Make(std::size_t capacity) {
+        static_assert(alignof(E) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__ && std::is_nothrow_move_constructible_v<E>);
+        constexpr std::size_t offset = (sizeof(Rep) + alignof(E) - 1) / alignof(E) * alignof(E);
+        return ::new (::operator new(offset + capacity * sizeof(E))) Rep{{1}, 0, capacity};
+    }
+
+    // Null for no records and no room.
+    static Rep* Copied(const E* records, std::size_t count, std::size_t capacity) {
+        if (capacity == 0) return nullptr;
+        Rep* const rep = Make(capacity);
+        try {
+            std::uninitialized_copy_n(records, count, RecordsOf(rep));
+        } catch (...) {
+            Drop(rep);
+            throw;
+        }
+        rep->count = static_cast<std::uint32_t>(count);
+        return rep;
+    }
+
+    static void Drop(Rep* rep) noexcept {
+        if (rep == nullptr || rep->references.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+        std::destroy_n(RecordsOf(rep), rep->count);
+        rep->~Rep();
+        ::operator delete(rep);
+    }
+
+    // The records, shared with no other list, with room for so many.
+    E* Own(std::size_t room) {
         if (m_rep == nullptr) {
-            m_rep = new Rep{{1}, {}};
+            m_rep = Copied(nullptr, 0, room);
         } else if (m_rep->references.load(std::memory_order_acquire) != 1) {
-            Rep* const own = new Rep{{1}, m_rep->records};
+            Drop(std::exchange(m_rep,
+                               Copied(RecordsOf(m_rep), m_rep->count, std::max<std::size_t>(room, m_rep->count))));
+        } else if (m_rep->capacity < room) {
+            Rep* const own = Make(std::max(room, 2 * m_rep->capacity));
+            std::uninitialized_move_n(RecordsOf(m_rep), m_rep->count, RecordsOf(own));
+            own->count = m_rep->count;
             Drop(std::exchange(m_rep, own));
         }
-        return m_rep->records;
+        return RecordsOf(m_rep);
     }
 
     Rep* m_rep = nullptr;
