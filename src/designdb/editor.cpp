@@ -153,7 +153,7 @@ Result Editor::AddPin(const Index& comp, const PinSpec& spec, Index& pin) {
         record.comp = owner;
         record.label = spec.label;
         edit.Do().Put(place->first, std::move(record));
-        edit.Do().Set(owner, &CompRecord::pins, With(edit.Now().Find<CompRecord>(owner)->pins, place->first));
+        edit.Do().InsertAt(owner, &CompRecord::pins, edit.Now().Find<CompRecord>(owner)->pins.Count(), place->first);
         return {};
     });
     if (result) pin = place->second;

@@ -189,7 +189,9 @@ public:
             // A block that stands above itself would make the hierarchy endless.
             if (graph.Find<BlockRecord>(below) == nullptr || IsOnPath(graph, m_place, below))
                 return EErrorCode::NotInHierarchy;
-            child = ContainerT<const IPath>(MakePath(m_session, m_session->Project().paths.Child(m_place, slot)));
+            const PathNode& place = m_session->Project().paths.Child(m_place, slot);
+            place.knownUnder.store(graph.Structure(), std::memory_order_relaxed);
+            child = ContainerT<const IPath>(MakePath(m_session, place));
             return {};
         });
     }

@@ -1,5 +1,6 @@
 #include "designdb/detail/change.h"
 
+#include <algorithm>
 #include <thread>
 
 namespace Orin::DesignDb {
@@ -60,6 +61,40 @@ void MemberStep::Apply(Graph& graph) {
     ChunkedSequence<std::uint64_t>& members = graph.Of<GroupRecord>().Write(m_group).members;
     m_insert ? members.Insert(m_position, m_member) : members.Erase(m_position);
     m_insert = !m_insert;
+}
+
+void AttributeChange::ApplyTo(ListAttribute& list) {
+    const std::size_t position = AttributePosition(list, m_attribute.name.View(), m_attribute.type);
+    const bool isThere = FindAttribute(list, m_attribute.name.View(), m_attribute.type) != nullptr;
+    if (!m_present) {
+        String value = list[position].value;
+        list.Erase(position);
+        std::swap(m_attribute.value, value);
+        m_present = true;
+    } else if (isThere) {
+        std::swap((&list.Front())[position].value, m_attribute.value);
+    } else {
+        list.Insert(position, m_attribute);
+        m_present = false;
+    }
+}
+
+void OccurrenceStep::Apply(Graph& graph) {
+    ListT<OccurrenceAttributes>& all = graph.Of<CompRecord>().Write(m_comp).occurrences;
+    const OccurrenceAttributes* const place = std::lower_bound(
+        all.begin(), all.end(), m_path, [](const OccurrenceAttributes& o, Slot wanted) { return o.path < wanted; });
+    const std::size_t position = static_cast<std::size_t>(place - all.begin());
+    const bool isThere = place != all.end() && place->path == m_path;
+    if (isThere && !m_attributes.IsEmpty()) {
+        std::swap((&all.Front())[position].attributes, m_attributes);
+    } else if (isThere) {
+        ListAttribute before = place->attributes;
+        all.Erase(position);
+        m_attributes = std::move(before);
+    } else if (!m_attributes.IsEmpty()) {
+        all.Insert(position, {m_path, m_attributes});
+        m_attributes = {};
+    }
 }
 
 Change::~Change() {

@@ -170,6 +170,64 @@ private:
     std::uint64_t m_member;
 };
 
+// Enters a value into a list of a record at a position, and takes it out. The list itself is not copied, so that a long
+// one may grow within a transaction at the cost of its growth.
+template <class Record, class Value>
+class ListStep final : public UndoStep {
+public:
+    ListStep(Slot slot, ListT<Value> Record::*field, std::size_t position, Value value, bool insert)
+        : m_slot(slot), m_insert(insert), m_field(field), m_position(position), m_value(value) {}
+    void Apply(Graph& graph) override {
+        ListT<Value>& list = graph.Of<Record>().Write(m_slot).*m_field;
+        m_insert ? list.Insert(m_position, m_value) : list.Erase(m_position);
+        m_insert = !m_insert;
+    }
+
+private:
+    Slot m_slot;
+    bool m_insert;
+    ListT<Value> Record::*m_field;
+    std::size_t m_position;
+    Value m_value;
+};
+
+// Sets or removes one attribute of a list; what it was before takes the place of what it is to be.
+class AttributeChange {
+public:
+    // Removes when `present` is false; the attribute is there then.
+    AttributeChange(Attribute attribute, bool present) : m_attribute(std::move(attribute)), m_present(present) {}
+    void ApplyTo(ListAttribute& list);
+
+private:
+    Attribute m_attribute;
+    bool m_present;
+};
+
+template <class Record>
+class AttributeStep final : public UndoStep {
+public:
+    AttributeStep(Slot slot, Attribute attribute, bool present)
+        : m_slot(slot), m_change(std::move(attribute), present) {}
+    void Apply(Graph& graph) override { m_change.ApplyTo(graph.Of<Record>().Write(m_slot).attributes); }
+
+private:
+    Slot m_slot;
+    AttributeChange m_change;
+};
+
+// Exchanges all attributes that a component has at one place of the hierarchy; none is no entry in its list.
+class OccurrenceStep final : public UndoStep {
+public:
+    OccurrenceStep(Slot comp, Slot path, ListAttribute attributes)
+        : m_comp(comp), m_path(path), m_attributes(std::move(attributes)) {}
+    void Apply(Graph& graph) override;
+
+private:
+    Slot m_comp;
+    Slot m_path;
+    ListAttribute m_attributes;
+};
+
 // Exchanges the attributes of the design as a whole.
 class DesignAttributesStep final : public UndoStep {
 public:
@@ -229,6 +287,24 @@ public:
     }
     void EraseMember(Slot group, std::size_t position, std::uint64_t member) {
         m_log.Do<MemberStep>(m_graph, group, position, member, false);
+    }
+    template <class Record, class Value>
+    void InsertAt(Slot slot, ListT<Value> Record::*field, std::size_t position,
+                  const std::type_identity_t<Value>& value) {
+        m_log.Do<ListStep<Record, Value>>(m_graph, slot, field, position, value, true);
+    }
+    template <class Record, class Value>
+    void EraseAt(Slot slot, ListT<Value> Record::*field, std::size_t position) {
+        const Value value = (m_graph.Find<Record>(slot)->*field)[position];
+        m_log.Do<ListStep<Record, Value>>(m_graph, slot, field, position, value, false);
+    }
+    // Sets the attribute, or removes it when `present` is false.
+    template <class Record>
+    void ChangeAttribute(Slot slot, Attribute attribute, bool present) {
+        m_log.Do<AttributeStep<Record>>(m_graph, slot, std::move(attribute), present);
+    }
+    void SetOccurrence(Slot comp, Slot path, ListAttribute attributes) {
+        m_log.Do<OccurrenceStep>(m_graph, comp, path, std::move(attributes));
     }
     void SetDesignAttributes(ListAttribute attributes) {
         m_log.Do<DesignAttributesStep>(m_graph, std::move(attributes));

@@ -57,10 +57,4 @@ ListT<T> Without(ListT<T> list, const T& value) {
     return list;
 }
 
-template <class T>
-ListT<T> With(ListT<T> list, T value) {
-    list.Append(std::move(value));
-    return list;
-}
-
 }  // namespace Orin::DesignDb

@@ -33,31 +33,18 @@ const ListAttribute* AttributesOf(const Graph& graph, const Bearer& bearer) {
     });
 }
 
-ListT<OccurrenceAttributes> WithOccurrence(ListT<OccurrenceAttributes> all, Slot path, ListAttribute attributes) {
-    const OccurrenceAttributes* const place = std::lower_bound(
-        all.begin(), all.end(), path, [](const OccurrenceAttributes& o, Slot wanted) { return o.path < wanted; });
-    const std::size_t position = static_cast<std::size_t>(place - all.begin());
-    const bool present = place != all.end() && place->path == path;
-    if (attributes.IsEmpty()) {
-        if (present) all.Erase(position);
-    } else if (present) {
-        (&all.Front())[position].attributes = std::move(attributes);
-    } else {
-        all.Insert(position, {path, std::move(attributes)});
-    }
-    return all;
-}
-
-void Exchange(Edit& edit, const Bearer& bearer, ListAttribute attributes) {
-    const Graph& graph = edit.Now();
+// Sets the attribute, or removes it when `present` is false. `all` is the list that bears it.
+void Exchange(Edit& edit, const Bearer& bearer, const ListAttribute& all, Attribute attribute, bool present) {
     const Slot slot = bearer.at.slot;
-    if (bearer.at.kind == EObjectType::Snapshot) return edit.Do().SetDesignAttributes(std::move(attributes));
-    if (bearer.path != 0)
-        return edit.Do().Set(
-            slot, &CompRecord::occurrences,
-            WithOccurrence(graph.Find<CompRecord>(slot)->occurrences, bearer.path, std::move(attributes)));
-    VisitRecord(graph, bearer.at, 0, [&]<class Record>(const Record& record) {
-        if constexpr (requires { record.attributes; }) edit.Do().Set(slot, &Record::attributes, std::move(attributes));
+    if (bearer.at.kind == EObjectType::Snapshot || bearer.path != 0) {
+        ListAttribute changed = present ? WithAttribute(all, attribute.name, attribute.value, attribute.type)
+                                        : WithoutAttribute(all, attribute.name.View(), attribute.type);
+        if (bearer.path != 0) return edit.Do().SetOccurrence(slot, bearer.path, std::move(changed));
+        return edit.Do().SetDesignAttributes(std::move(changed));
+    }
+    VisitRecord(edit.Now(), bearer.at, 0, [&]<class Record>(const Record& record) {
+        if constexpr (requires { record.attributes; })
+            edit.Do().ChangeAttribute<Record>(slot, std::move(attribute), present);
         return 0;
     });
 }
@@ -79,7 +66,7 @@ Result Set(Session& session, Edit& edit, const Bearer& bearer, const String& nam
     const Attribute* const before = FindAttribute(*attributes, name.View(), type);
     if (!edit.Begin(Event::SetAttribute(IndexOf(session, edit.Now(), bearer), name, value, type, before))) return {};
     const String shared = before != nullptr ? before->name : session.snapshot->attributeNames.Shared(name);
-    Exchange(edit, bearer, WithAttribute(*attributes, shared, value, type));
+    Exchange(edit, bearer, *attributes, {shared, value, type}, true);
     return {};
 }
 
@@ -92,7 +79,7 @@ Result Remove(Session& session, Edit& edit, const Bearer& bearer, const String& 
     const Attribute* const before = FindAttribute(*attributes, name.View(), type);
     if (before == nullptr) return EErrorCode::AttributeNotFound;
     if (!edit.Begin(Event::RemoveAttribute(IndexOf(session, edit.Now(), bearer), name, type, before->value))) return {};
-    Exchange(edit, bearer, WithoutAttribute(*attributes, name.View(), type));
+    Exchange(edit, bearer, *attributes, {before->name, before->value, type}, false);
     return {};
 }
 

@@ -1,5 +1,7 @@
 // Deletions. An object that contains others is emptied first, in a series of edits that happens as a whole; each edit
 // is announced by itself, contents before what contains them.
+#include <algorithm>
+
 #include "designdb/detail/editing.h"
 
 namespace Orin::DesignDb {
@@ -45,13 +47,10 @@ Result DeletePiece(Edit& edit, Slot slot) {
     const Slot net = piece.net;
     const Slot view = piece.view;
     if (!edit.Begin(Event::Delete(graph.Find<NetRecord>(net)->index, piece.index, EEventsDelete::NetQuill))) return {};
-    ListT<NetPiece> pieces = graph.Find<NetRecord>(net)->pieces;
-    for (unsigned i = 0; i < pieces.Count(); ++i) {
-        if (pieces[i].piece != slot) continue;
-        pieces.Erase(i);
-        break;
-    }
-    edit.Do().Set(net, &NetRecord::pieces, std::move(pieces));
+    const ListT<NetPiece>& pieces = graph.Find<NetRecord>(net)->pieces;
+    const NetPiece* const own =
+        std::find_if(pieces.begin(), pieces.end(), [slot](const NetPiece& other) { return other.piece == slot; });
+    edit.Do().EraseAt(net, &NetRecord::pieces, static_cast<std::size_t>(own - pieces.begin()));
     edit.Do().Leave<ViewRecord>(
         view, [](ViewRecord& r) -> SlotSet& { return r.pieces; }, slot);
     edit.Do().Take<PieceRecord>(slot);
@@ -109,7 +108,9 @@ Result DeletePin(Edit& edit, Slot slot) {
     if (net != 0)
         edit.Do().Leave<NetRecord>(
             net, [](NetRecord& r) -> SlotSet& { return r.pins; }, slot);
-    edit.Do().Set(comp, &CompRecord::pins, Without(graph.Find<CompRecord>(comp)->pins, slot));
+    const ListT<Slot>& pins = graph.Find<CompRecord>(comp)->pins;
+    const std::size_t position = static_cast<std::size_t>(std::find(pins.begin(), pins.end(), slot) - pins.begin());
+    edit.Do().EraseAt(comp, &CompRecord::pins, position);
     edit.Do().Take<PinRecord>(slot);
     return {};
 }

@@ -254,13 +254,13 @@ Result Editor::AddNetQuill(const Index& view, const Index& net, const NetDataQui
         if (Result r = edit.Reserve<PieceRecord>(place, index); !r) return r;
         if (!edit.Begin(Event::Add(net, place->second, EEventsAdd::NetQuill))) return {};
         const Slot viewSlot = RecordOf(edit, on);
-        ListT<NetPiece> pieces = edit.Now().Find<NetRecord>(netSlot)->pieces;
+        const ListT<NetPiece>& pieces = edit.Now().Find<NetRecord>(netSlot)->pieces;
         const NetPiece* const behind =
             std::upper_bound(pieces.begin(), pieces.end(), viewSlot,
                              [](Slot wanted, const NetPiece& other) { return wanted < other.view; });
-        pieces.Insert(static_cast<std::size_t>(behind - pieces.begin()), {viewSlot, place->first});
+        const std::size_t position = static_cast<std::size_t>(behind - pieces.begin());
         edit.Do().Put(place->first, PieceRecord{place->second, netSlot, viewSlot, data});
-        edit.Do().Set(netSlot, &NetRecord::pieces, std::move(pieces));
+        edit.Do().InsertAt(netSlot, &NetRecord::pieces, position, {viewSlot, place->first});
         edit.Do().Enter<ViewRecord>(
             viewSlot, [](ViewRecord& r) -> SlotSet& { return r.pieces; }, place->first);
         return {};

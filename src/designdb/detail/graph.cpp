@@ -30,6 +30,11 @@ ForeignIndexes::Shard& ForeignIndexes::Own(std::size_t at) {
     return *shard;
 }
 
+std::uint64_t Graph::NextStructure() noexcept {
+    static std::atomic<std::uint64_t> s_last{0};
+    return s_last.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
 Location Graph::Locate(const Index& index) const noexcept {
     if (index.Middle() == 0) {
         EObjectType kind = index.GetType();

@@ -55,10 +55,18 @@ public:
     const Table<Record>& Of() const noexcept {
         return std::get<Table<Record>>(m_tables);
     }
+    // For writing.
     template <class Record>
     Table<Record>& Of() noexcept {
+        if constexpr (Record::Kind == EObjectType::Block || Record::Kind == EObjectType::Comp ||
+                      Record::Kind == EObjectType::Config)
+            m_structure = NextStructure();
         return std::get<Table<Record>>(m_tables);
     }
+
+    // Changes whenever what places of the hierarchy depend on may have changed. No two graphs that differ there have
+    // the same value, so what was found out under a value holds as long as the value does.
+    std::uint64_t Structure() const noexcept { return m_structure; }
 
     template <class Record>
     const Record* Find(Slot slot) const noexcept {
@@ -123,6 +131,8 @@ private:
     // grow without bound.
     static constexpr Slot LargestGap = 1U << 20;
 
+    static std::uint64_t NextStructure() noexcept;
+
     template <class Record>
     static constexpr bool IsOwnType(EObjectType type) noexcept {
         return type == Record::Kind || (Record::Kind == EObjectType::BlockView && type == EObjectType::CompView);
@@ -133,6 +143,7 @@ private:
                Table<RectRecord>, Table<ArcRecord>, Table<CircleRecord>, Table<TextRecord>>
         m_tables;
     ForeignIndexes m_foreign;
+    std::uint64_t m_structure = NextStructure();
 };
 
 // Calls visit(record) for the record at a location, with its own type; `missing` is the answer when there is none.

@@ -22,8 +22,11 @@ const PathNode& PathTable::Node(const PathNode* parent, Slot below) {
     if (!added) return *entry->second;
     try {
         const Slot slot = static_cast<Slot>(m_nodes.size() + 1);
-        m_nodes.push_back(parent != nullptr ? PathNode{slot, parent, below, parent->config, parent->depth + 1}
-                                            : PathNode{slot, nullptr, 0, below, 0});
+        if (parent != nullptr) {
+            m_nodes.emplace_back(slot, parent, below, parent->config, parent->depth + 1);
+        } else {
+            m_nodes.emplace_back(slot, nullptr, 0, below, 0);
+        }
     } catch (...) {
         m_byPlace.erase(entry);
         throw;
@@ -44,14 +47,20 @@ Slot BlockAt(const Graph& graph, const PathNode& place) noexcept {
 }
 
 bool Exists(const Graph& graph, const PathNode& place) noexcept {
-    for (const PathNode* node = &place; node != nullptr; node = node->parent) {
+    const auto isKnown = [&graph](const PathNode& node) {
+        return node.knownUnder.load(std::memory_order_relaxed) == graph.Structure();
+    };
+    if (isKnown(place)) return true;
+    for (const PathNode* node = &place; !isKnown(*node); node = node->parent) {
         if (BlockAt(graph, *node) == 0) return false;
-        if (node->parent == nullptr) continue;
+        if (node->parent == nullptr) break;
         if (graph.Find<CompRecord>(node->comp)->block != BlockAt(graph, *node->parent)) return false;
     }
     // Above the last block all are those that their components are of, which never change; only the last may have been
     // exchanged for one that stands above.
-    return place.parent == nullptr || !IsOnPath(graph, *place.parent, BlockAt(graph, place));
+    if (place.parent != nullptr && IsOnPath(graph, *place.parent, BlockAt(graph, place))) return false;
+    place.knownUnder.store(graph.Structure(), std::memory_order_relaxed);
+    return true;
 }
 
 bool IsOnPath(const Graph& graph, const PathNode& place, Slot block) noexcept {

@@ -1,6 +1,7 @@
 // The places of the hierarchy that anybody has asked for.
 #pragma once
 
+#include <atomic>
 #include <deque>
 #include <unordered_map>
 
@@ -9,14 +10,21 @@
 
 namespace Orin::DesignDb {
 
-// One place: a configuration's root, or below a component of the place above. Nodes never change and live as long as
-// the project. What stands at the place is asked of a snapshot's graph.
+// One place: a configuration's root, or below a component of the place above. Nodes live as long as the project and,
+// but for what is remembered of the last look, never change. What stands at the place is asked of a snapshot's graph.
 struct PathNode {
-    Slot slot = 0;
-    const PathNode* parent = nullptr;  // null at a root
-    Slot comp = 0;                     // the component on the way down; at a root 0
-    Slot config = 0;
-    unsigned depth = 0;
+    PathNode(Slot ownSlot, const PathNode* above, Slot way, Slot root, unsigned levels) noexcept
+        : slot(ownSlot), parent(above), comp(way), config(root), depth(levels) {}
+
+    const Slot slot;
+    const PathNode* const parent;  // null at a root
+    const Slot comp;               // the component on the way down; at a root 0
+    const Slot config;
+    const unsigned depth;
+
+    // The structure under which the place was last found to exist. A place is asked for many times between two edits,
+    // and looking at the whole way down each time would make deep hierarchies slow.
+    mutable std::atomic<std::uint64_t> knownUnder{0};
 
     Index GetIndex() const noexcept { return Index(EObjectType::Path, 0, slot); }
 };
