@@ -60,7 +60,8 @@ struct ConfigSpec {
 // An edit stands alone or belongs to the client's transaction, needs no lock of the client's own, and either happens as
 // a whole or changes nothing:
 //   ObjectNotFound   an index that names no living object of the kind that the operation works on
-//   AccessDenied     another client holds the object or what contains it, or a transaction on the snapshot
+//   AccessDenied     another client holds the object or what contains it, or a transaction on the snapshot; or another
+//                    thread, of whatever client, is deleting
 //   InvalidArgument  the objects do not go together (a pin of another block's component, a group as its own owner)
 //   NotConnected     the client was closed, or the editor never opened
 //   OutOfMemory

@@ -11,7 +11,7 @@ EditSeries::EditSeries(Session& session) : m_session(session) {
     m_begun = MayEdit(session);
     if (!m_begun) return;
     m_open = true;
-    ++snapshot.series;
+    if (snapshot.series++ == 0) snapshot.seriesThread = std::this_thread::get_id();
     m_mark = snapshot.log.Top();
     m_own = snapshot.transactionOwner == nullptr;
     if (m_own) {

@@ -4,6 +4,7 @@
 #include <mutex>
 #include <new>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include "designdb/detail/observation.h"
@@ -65,6 +66,9 @@ private:
 inline Result MayEdit(const Session& session) {
     if (session.client->IsClosed()) return EErrorCode::NotConnected;
     if (session.snapshot->reverting) return EErrorCode::AccessDenied;
+    // A series that fails takes back all since it began, so the client's other threads have to keep out as well.
+    if (session.snapshot->series != 0 && session.snapshot->seriesThread != std::this_thread::get_id())
+        return EErrorCode::AccessDenied;
     const Client* const owner = session.snapshot->transactionOwner;
     return owner == nullptr || owner == session.client.Get() ? Result() : Result(EErrorCode::AccessDenied);
 }

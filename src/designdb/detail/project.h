@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <string_view>
+#include <thread>
 #include <unordered_map>
 #include <vector>
 
@@ -53,7 +54,8 @@ public:
     const Client* transactionOwner = nullptr;
     bool transactionIsSeries = false;  // it only holds a series of edits together, and the owner does not know of it
     bool reverting = false;            // nobody may edit while edits are being taken back
-    unsigned series = 0;               // that are open; the transaction cannot end meanwhile
+    unsigned series = 0;               // that are open, in one another; the transaction cannot end meanwhile
+    std::thread::id seriesThread;      // that they run on
     UndoLog log;                       // the steps of the transaction; between edits empty when there is none
     NameTable attributeNames;
     LockTable locks;
