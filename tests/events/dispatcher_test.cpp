@@ -1,3 +1,4 @@
+#include <atomic>
 #include <functional>
 #include <stdexcept>
 
@@ -316,6 +317,45 @@ TEST_F(EventDispatcher, ClientCallbacksAreDeferredAndRemovedLikeEvents) {
     EXPECT_EQ(observer.log.size(), 2U);
     EXPECT_TRUE(snapshot->RemoveEventObserver(&thrower));
     EXPECT_TRUE(client->RemoveClientObserver(Dispatcher().GetClientObserver()));
+}
+
+TEST_F(EventDispatcher, NothingIsLostWhileThreadsEditAndTheOwnerDrains) {
+    constexpr unsigned Threads = 4;
+    constexpr unsigned Edits = 300;
+    // Each thread adds nets to a block of its own, labelled by thread and number.
+    struct Order : EventObserverEx {
+        std::vector<std::string> labels[Threads];
+        void OnAddNet(Index, Index, const std::string& label) override {
+            labels[static_cast<std::size_t>(label[0] - '0')].push_back(label.substr(2));
+        }
+    } observer;
+    Dispatcher().AddEventObserverEx(&snapshot, &observer, "", 0);
+    std::atomic<unsigned> running{Threads};
+    std::vector<std::thread> threads;
+    for (unsigned thread = 0; thread < Threads; ++thread)
+        threads.emplace_back([&, thread] {
+            const std::string name = std::to_string(thread);
+            const std::unique_ptr<Orin::OrinPI> own = database.Connect(name.c_str());
+            Orin::ContainerT<const Orin::ISnapshot> seen;
+            Orin::DesignDb::Editor ownEditor;
+            Index home, net;
+            EXPECT_TRUE(own->GetSnapshotByName(seen, "QUILL") && Orin::DesignDb::Editor::Open(ownEditor, seen));
+            EXPECT_TRUE(ownEditor.AddBlock({name.c_str()}, home));
+            for (unsigned edit = 0; edit < Edits; ++edit)
+                EXPECT_TRUE(ownEditor.AddNet(home, {(name + " " + std::to_string(edit)).c_str()}, net));
+            --running;
+        });
+    while (running != 0)
+        Dispatcher().DispatchEvents();
+    for (std::thread& thread : threads)
+        thread.join();
+    Dispatcher().DispatchEvents();
+    std::vector<std::string> want;
+    for (unsigned edit = 0; edit < Edits; ++edit)
+        want.push_back(std::to_string(edit));
+    for (const std::vector<std::string>& labels : observer.labels)
+        EXPECT_EQ(labels, want);
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
 }
 
 TEST_F(EventDispatcher, TheServiceReachesTheDispatcher) {

@@ -93,7 +93,7 @@ private:
     OrinUtils::Mutex* m_mutex;
     Quill::Platform::ThreadId m_owner;
     std::string m_label;  // told apart in a debugger; nothing else depends on it, nor on the number
-    int m_number;
+    [[maybe_unused]] int m_number;
     bool m_alwaysDirect;
     WrapperUse m_use;
 };

@@ -26,7 +26,8 @@ public:
 private:
     int Depth() const noexcept { return m_depth.load(std::memory_order_relaxed); }
 
-    // One thread counts, so that plain loads and stores do: a callback pays for no atomic exchange.
+    // One thread counts, as the dispatcher makes no wrapper that always calls directly; so plain loads and stores do,
+    // and a callback pays for no atomic exchange.
     std::atomic<int> m_depth{0};
     bool m_released = false;
 };
