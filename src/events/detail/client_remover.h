@@ -1,0 +1,31 @@
+// The last item of an observer that was taken out.
+#pragma once
+
+#include <algorithm>
+#include <list>
+
+#include "events/notification.h"
+
+namespace NQuillUtils::NEvents {
+
+// Everything queued for the observer stands before this item and is passed over, because the observer is on the list of
+// invalid ones. Calling it takes the observer off the list, so that one registered later at the same address is served.
+// T is Orin::EventObserver or Orin::ClientObserver.
+template <class T>
+class ClientRemover : public INotification {
+public:
+    // Borrows both; the list must outlive the item.
+    ClientRemover(std::list<T*>* invalid, T* observer) : m_invalid(invalid), m_observer(observer) {}
+
+    void Call() override {
+        const auto found = std::find(m_invalid->begin(), m_invalid->end(), m_observer);
+        if (found != m_invalid->end()) m_invalid->erase(found);
+    }
+    bool IsValid(const IInvalidClientProvider*) const override { return true; }
+
+private:
+    std::list<T*>* m_invalid;
+    T* m_observer;
+};
+
+}  // namespace NQuillUtils::NEvents

@@ -1,0 +1,104 @@
+#include "events/detail/orin_client_observer.h"
+
+#include <memory>
+#include <type_traits>
+
+#include "events/detail/notification_queue.h"
+
+namespace NQuillUtils::NEvents {
+
+using Orin::ClientObserver;
+using Orin::Index;
+using Orin::String;
+
+namespace {
+
+template <class T>
+decltype(auto) RecordArgument(const T& argument) {
+    if constexpr (std::is_enum_v<T>)
+        return static_cast<int>(argument);
+    else
+        return (argument);
+}
+
+}  // namespace
+
+template <class... Arguments>
+void CORINClientObserver::QueueRecord(Type type, const Arguments&... arguments) {
+    const OrinUtils::ScopedLock lock(m_mutex);
+    NotificationQueue::Instance().Push(
+        std::make_unique<ORINNOTIFICATIONDATA>(type, m_observer, RecordArgument(arguments)...));
+}
+
+template <ORINNOTIFICATIONDATA::Type type, auto Callback, class... Arguments>
+void CORINClientObserver::Deliver(const String& project, const String& error, const Arguments&... arguments) {
+    if (Quill::Platform::CurrentThreadId() == m_owner) {
+        const Delivery delivery(*this);
+        (m_observer->*Callback)(project, error, arguments...);
+    } else if constexpr (sizeof...(arguments) == 0) {
+        QueueRecord(type, static_cast<const char*>(project), static_cast<const char*>(error), 0);
+    } else {
+        QueueRecord(type, static_cast<const char*>(project), static_cast<const char*>(error), arguments...);
+    }
+}
+
+void CORINClientObserver::OnErrorAdd(const String& project, const String& error, const Index& parent,
+                                     const Index& object, Orin::EEventsAdd kind) {
+    Deliver<Type::OnErrorAdd, &ClientObserver::OnErrorAdd>(project, error, parent, object, kind);
+}
+
+void CORINClientObserver::OnErrorDelete(const String& project, const String& error, const Index& parent,
+                                        const Index& object, Orin::EEventsDelete kind) {
+    Deliver<Type::OnErrorDelete, &ClientObserver::OnErrorDelete>(project, error, parent, object, kind);
+}
+
+void CORINClientObserver::OnErrorDeleteAll(const String& project, const String& error, const Index& object,
+                                           Orin::EEventsDeleteAll kind) {
+    Deliver<Type::OnErrorDeleteAll, &ClientObserver::OnErrorDeleteAll>(project, error, object, kind);
+}
+
+void CORINClientObserver::OnErrorChange(const String& project, const String& error, const Index& object,
+                                        Orin::EEventsChange kind) {
+    Deliver<Type::OnErrorChange, &ClientObserver::OnErrorChange>(project, error, object, kind);
+}
+
+void CORINClientObserver::OnErrorQuillDataChange(const String& project, const String& error, const Index& parent,
+                                                 const Index& object, Orin::EEventsQuillDataChange kind) {
+    Deliver<Type::OnErrorQuillDataChange, &ClientObserver::OnErrorQuillDataChange>(project, error, parent, object,
+                                                                                   kind);
+}
+
+void CORINClientObserver::OnErrorConnectivityChange(const String& project, const String& error, const Index& parent,
+                                                    const Index& object, Orin::EEventsConnectivityChange kind) {
+    Deliver<Type::OnErrorConnectivityChange, &ClientObserver::OnErrorConnectivityChange>(project, error, parent, object,
+                                                                                         kind);
+}
+
+void CORINClientObserver::OnErrorSwap(const String& project, const String& error, const Index& parent,
+                                      const Index& first, const Index& second, Orin::EEventsSwap kind) {
+    Deliver<Type::OnErrorSwap, &ClientObserver::OnErrorSwap>(project, error, parent, first, second, kind);
+}
+
+void CORINClientObserver::OnErrorImport(const String& project, const String& error, const Index& object,
+                                        Orin::EEventsImport kind) {
+    Deliver<Type::OnErrorImport, &ClientObserver::OnErrorImport>(project, error, object, kind);
+}
+
+void CORINClientObserver::OnErrorTransaction(const String& project, const String& error) {
+    Deliver<Type::OnErrorTransaction, &ClientObserver::OnErrorTransaction>(project, error);
+}
+
+void CORINClientObserver::OnErrorUnexpected(const String& project, const String& error) {
+    Deliver<Type::OnErrorUnexpected, &ClientObserver::OnErrorUnexpected>(project, error);
+}
+
+void CORINClientObserver::OnWorkingModeChange(Orin::EClientWorkingMode mode) {
+    if (Quill::Platform::CurrentThreadId() == m_owner) {
+        const Delivery delivery(*this);
+        m_observer->OnWorkingModeChange(mode);
+    } else {
+        QueueRecord(Type::OnWorkingModeChange, "", "", mode);
+    }
+}
+
+}  // namespace NQuillUtils::NEvents

@@ -1,0 +1,175 @@
+#include "events/detail/orin_event_observer_ex.h"
+
+#include "attributes/reserved_keys.h"
+#include "properties/property_mangler.h"
+
+namespace NQuillUtils::NEvents {
+
+using Orin::EEventsAdd;
+using Orin::EEventsChange;
+using Orin::EEventsDelete;
+using Orin::EObjectType;
+using Quill::DataModel::PropertyType;
+using Quill::Utils::CPropertyMangler;
+
+namespace {
+
+bool RenamesBlock(const Index& object, EEventsChange kind) {
+    return kind == EEventsChange::Name && object.GetType() == EObjectType::Block;
+}
+
+bool ChangesAttributeOfBlock(const Index& object, EEventsChange kind) {
+    return (kind == EEventsChange::SetAttribute || kind == EEventsChange::RemoveAttribute) &&
+           object.GetType() == EObjectType::Block;
+}
+
+}  // namespace
+
+void TextsBeforeChange::Remember(const Index& object, const Orin::String& text) {
+    const std::lock_guard lock(m_mutex);
+    m_texts[{Quill::Platform::CurrentThreadId(), object}] = text;
+}
+
+Orin::String TextsBeforeChange::Take(const Index& object) {
+    const std::lock_guard lock(m_mutex);
+    const auto node = m_texts.extract({Quill::Platform::CurrentThreadId(), object});
+    return node.empty() ? Orin::String() : node.mapped();
+}
+
+void CORINEventObserverEx::OnAfterAdd(const Index& parent, const Index& object, EEventsAdd kind, bool undo) {
+    if (kind == EEventsAdd::Net)
+        Notify<NotificationOnAddDelete<Orin::INet, callOnAddNet>>(m_observerEx, Objects(), object);
+    else if (kind == EEventsAdd::Bus)
+        Notify<NotificationOnAddDelete<Orin::IBus, callOnAddBus>>(m_observerEx, Objects(), object);
+    else if (kind == EEventsAdd::NetQuill)
+        Notify<NotificationOnAddDeleteNetQuill<callOnAddNetQuill>>(m_observerEx, Objects(), object);
+    else
+        CORINEventObserver::OnAfterAdd(parent, object, kind, undo);
+}
+
+void CORINEventObserverEx::OnBeforeDelete(const Index& parent, const Index& object, EEventsDelete kind, bool undo) {
+    const auto is = [&](EEventsDelete deleted, EObjectType type) {
+        return kind == deleted && object.GetType() == type;
+    };
+    if (is(EEventsDelete::Block, EObjectType::Block))
+        Notify<NotificationOnDeleteBlock>(m_observerEx, Objects(), object);
+    else if (is(EEventsDelete::Comp, EObjectType::Comp))
+        Notify<NotificationOnDeleteBlockComp>(m_observerEx, Objects(), object);
+    else if (is(EEventsDelete::Group, EObjectType::Group))
+        Notify<NotificationOnDeleteGroup>(m_observerEx, Objects(), object);
+    else if (is(EEventsDelete::Net, EObjectType::Net))
+        Notify<NotificationOnAddDelete<Orin::INet, callOnDeleteNet>>(m_observerEx, Objects(), object);
+    else if (is(EEventsDelete::Bus, EObjectType::Bus))
+        Notify<NotificationOnAddDelete<Orin::IBus, callOnDeleteBus>>(m_observerEx, Objects(), object);
+    else if (is(EEventsDelete::NetQuill, EObjectType::NetQuill))
+        Notify<NotificationOnAddDeleteNetQuill<callOnDeleteNetQuill>>(m_observerEx, Objects(), object);
+    else
+        CORINEventObserver::OnBeforeDelete(parent, object, kind, undo);
+}
+
+bool CORINEventObserverEx::TranslateChange(const Index& object, EEventsChange kind, Moment moment) {
+    const EObjectType type = object.GetType();
+    if (kind == EEventsChange::Label &&
+        (type == EObjectType::Net || type == EObjectType::Bus || type == EObjectType::Comp)) {
+        Notify<NotificationOnLabelChange>(m_observerEx, Objects(), object, moment);
+        return true;
+    }
+    if (kind == EEventsChange::NetQuillData && type == EObjectType::NetQuill) {
+        Notify<NotificationOnNetQuillSetData>(m_observerEx, Objects(), object, moment);
+        return true;
+    }
+    return false;
+}
+
+Orin::String CORINEventObserverEx::BlockName(const Index& block) const {
+    Orin::String name;
+    RequireBlock(Objects(), block)->GetName(name);
+    return name;
+}
+
+void CORINEventObserverEx::OnBeforeChange(const Index& object, EEventsChange kind, bool undo) {
+    if (TranslateChange(object, kind, Moment::Before)) return;
+    // Remembering is no translation: the observer is told of the change to come as every plain observer is.
+    if (RenamesBlock(object, kind)) m_names.Remember(object, BlockName(object));
+    CORINEventObserver::OnBeforeChange(object, kind, undo);
+}
+
+void CORINEventObserverEx::OnAfterChange(const Index& object, EEventsChange kind, bool undo) {
+    if (TranslateChange(object, kind, Moment::After)) return;
+    if (RenamesBlock(object, kind)) {
+        const Orin::String before = m_names.Take(object);
+        const Orin::String after = BlockName(object);
+        if (before != after) {
+            Notify<Notification::Vellum::OnBlockNameChange>(m_observerEx, object, before, after);
+            return;
+        }
+    }
+    CORINEventObserver::OnAfterChange(object, kind, undo);
+}
+
+void CORINEventObserverEx::TranslateAttribute(const Index& object, const Orin::String& name) {
+    const EObjectType type = object.GetType();
+    if (type != EObjectType::Block && type != EObjectType::Group) return;
+    if (name != CPropertyMangler::Mangle(NReservedKeys::ReadOnlySheet, PropertyType::Internal)) return;
+    Index block = object;
+    if (type == EObjectType::Group) {
+        block = Index();
+        Orin::ContainerT<const Orin::IGroup> group;
+        if (Objects().GetGroup(group, object)) group->GetOwner(block);
+    }
+    Notify<Notification::Vellum::OnReadOnlyFlagChange>(m_observerEx, block);
+}
+
+void CORINEventObserverEx::OnAfterSetAttribute(const Index& object, const Orin::String& name, const Orin::String&,
+                                               Orin::EAttributeType, int, bool) {
+    TranslateAttribute(object, name);
+}
+
+void CORINEventObserverEx::OnAfterRemoveAttribute(const Index& object, const Orin::String& name, Orin::EAttributeType,
+                                                  int, bool) {
+    TranslateAttribute(object, name);
+}
+
+void CORINEventObserverNavigator::OnBeforeDelete(const Index& parent, const Index& object, EEventsDelete kind,
+                                                 bool undo) {
+    const EObjectType type = object.GetType();
+    if (type == EObjectType::Bus)
+        Notify<Notification::Navigator::OnDeleteBus>(m_observerEx, Objects(), object);
+    else if (type == EObjectType::Block || type == EObjectType::Group)
+        Notify<Notification::Navigator::OnDeleteBlock>(m_observerEx, object);
+    else
+        CORINEventObserver::OnBeforeDelete(parent, object, kind, undo);
+}
+
+Orin::String CORINEventObserverNavigator::DesignName(const Index& block) const {
+    Orin::String name;
+    RequireBlock(Objects(), block)->GetAttribute(CPropertyMangler::Mangle("Design_Name", PropertyType::Internal), name);
+    return name;
+}
+
+void CORINEventObserverNavigator::OnBeforeChange(const Index& object, EEventsChange kind, bool undo) {
+    if (kind == EEventsChange::RipBus) {
+        Notify<Notification::Navigator::OnBeforeRipBus>(m_observerEx, Objects(), object);
+        return;
+    }
+    if (ChangesAttributeOfBlock(object, kind)) m_designNames.Remember(object, DesignName(object));
+    CORINEventObserver::OnBeforeChange(object, kind, undo);
+}
+
+void CORINEventObserverNavigator::OnAfterChange(const Index& object, EEventsChange kind, bool undo) {
+    if (kind == EEventsChange::RipBus) {
+        Notify<Notification::Navigator::OnAfterRipBus>(m_observerEx, Objects(), object);
+        return;
+    }
+    if (ChangesAttributeOfBlock(object, kind)) {
+        const Orin::String before = m_designNames.Take(object);
+        const Orin::String after = DesignName(object);
+        if (before != after) {
+            Notify<Notification::Navigator::OnDesignRootChange>(m_observerEx, object, before, after);
+            return;
+        }
+    }
+    CORINEventObserver::OnAfterChange(object, kind, undo);
+}
+
+}  // namespace NQuillUtils::NEvents

@@ -1,0 +1,86 @@
+// The wrappers that turn database events into schematic ones.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "events/detail/notifications.h"
+#include "events/detail/orin_event_observer.h"
+#include "orin/snapshot.h"
+
+namespace NQuillUtils::NEvents {
+
+// What a text was before a change, from the before-callback to the after-callback of one thread. Several threads may
+// change several blocks at once, and an observer may make a change of its own in between.
+class TextsBeforeChange {
+public:
+    void Remember(const Index& object, const Orin::String& text);
+    // Forgets the text; "" when there is none.
+    Orin::String Take(const Index& object);
+
+private:
+    std::mutex m_mutex;
+    std::map<std::pair<Quill::Platform::ThreadId, Index>, Orin::String> m_texts;
+};
+
+// Whether an event is translated is decided before the filter of the plain wrapper, which sees what is not translated.
+template <class T>
+class CORINEventObserverExBase : public CORINEventObserver {
+public:
+    CORINEventObserverExBase(const Orin::ContainerT<const Orin::ISnapshot>& snapshot, T* observer,
+                             OrinUtils::Mutex* mutex, Quill::Platform::ThreadId owner, const char* label, int number,
+                             bool alwaysDirect)
+        : CORINEventObserver(observer, mutex, owner, label, number, alwaysDirect),
+          m_observerEx(observer),
+          m_snapshot(snapshot) {}
+
+protected:
+    // Throws the failed Result.
+    IUIDManager Objects() const {
+        IUIDManager objects;
+        if (Orin::Result result = m_snapshot->GetUIDManager(objects); !result) throw result;
+        return objects;
+    }
+
+    T* m_observerEx;
+    Orin::ContainerT<const Orin::ISnapshot> m_snapshot;
+};
+
+class CORINEventObserverEx : public CORINEventObserverExBase<EventObserverEx> {
+public:
+    using CORINEventObserverExBase::CORINEventObserverExBase;
+
+    void OnBeforeDelete(const Index& parent, const Index& object, Orin::EEventsDelete kind, bool undo) override;
+    void OnBeforeChange(const Index& object, Orin::EEventsChange kind, bool undo) override;
+    void OnAfterAdd(const Index& parent, const Index& object, Orin::EEventsAdd kind, bool undo) override;
+    void OnAfterChange(const Index& object, Orin::EEventsChange kind, bool undo) override;
+    void OnAfterSetAttribute(const Index& object, const Orin::String& name, const Orin::String& value,
+                             Orin::EAttributeType type, int reserved, bool undo) override;
+    void OnAfterRemoveAttribute(const Index& object, const Orin::String& name, Orin::EAttributeType type, int reserved,
+                                bool undo) override;
+
+private:
+    // Whether the change was told as an event of its own.
+    bool TranslateChange(const Index& object, Orin::EEventsChange kind, Moment moment);
+    void TranslateAttribute(const Index& object, const Orin::String& name);
+    Orin::String BlockName(const Index& block) const;
+
+    TextsBeforeChange m_names;
+};
+
+class CORINEventObserverNavigator : public CORINEventObserverExBase<EventObserverNavigator> {
+public:
+    using CORINEventObserverExBase::CORINEventObserverExBase;
+
+    void OnBeforeDelete(const Index& parent, const Index& object, Orin::EEventsDelete kind, bool undo) override;
+    void OnBeforeChange(const Index& object, Orin::EEventsChange kind, bool undo) override;
+    void OnAfterChange(const Index& object, Orin::EEventsChange kind, bool undo) override;
+
+private:
+    Orin::String DesignName(const Index& block) const;
+
+    TextsBeforeChange m_designNames;
+};
+
+}  // namespace NQuillUtils::NEvents

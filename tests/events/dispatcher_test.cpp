@@ -1,0 +1,376 @@
+#include <atomic>
+#include <functional>
+#include <stdexcept>
+
+#include "events/orin_event_dispatcher.h"
+#include "platform/interface_manager.h"
+#include "tests/events/recording.h"
+#include "tests/support/small_design.h"
+
+namespace {
+
+using namespace NQuillUtils::NEvents;
+using Orin::Index;
+using Tests::Log;
+using Tests::OnAnotherThread;
+using Tests::Text;
+using Plain = Tests::Recording<Orin::EventObserver>;
+
+CORINEventDispatcher& Dispatcher() {
+    return *CORINEventDispatcher::Instance();
+}
+
+// The design's own connection keeps its locks; edits are made by its editor, on this thread or another one.
+class EventDispatcher : public Tests::SmallDesign {
+protected:
+    EventDispatcher() { Dispatcher().DispatchEvents(); }  // this thread is the owner, and nothing is left over
+    ~EventDispatcher() override { Dispatcher().DispatchEvents(); }
+
+    void AddNet(const char* label = "N") {
+        Index net;
+        EXPECT_TRUE(editor.AddNet(blockIndex, {label}, net));
+    }
+};
+
+class RecordingEx : public Tests::Recording<EventObserverEx> {
+public:
+    using L = const std::string&;
+    void OnAddNetQuill(Index o, Index b, L l) override { Add("AddNetQuill", o, b, l); }
+    void OnAddNet(Index o, Index b, L l) override { Add("AddNet", o, b, l); }
+    void OnAddBus(Index o, Index b, L l) override { Add("AddBus", o, b, l); }
+    void OnDeleteGroup(Index o, Index b, L n, L t) override { Add("DeleteGroup", o, b, n + " " + t); }
+    void OnDeleteNetQuill(Index o, Index b, L l) override { Add("DeleteNetQuill", o, b, l); }
+    void OnDeleteNet(Index o, Index b, L l) override { Add("DeleteNet", o, b, l); }
+    void OnDeleteBus(Index o, Index b, L l) override { Add("DeleteBus", o, b, l); }
+    void OnDeleteBlock(Index o, L n) override { Add("DeleteBlock", o, {}, n); }
+    void OnDeleteBlockComp(Index o, Index p, Index c, std::uint32_t i) override {
+        Add("DeleteBlockComp", o, p, Text(c) + " " + std::to_string(i));
+    }
+    void OnBeforeNetQuillSetData(Index o, Index n, Index b, const Orin::NetDataQuill& d) override {
+        Add("BeforeSetData", o, n, Text(b) + " " + std::to_string(d.objectId));
+    }
+    void OnAfterNetQuillSetData(Index o, Index n, Index b, const Orin::NetDataQuill& d) override {
+        Add("AfterSetData", o, n, Text(b) + " " + std::to_string(d.objectId));
+    }
+    void OnBeforeLabelChange(Index o, Index b, L l) override { Add("BeforeLabel", o, b, l); }
+    void OnAfterLabelChange(Index o, Index b, L l) override { Add("AfterLabel", o, b, l); }
+    void OnBlockNameChange(Index o, L a, L b) override { Add("BlockName", o, {}, a + " " + b); }
+    void OnReadOnlyFlagChange(Index o) override { Add("ReadOnly", o, {}, ""); }
+
+private:
+    void Add(const char* what, Index o, Index b, const std::string& rest) {
+        log.push_back(std::string(what) + " " + Text(o) + " " + Text(b) + " " + rest);
+    }
+};
+
+class RecordingNavigator : public Tests::Recording<EventObserverNavigator> {
+public:
+    using G = const Orin::ListT<Index>&;
+    void OnBeforeRipBus(Index o, Index b, G g) override { Bus("BeforeRip", o, b, g); }
+    void OnAfterRipBus(Index o, Index b, G g) override { Bus("AfterRip", o, b, g); }
+    void OnDeleteBus(Index o, Index b, G g) override { Bus("DeleteBus", o, b, g); }
+    void OnDeleteBlock(Index o) override { log.push_back("DeleteBlock " + Text(o)); }
+    void OnDesignRootChange(Index o, const std::string& a, const std::string& b) override {
+        log.push_back("Root " + Text(o) + " " + a + ">" + b);
+    }
+
+private:
+    void Bus(const char* what, Index o, Index b, G g) {
+        log.push_back(std::string(what) + " " + Text(o) + " " + Text(b) + " " + (g.IsEmpty() ? "" : Text(g[0])));
+    }
+};
+
+TEST_F(EventDispatcher, PlainCallbacksComeAtOnceOnTheOwnerThreadAndFromTheQueueOtherwise) {
+    Plain observer;
+    Dispatcher().AddEventObserver(&snapshot, &observer, nullptr, 0);
+    const Log want = {"BeforeAdd " + Text(blockIndex) + " ", "AfterAdd " + Text(blockIndex) + " "};
+    const auto matches = [&](const Log& log) {
+        ASSERT_EQ(log.size(), want.size());
+        for (std::size_t i = 0; i < want.size(); ++i)
+            EXPECT_EQ(log[i].substr(0, want[i].size()), want[i]);
+    };
+    Dispatcher().LockEvents();  // changes nothing
+    AddNet();
+    matches(observer.log);
+    observer.log.clear();
+    OnAnotherThread([&] { AddNet(); });
+    EXPECT_EQ(observer.log, Log{});
+    Dispatcher().DispatchEvents();
+    matches(observer.log);
+    Dispatcher().UnlockEvents();
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+}
+
+TEST_F(EventDispatcher, RenamingABlockIsToldAgainFromTheQueue) {
+    Plain observer;
+    Dispatcher().AddEventObserver(&snapshot, &observer, "x", 1);
+    const std::string before = "BeforeChange " + Text(blockIndex) + " 27";
+    const std::string after = "AfterChange " + Text(blockIndex) + " 27";
+    EXPECT_TRUE(editor.SetName(blockIndex, "new"));
+    EXPECT_EQ(observer.log, (Log{before, after}));
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(observer.log, (Log{before, after, before}));
+    observer.log.clear();
+    OnAnotherThread([&] { EXPECT_TRUE(editor.SetName(blockIndex, "newer")); });
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(observer.log, (Log{before, before, after}));
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+}
+
+TEST_F(EventDispatcher, IrrelevantObjectsAreDroppedEachCallbackByItsOwnRule) {
+    Plain observer;
+    Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);
+    Index pin;
+    EXPECT_TRUE(editor.AddPin(compIndex, {"1"}, pin));
+    EXPECT_EQ(observer.log, Log{}) << "a pin is minor: its coming is not told";
+    EXPECT_TRUE(editor.SetLabel(pin, "2"));
+    EXPECT_EQ(observer.log.size(), 2U) << "its change is";
+    EXPECT_TRUE(editor.DeletePin(pin));
+    EXPECT_EQ(observer.log.size(), 4U) << "and its end";
+    observer.log.clear();
+    const Index known(std::uint64_t{0x31} << 56 | 9);
+    EXPECT_TRUE(editor.AddComp(blockIndex, {.label = "C", .index = known}, pin));
+    EXPECT_EQ(observer.log, Log{});
+    EXPECT_TRUE(editor.DeleteComp(known));
+    EXPECT_EQ(observer.log, Log{"BeforeDelete " + Text(blockIndex) + " 49:9 41"});
+    observer.log.clear();
+    EXPECT_TRUE(editor.SetAttribute(blockIndex, "a", "b"));
+    EXPECT_EQ(observer.log.size(), 2U) << "the attribute callbacks stay out, the change pair comes";
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+}
+
+TEST_F(EventDispatcher, ADirectObserverCanVetoATransactionAndADeferredOneCannot) {
+    Plain observer;
+    Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);
+    EXPECT_EQ(snapshot->BeginTransaction(Orin::ETransactionType::Edit).GetErrorCode(), 212);
+    OnAnotherThread([&] { EXPECT_TRUE(snapshot->BeginTransaction(Orin::ETransactionType::Edit)); });
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(observer.log.size(), 2U);
+    EXPECT_TRUE(snapshot->RollbackTransaction());
+    EXPECT_EQ(Log(observer.log.begin() + 2, observer.log.end()), (Log{"Rollback", "AfterTransaction"}));
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+}
+
+TEST_F(EventDispatcher, SchematicEventsCarryWhatTheDesignHeldAtTheirMoment) {
+    const std::string b = Text(blockIndex) + " ";
+    for (const bool owner : {true, false}) {
+        SCOPED_TRACE(owner);
+        RecordingEx observer;
+        Dispatcher().AddEventObserverEx(&snapshot, &observer, "", 0);
+        Index net, newBus, group, piece, newComp, child;
+        Orin::NetDataQuill first, second;
+        first.objectId = 1;
+        second.objectId = 2;
+        const auto edits = [&] {
+            EXPECT_TRUE(editor.AddNet(blockIndex, {"N"}, net));
+            EXPECT_TRUE(editor.AddBus(blockIndex, {"B"}, newBus));
+            EXPECT_TRUE(editor.AddNetQuill(sheetIndex, net, first, piece));
+            EXPECT_TRUE(editor.SetNetQuillData(piece, second));
+            EXPECT_TRUE(editor.SetLabel(net, "M"));
+            EXPECT_TRUE(editor.DeleteItem(piece));
+            EXPECT_TRUE(editor.DeleteNet(net));
+            EXPECT_TRUE(editor.DeleteBus(newBus));
+        };
+        owner ? edits() : OnAnotherThread(edits);
+        if (!owner) {
+            EXPECT_EQ(observer.log, Log{});
+            Dispatcher().DispatchEvents();
+        }
+        Log translated;
+        for (const std::string& line : observer.log)
+            if (line.rfind("BeforeAdd", 0) != 0 && line.rfind("AfterDelete", 0) != 0) translated.push_back(line);
+        const std::string n = Text(net) + " ", p = Text(piece) + " ";
+        EXPECT_EQ(translated,
+                  (Log{"AddNet " + n + b + "N", "AddBus " + Text(newBus) + " " + b + "B", "AddNetQuill " + p + b + "N",
+                       "BeforeSetData " + p + n + b + "1", "AfterSetData " + p + n + b + "2",
+                       "BeforeLabel " + n + b + "N", "AfterLabel " + n + b + "M", "DeleteNetQuill " + p + b + "M",
+                       "DeleteNet " + n + b + "M", "DeleteBus " + Text(newBus) + " " + b + "B"}));
+        observer.log.clear();
+
+        EXPECT_TRUE(editor.AddBlock({"child"}, child));
+        EXPECT_TRUE(editor.AddGroup(child, {"7", Orin::EGroupType::GeneratedSheet}, group));
+        EXPECT_TRUE(
+            editor.AddComp(blockIndex, {.label = "X", .childBlock = child, .instanceIndex = Index(77)}, newComp));
+        observer.log.clear();
+        EXPECT_TRUE(editor.SetAttribute(group, "$$Internal___ReadOnlySheet", "TRUE"));
+        EXPECT_TRUE(editor.SetName(child, "child"));
+        EXPECT_TRUE(editor.SetName(child, "kid"));
+        EXPECT_TRUE(editor.DeleteComp(newComp));
+        EXPECT_TRUE(editor.DeleteGroup(group));
+        EXPECT_TRUE(editor.DeleteBlock(child));
+        const std::string c = Text(child), g = Text(group);
+        translated.clear();
+        for (const std::string& line : observer.log)
+            if (line.rfind("AfterDelete", 0) != 0) translated.push_back(line);
+        EXPECT_EQ(translated,
+                  (Log{"BeforeChange " + g + " 6", "ReadOnly " + c + " 0:0 ", "AfterChange " + g + " 6",
+                       "BeforeChange " + c + " 27", "AfterChange " + c + " 27", "BeforeChange " + c + " 27",
+                       "BlockName " + c + " 0:0 child kid", "DeleteBlockComp " + Text(newComp) + " " + b + c + " 77",
+                       "DeleteGroup " + g + " " + c + " 7 8", "DeleteBlock " + c + " 0:0 kid"}));
+        Dispatcher().RemoveEventObserver(&snapshot, &observer);
+        Dispatcher().DispatchEvents();
+    }
+}
+
+TEST_F(EventDispatcher, TheNavigatorHearsOfRipsRootsAndDeletions) {
+    RecordingNavigator observer;
+    EXPECT_TRUE(editor.AddMember(sheetIndex, busIndex));
+    Dispatcher().AddEventObserverNavigator(&snapshot, &observer, "", 0);
+    const std::string ripped = Text(busIndex) + " " + Text(blockIndex) + " " + Text(sheetIndex);
+    const std::string top = Text(blockIndex);
+    EXPECT_TRUE(editor.RipBus(compIndex, busIndex));
+    EXPECT_TRUE(editor.SetAttribute(blockIndex, "$$Internal_Design_Name", "D"));
+    EXPECT_TRUE(editor.SetAttribute(blockIndex, "$$Internal_Design_Name", "D"));
+    EXPECT_TRUE(editor.RemoveAttribute(blockIndex, "$$Internal_Design_Name"));
+    EXPECT_EQ(observer.log, (Log{"BeforeRip " + ripped, "AfterRip " + ripped, "BeforeChange " + top + " 6",
+                                 "Root " + top + " >D", "BeforeChange " + top + " 6", "AfterChange " + top + " 6",
+                                 "BeforeChange " + top + " 7", "Root " + top + " D>"}));
+    observer.log.clear();
+    OnAnotherThread([&] { EXPECT_TRUE(editor.DeleteBus(busIndex)); });
+    Dispatcher().DispatchEvents();
+    ASSERT_FALSE(observer.log.empty());
+    EXPECT_EQ(observer.log.front(), "DeleteBus " + ripped);
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+}
+
+TEST_F(EventDispatcher, ARemovedObserverMissesWhatWasQueuedAndHearsAgainOnceRegisteredAnew) {
+    Plain observer, other;
+    Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);
+    Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);  // ignored
+    Dispatcher().AddEventObserver(nullptr, &other, "", 0);
+    Orin::ContainerT<const Orin::ISnapshot> empty;
+    Dispatcher().AddEventObserver(&empty, &other, "", 0);
+    Dispatcher().RemoveEventObserver(&empty, &observer);
+    Dispatcher().RemoveEventObserver(&snapshot, &other);
+    OnAnotherThread([&] { AddNet(); });
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+    Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);
+    OnAnotherThread([&] { AddNet(); });
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(observer.log.size(), 2U) << "of the second net alone";
+    EXPECT_EQ(other.log, Log{});
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+}
+
+TEST_F(EventDispatcher, AnObserverMayDispatchAndRemoveItself) {
+    struct Unruly : Plain {
+        std::function<void()> act;
+        void OnAfterAdd(const Index& p, const Index& o, Orin::EEventsAdd k, bool u) override {
+            Plain::OnAfterAdd(p, o, k, u);
+            act();
+        }
+        void OnBeforeChange(const Index& o, Orin::EEventsChange k, bool u) override {
+            Plain::OnBeforeChange(o, k, u);
+            act();
+        }
+    } unruly;
+    Plain quiet;
+    const auto removeItself = [&] { Dispatcher().RemoveEventObserver(&snapshot, &unruly); };
+    const auto begin = [&](std::function<void()> act) {
+        unruly.log.clear();
+        unruly.act = std::move(act);
+        Dispatcher().AddEventObserver(&snapshot, &unruly, "", 0);
+    };
+    Dispatcher().AddEventObserver(&snapshot, &quiet, "", 0);
+
+    begin(removeItself);
+    AddNet();
+    AddNet();
+    EXPECT_EQ(unruly.log.size(), 2U) << "removed inside a direct callback";
+    begin(removeItself);
+    EXPECT_TRUE(editor.SetName(blockIndex, "renamed"));
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(unruly.log.size(), 1U) << "nothing is queued for it after its removal";
+    begin([&] {
+        removeItself();
+        Dispatcher().DispatchEvents();
+    });
+    OnAnotherThread([&] {
+        AddNet();
+        AddNet();
+    });
+    quiet.log.clear();
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(unruly.log.size(), 2U) << "an inner dispatch does not revive what was queued before";
+    EXPECT_EQ(quiet.log.size(), 4U);
+    Dispatcher().RemoveEventObserver(&snapshot, &quiet);
+}
+
+TEST_F(EventDispatcher, ClientCallbacksAreDeferredAndRemovedLikeEvents) {
+    struct Thrower : Plain {
+        void OnAfterAdd(const Index&, const Index&, Orin::EEventsAdd, bool) override { throw std::runtime_error("no"); }
+    } thrower;
+    Tests::RecordingClient observer;
+    Dispatcher().AddClientObserver(client.get(), &observer);
+    EXPECT_TRUE(client->AddClientObserver(Dispatcher().GetClientObserver()));
+    EXPECT_TRUE(snapshot->AddEventObserver(&thrower));
+    const std::string want = "Unexpected small An observer threw: no";
+    AddNet();
+    EXPECT_EQ(observer.log, Log{want});
+    OnAnotherThread([&] { AddNet(); });
+    EXPECT_EQ(observer.log.size(), 1U);
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(observer.log, (Log{want, want}));
+    OnAnotherThread([&] { AddNet(); });
+    Dispatcher().RemoveClientObserver(client.get(), &observer);
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(observer.log.size(), 2U);
+    EXPECT_TRUE(snapshot->RemoveEventObserver(&thrower));
+    EXPECT_TRUE(client->RemoveClientObserver(Dispatcher().GetClientObserver()));
+}
+
+TEST_F(EventDispatcher, NothingIsLostWhileThreadsEditAndTheOwnerDrains) {
+    constexpr unsigned Threads = 4;
+    constexpr unsigned Edits = 300;
+    // Each thread adds nets to a block of its own, labelled by thread and number.
+    struct Order : EventObserverEx {
+        std::vector<std::string> labels[Threads];
+        void OnAddNet(Index, Index, const std::string& label) override {
+            labels[static_cast<std::size_t>(label[0] - '0')].push_back(label.substr(2));
+        }
+    } observer;
+    Dispatcher().AddEventObserverEx(&snapshot, &observer, "", 0);
+    std::atomic<unsigned> running{Threads};
+    std::vector<std::thread> threads;
+    for (unsigned thread = 0; thread < Threads; ++thread)
+        threads.emplace_back([&, thread] {
+            const std::string name = std::to_string(thread);
+            const std::unique_ptr<Orin::OrinPI> own = database.Connect(name.c_str());
+            Orin::ContainerT<const Orin::ISnapshot> seen;
+            Orin::DesignDb::Editor ownEditor;
+            Index home, net;
+            EXPECT_TRUE(own->GetSnapshotByName(seen, "QUILL") && Orin::DesignDb::Editor::Open(ownEditor, seen));
+            EXPECT_TRUE(ownEditor.AddBlock({name.c_str()}, home));
+            for (unsigned edit = 0; edit < Edits; ++edit)
+                EXPECT_TRUE(ownEditor.AddNet(home, {(name + " " + std::to_string(edit)).c_str()}, net));
+            --running;
+        });
+    while (running != 0)
+        Dispatcher().DispatchEvents();
+    for (std::thread& thread : threads)
+        thread.join();
+    Dispatcher().DispatchEvents();
+    std::vector<std::string> want;
+    for (unsigned edit = 0; edit < Edits; ++edit)
+        want.push_back(std::to_string(edit));
+    for (const std::vector<std::string>& labels : observer.labels)
+        EXPECT_EQ(labels, want);
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+}
+
+TEST_F(EventDispatcher, TheServiceReachesTheDispatcher) {
+    Quill::InterfaceFactory* const factory = Quill::InterfaceManager::instance().getFactory("IORINEventDispatcher");
+    ASSERT_NE(factory, nullptr);
+    auto* const service = static_cast<IORINEventDispatcher*>(factory->internalCreate());
+    Plain observer;
+    service->AddEventObserver(&snapshot, &observer, "", 0);
+    AddNet();
+    EXPECT_EQ(observer.log.size(), 2U);
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+    AddNet();
+    EXPECT_EQ(observer.log.size(), 2U);
+    factory->internalRelease(service);
+    factory->internalRelease(nullptr);
+}
+
+}  // namespace
