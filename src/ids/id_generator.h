@@ -23,6 +23,7 @@ class QUILLUTILS_EXPORT IdGeneratorBase {
     static_assert(Locked == 0 || Locked == 1);
 
 public:
+    IdGeneratorBase(const IdGeneratorBase&) = delete;
     IdGeneratorBase& operator=(const IdGeneratorBase& other) noexcept;
 
     // Covers an id that the caller knows to be in use, when it is larger than the last one; of attribute ids the low 22
@@ -35,9 +36,6 @@ protected:
     ~IdGeneratorBase();  // gives up what the state holds, when it was the last
 
     detail::IdGeneratorState<Kind, Locked>* m_state;
-
-private:
-    IdGeneratorBase(const IdGeneratorBase&) = delete;
 };
 
 // A generator of ids of one kind: ObjectId, AttributeId, JointId or SegmentId.

@@ -54,7 +54,7 @@ public:
 
     constexpr bool operator==(std::uint64_t value) const noexcept { return m_value == value; }
     friend constexpr bool operator==(const Index&, const Index&) noexcept = default;
-    friend constexpr auto operator<=>(const Index&, const Index&) noexcept = default;
+    friend constexpr auto operator<=>(const Index& a, const Index& b) noexcept { return a.m_value <=> b.m_value; }
 
 private:
     std::uint64_t m_value = 0;

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <unordered_map>
-#include <utility>
 
 #include "orin/design_objects.h"
 #include "orin/uid_manager.h"
@@ -13,7 +12,7 @@ namespace Quill {
 // comes to, so that the lists are those of the design as it stands. One thread at a time.
 class PageObjects {
 public:
-    explicit PageObjects(Orin::IUIDManager resolver) : m_resolver(std::move(resolver)) {}
+    explicit PageObjects(const Orin::IUIDManager& resolver) : m_resolver(resolver) {}
 
     const Orin::IUIDManager& Resolver() const noexcept { return m_resolver; }
 

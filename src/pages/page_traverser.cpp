@@ -80,7 +80,7 @@ PageObjects ObjectsOf(const Snapshot& snapshot) {
     if (!snapshot) throw Orin::Result(Orin::EErrorCode::ObjectNotFound);
     Orin::IUIDManager resolver;
     ThrowIfFailed(snapshot->GetUIDManager(resolver));
-    return PageObjects(std::move(resolver));
+    return PageObjects(resolver);
 }
 
 Snapshot WorkingSnapshot(Orin::OrinPI& db) {
