@@ -29,11 +29,14 @@ public:
         return objects;
     }
 
-    void Forget() noexcept { m_lists.clear(); }
+    // A table that is only cleared keeps the room of the largest block and goes through it at every small one.
+    void Forget() noexcept { Lists().swap(m_lists); }
 
 private:
+    using Lists = std::unordered_map<Orin::Index, Orin::ListT<Orin::Index>>;
+
     Orin::IUIDManager m_resolver;
-    std::unordered_map<Orin::Index, Orin::ListT<Orin::Index>> m_lists;
+    Lists m_lists;
 };
 
 }  // namespace Quill

@@ -24,7 +24,9 @@ public:
         const auto [entry, added] = m_slots.try_emplace(KeyOf(page), slot);
         if (!added) return {entry->second, false};
         try {
-            m_records.emplace_back().page = page;
+            Record record;
+            record.page = page;
+            m_records.push_back(std::move(record));
         } catch (...) {
             m_slots.erase(entry);
             throw;
@@ -43,6 +45,7 @@ public:
     // Of several pages of that name the one entered first; empty when there is none.
     PageID FindByName(std::string_view name) const {
         if (!m_namesAreWhole) {
+            m_names.clear();
             for (const auto& [key, slot] : m_slots)
                 CollectName(slot);
             m_namesAreWhole = true;
@@ -53,9 +56,8 @@ public:
 
     // Takes the page out; its record stays behind, reachable by its slot only.
     void Remove(const PageID& page) {
-        if (m_slots.erase(KeyOf(page)) == 0) return;
-        m_names.clear();
-        m_namesAreWhole = false;
+        // The names are left to the next query: clearing them here would go through the whole table page by page.
+        if (m_slots.erase(KeyOf(page)) != 0) m_namesAreWhole = false;
     }
 
     Slot SlotCount() const noexcept { return static_cast<Slot>(m_records.size()); }
