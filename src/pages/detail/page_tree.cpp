@@ -41,8 +41,7 @@ std::vector<PageTree::PageNumber> PageTree::PagesFrom(const PageKey& page) const
     std::vector<PageNumber> found;
     const auto start = m_byKey.find(page);
     if (start == m_byKey.end()) return found;
-    const Page& first = m_pages[start->second];
-    if (!first.isHere || (first.below.empty() && !first.isLeaf)) return found;
+    if (!m_pages[start->second].isHere || !IsRecorded(start->second)) return found;
 
     // `found` is the list of those to look at, too: behind `next` stand the pages whose pages below are not in it yet.
     // The marks keep the search from a page that stands below two others, or in a circle.

@@ -37,8 +37,11 @@ public:
 
     const PageKey& KeyOf(PageNumber page) const { return m_pages[page].key; }
 
-    // The page and all pages below it, each once, the page first. Empty when the page is not here, and when it is no
-    // leaf and nothing was entered below it.
+    // Whether the page is a leaf or something was entered below it.
+    bool IsRecorded(PageNumber page) const { return m_pages[page].isLeaf || !m_pages[page].below.empty(); }
+
+    // The page and all pages below it, each once, the page first. Empty when the page is not here or not recorded;
+    // pages below it that are not recorded are among them.
     std::vector<PageNumber> PagesFrom(const PageKey& page) const;
 
     // The pages of an occurrence in sheet order; empty when it is not here.
