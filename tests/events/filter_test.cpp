@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "events/orin_event_dispatcher.h"
-#include "orin/uid_manager.h"
+#include "tests/events/fake_snapshot.h"
 #include "tests/events/recording.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -16,44 +16,9 @@ namespace {
 
 using namespace Orin;
 using NQuillUtils::NEvents::CORINEventDispatcher;
+using Tests::FakeSnapshot;
 using Tests::Log;
 using Tests::OnAnotherThread;
-
-// Answers with success and nothing, and keeps the observer.
-class FakeSnapshot : public ISnapshot {
-public:
-    mutable EventObserver* observer = nullptr;
-
-    Result GetName(String&) const override { return {}; }
-    Result GetIndex(Index&) const override { return {}; }
-    Result IsValid() const override { return {}; }
-    Result GetAttribute(const String&, String&) const override { return {}; }
-    Result SetAttribute(const String&, const String&) override { return {}; }
-    Result GetBlock(ContainerT<const IBlock>&, const Index&) const override { return {}; }
-    Result GetIterBlocks(IteratorT<const IBlock>&) const override { return {}; }
-    Result GetIterComps(IteratorT<const IComp>&, const CompTypes&) const override { return {}; }
-    Result FindBlock(ListT<BlockInfo>&, const String&, const SearchParams&) const override { return {}; }
-    Result GetDefaultConfig(ContainerT<const IConfig>&, const String&) const override { return {}; }
-    Result GetInfo(SnapshotInfo&) const override { return {}; }
-    Result GetUIDManager(IUIDManager&) const override { return {}; }
-    Result BeginTransaction(const ETransactionType&) const override { return {}; }
-    Result CommitTransaction() const override { return {}; }
-    Result RollbackTransaction() const override { return {}; }
-    Result IsTransactionActive(bool&) const override { return {}; }
-    Result AddEventObserver(EventObserver* added) const override {
-        observer = added;
-        return {};
-    }
-    Result RemoveEventObserver(EventObserver*) const override { return {}; }
-    Result RemoveAttribute(const String&) override { return {}; }
-    Result GetAttributes(ListAttribute&) const override { return {}; }
-    Result GetIterConfigs(IteratorT<const IConfig>&) const override { return {}; }
-
-private:
-    Index Identity() const noexcept override { return Index(); }
-    Result AcquireLock(ELockScope, RefPtr<LockToken>&) const override { return {}; }
-    void OnUnreferenced() const noexcept override {}
-};
 
 Index Of(unsigned type) {
     return Index(std::uint64_t{type} << 56 | 1);
@@ -116,7 +81,6 @@ const Case kCases[] = {
 TEST(EventFilter, EachCallbackHasItsRuleOnTheOwnerThreadAndOffIt) {
     CORINEventDispatcher& dispatcher = *CORINEventDispatcher::Instance();
     FakeSnapshot fake;
-    fake.AddReference();
     ContainerT<const ISnapshot> snapshot(fake);
     Tests::Recording<EventObserver> observer;
     dispatcher.AddEventObserver(&snapshot, &observer, "", 0);
@@ -148,7 +112,6 @@ TEST(EventFilter, AThrowingCallLeavesTheRestOfTheQueueToBeDelivered) {
     } thrower;
     CORINEventDispatcher& dispatcher = *CORINEventDispatcher::Instance();
     FakeSnapshot fake;
-    fake.AddReference();
     ContainerT<const ISnapshot> snapshot(fake);
     dispatcher.AddEventObserver(&snapshot, &thrower, "", 0);
     OnAnotherThread([&] {

@@ -14,6 +14,17 @@ using Quill::Utils::CPropertyMangler;
 
 namespace {
 
+// Mangled once, and kept to the end of the process: callbacks may still come when static objects go.
+const Orin::String& ReadOnlyMark() {
+    static const auto* const mark =
+        new Orin::String(CPropertyMangler::Mangle(NReservedKeys::ReadOnlySheet, PropertyType::Internal));
+    return *mark;
+}
+const Orin::String& DesignNameAttribute() {
+    static const auto* const name = new Orin::String(CPropertyMangler::Mangle("Design_Name", PropertyType::Internal));
+    return *name;
+}
+
 bool RenamesBlock(const Index& object, EEventsChange kind) {
     return kind == EEventsChange::Name && object.GetType() == EObjectType::Block;
 }
@@ -27,12 +38,12 @@ bool ChangesAttributeOfBlock(const Index& object, EEventsChange kind) {
 
 void TextsBeforeChange::Remember(const Index& object, const Orin::String& text) {
     const std::lock_guard lock(m_mutex);
-    m_texts[{Quill::Platform::CurrentThreadId(), object}] = text;
+    m_texts[{ThisThread(), object}] = text;
 }
 
 Orin::String TextsBeforeChange::Take(const Index& object) {
     const std::lock_guard lock(m_mutex);
-    const auto node = m_texts.extract({Quill::Platform::CurrentThreadId(), object});
+    const auto node = m_texts.extract({ThisThread(), object});
     return node.empty() ? Orin::String() : node.mapped();
 }
 
@@ -110,7 +121,7 @@ void CORINEventObserverEx::OnAfterChange(const Index& object, EEventsChange kind
 void CORINEventObserverEx::TranslateAttribute(const Index& object, const Orin::String& name) {
     const EObjectType type = object.GetType();
     if (type != EObjectType::Block && type != EObjectType::Group) return;
-    if (name != CPropertyMangler::Mangle(NReservedKeys::ReadOnlySheet, PropertyType::Internal)) return;
+    if (name != ReadOnlyMark()) return;
     Index block = object;
     if (type == EObjectType::Group) {
         block = Index();
@@ -143,7 +154,7 @@ void CORINEventObserverNavigator::OnBeforeDelete(const Index& parent, const Inde
 
 Orin::String CORINEventObserverNavigator::DesignName(const Index& block) const {
     Orin::String name;
-    RequireBlock(Objects(), block)->GetAttribute(CPropertyMangler::Mangle("Design_Name", PropertyType::Internal), name);
+    RequireBlock(Objects(), block)->GetAttribute(DesignNameAttribute(), name);
     return name;
 }
 
