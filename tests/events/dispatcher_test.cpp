@@ -13,6 +13,8 @@ using namespace NQuillUtils::NEvents;
 using Orin::Index;
 using Tests::Log;
 using Tests::OnAnotherThread;
+using Tests::RecordingEx;
+using Tests::RecordingNavigator;
 using Tests::Text;
 using Plain = Tests::Recording<Orin::EventObserver>;
 
@@ -29,54 +31,6 @@ protected:
     void AddNet(const char* label = "N") {
         Index net;
         EXPECT_TRUE(editor.AddNet(blockIndex, {label}, net));
-    }
-};
-
-class RecordingEx : public Tests::Recording<EventObserverEx> {
-public:
-    using L = const std::string&;
-    void OnAddNetQuill(Index o, Index b, L l) override { Add("AddNetQuill", o, b, l); }
-    void OnAddNet(Index o, Index b, L l) override { Add("AddNet", o, b, l); }
-    void OnAddBus(Index o, Index b, L l) override { Add("AddBus", o, b, l); }
-    void OnDeleteGroup(Index o, Index b, L n, L t) override { Add("DeleteGroup", o, b, n + " " + t); }
-    void OnDeleteNetQuill(Index o, Index b, L l) override { Add("DeleteNetQuill", o, b, l); }
-    void OnDeleteNet(Index o, Index b, L l) override { Add("DeleteNet", o, b, l); }
-    void OnDeleteBus(Index o, Index b, L l) override { Add("DeleteBus", o, b, l); }
-    void OnDeleteBlock(Index o, L n) override { Add("DeleteBlock", o, {}, n); }
-    void OnDeleteBlockComp(Index o, Index p, Index c, std::uint32_t i) override {
-        Add("DeleteBlockComp", o, p, Text(c) + " " + std::to_string(i));
-    }
-    void OnBeforeNetQuillSetData(Index o, Index n, Index b, const Orin::NetDataQuill& d) override {
-        Add("BeforeSetData", o, n, Text(b) + " " + std::to_string(d.objectId));
-    }
-    void OnAfterNetQuillSetData(Index o, Index n, Index b, const Orin::NetDataQuill& d) override {
-        Add("AfterSetData", o, n, Text(b) + " " + std::to_string(d.objectId));
-    }
-    void OnBeforeLabelChange(Index o, Index b, L l) override { Add("BeforeLabel", o, b, l); }
-    void OnAfterLabelChange(Index o, Index b, L l) override { Add("AfterLabel", o, b, l); }
-    void OnBlockNameChange(Index o, L a, L b) override { Add("BlockName", o, {}, a + " " + b); }
-    void OnReadOnlyFlagChange(Index o) override { Add("ReadOnly", o, {}, ""); }
-
-private:
-    void Add(const char* what, Index o, Index b, const std::string& rest) {
-        log.push_back(std::string(what) + " " + Text(o) + " " + Text(b) + " " + rest);
-    }
-};
-
-class RecordingNavigator : public Tests::Recording<EventObserverNavigator> {
-public:
-    using G = const Orin::ListT<Index>&;
-    void OnBeforeRipBus(Index o, Index b, G g) override { Bus("BeforeRip", o, b, g); }
-    void OnAfterRipBus(Index o, Index b, G g) override { Bus("AfterRip", o, b, g); }
-    void OnDeleteBus(Index o, Index b, G g) override { Bus("DeleteBus", o, b, g); }
-    void OnDeleteBlock(Index o) override { log.push_back("DeleteBlock " + Text(o)); }
-    void OnDesignRootChange(Index o, const std::string& a, const std::string& b) override {
-        log.push_back("Root " + Text(o) + " " + a + ">" + b);
-    }
-
-private:
-    void Bus(const char* what, Index o, Index b, G g) {
-        log.push_back(std::string(what) + " " + Text(o) + " " + Text(b) + " " + (g.IsEmpty() ? "" : Text(g[0])));
     }
 };
 
