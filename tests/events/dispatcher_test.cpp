@@ -107,7 +107,7 @@ TEST_F(EventDispatcher, ADirectObserverCanVetoATransactionAndADeferredOneCannot)
 
 TEST_F(EventDispatcher, SchematicEventsCarryWhatTheDesignHeldAtTheirMoment) {
     const std::string b = Text(blockIndex) + " ";
-    for (const bool owner : {true, false}) {
+    const auto check = [&](bool owner) {
         SCOPED_TRACE(owner);
         RecordingEx observer;
         Dispatcher().AddEventObserverEx(&snapshot, &observer, "", 0);
@@ -163,7 +163,9 @@ TEST_F(EventDispatcher, SchematicEventsCarryWhatTheDesignHeldAtTheirMoment) {
                        "DeleteGroup " + g + " " + c + " 7 8", "DeleteBlock " + c + " 0:0 kid"}));
         Dispatcher().RemoveEventObserver(&snapshot, &observer);
         Dispatcher().DispatchEvents();
-    }
+    };
+    check(true);
+    check(false);
 }
 
 TEST_F(EventDispatcher, TheNavigatorHearsOfRipsRootsAndDeletions) {

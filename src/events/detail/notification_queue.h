@@ -21,7 +21,7 @@ public:
     // An item made ready to be pushed: all memory that its place in the queue takes.
     class Item {
     public:
-        explicit Item(std::unique_ptr<INotification> item) : m_node{item.get()} { item.release(); }
+        explicit Item(std::unique_ptr<INotification> item) : m_node{item.get()} { static_cast<void>(item.release()); }
         ~Item() {
             if (!m_node.empty()) delete m_node.front();
         }
