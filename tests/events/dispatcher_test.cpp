@@ -1,6 +1,7 @@
 #include <atomic>
 #include <functional>
 #include <stdexcept>
+#include <utility>
 
 #include "events/orin_event_dispatcher.h"
 #include "platform/interface_manager.h"
@@ -208,7 +209,22 @@ TEST_F(EventDispatcher, ARemovedObserverMissesWhatWasQueuedAndHearsAgainOnceRegi
     Dispatcher().RemoveEventObserver(&snapshot, &observer);
 }
 
-TEST_F(EventDispatcher, AnObserverMayDispatchAndRemoveItself) {
+TEST_F(EventDispatcher, ARenamingInsideARenamingKnowsTheNameBeforeEach) {
+    struct Renaming : RecordingEx {
+        std::function<void()> act;
+        void OnBeforeChange(const Index&, Orin::EEventsChange, bool) override {
+            if (const auto once = std::exchange(act, nullptr)) once();
+        }
+    } observer;
+    Dispatcher().AddEventObserverEx(&snapshot, &observer, "", 0);
+    observer.act = [&] { EXPECT_TRUE(editor.SetName(blockIndex, "inner")); };
+    EXPECT_TRUE(editor.SetName(blockIndex, "outer"));
+    const std::string name = "BlockName " + Text(blockIndex) + " 0:0 top ";
+    EXPECT_EQ(observer.log, (Log{name + "inner", name + "outer"}));
+    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+}
+
+TEST_F(EventDispatcher, AnObserverMayDispatchAndRemoveItselfAndOthers) {
     struct Unruly : Plain {
         std::function<void()> act;
         void OnAfterAdd(const Index& p, const Index& o, Orin::EEventsAdd k, bool u) override {
@@ -249,7 +265,28 @@ TEST_F(EventDispatcher, AnObserverMayDispatchAndRemoveItself) {
     Dispatcher().DispatchEvents();
     EXPECT_EQ(unruly.log.size(), 2U) << "an inner dispatch does not revive what was queued before";
     EXPECT_EQ(quiet.log.size(), 4U);
+
+    quiet.log.clear();
+    begin([&] { OnAnotherThread([&] { AddNet(); }); });
+    OnAnotherThread([&] { AddNet(); });
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(quiet.log.size(), 2U) << "other threads may queue meanwhile, for the next time";
+    removeItself();
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(quiet.log.size(), 4U);
+
     Dispatcher().RemoveEventObserver(&snapshot, &quiet);
+    begin([&] { Dispatcher().RemoveEventObserver(&snapshot, &quiet); });
+    Dispatcher().AddEventObserver(&snapshot, &quiet, "", 0);
+    quiet.log.clear();
+    AddNet();
+    EXPECT_EQ(quiet.log.size(), 1U) << "removed by the one before it";
+    Dispatcher().AddEventObserver(&snapshot, &quiet, "", 0);
+    quiet.log.clear();
+    OnAnotherThread([&] { AddNet(); });
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(quiet.log.size(), 1U) << "removed by an item in front of its own";
+    removeItself();
 }
 
 TEST_F(EventDispatcher, ClientCallbacksAreDeferredAndRemovedLikeEvents) {
@@ -281,10 +318,18 @@ TEST_F(EventDispatcher, NothingIsLostWhileThreadsEditAndTheOwnerDrains) {
     // Each thread adds nets to a block of its own, labelled by thread and number.
     struct Order : EventObserverEx {
         std::vector<std::string> labels[Threads];
+        std::string names[Threads];  // the last one of each thread's block
+        unsigned breaks = 0;         // where a renaming did not go on from the last name
+        void OnBlockNameChange(Index, const std::string& before, const std::string& after) override {
+            std::string& name = names[static_cast<std::size_t>(after[0] - '0')];
+            if (!name.empty() && before != name) ++breaks;
+            name = after;
+        }
         void OnAddNet(Index, Index, const std::string& label) override {
             labels[static_cast<std::size_t>(label[0] - '0')].push_back(label.substr(2));
         }
     } observer;
+    RecordingNavigator passing;  // comes and goes while it is being called
     Dispatcher().AddEventObserverEx(&snapshot, &observer, "", 0);
     std::atomic<unsigned> running{Threads};
     std::vector<std::thread> threads;
@@ -297,12 +342,18 @@ TEST_F(EventDispatcher, NothingIsLostWhileThreadsEditAndTheOwnerDrains) {
             Index home, net;
             EXPECT_TRUE(own->GetSnapshotByName(seen, "QUILL") && Orin::DesignDb::Editor::Open(ownEditor, seen));
             EXPECT_TRUE(ownEditor.AddBlock({name.c_str()}, home));
-            for (unsigned edit = 0; edit < Edits; ++edit)
-                EXPECT_TRUE(ownEditor.AddNet(home, {(name + " " + std::to_string(edit)).c_str()}, net));
+            for (unsigned edit = 0; edit < Edits; ++edit) {
+                const std::string label = name + " " + std::to_string(edit);
+                EXPECT_TRUE(ownEditor.AddNet(home, {label.c_str()}, net));
+                EXPECT_TRUE(edit % 8 != 0 || ownEditor.SetName(home, label.c_str()));
+            }
             --running;
         });
-    while (running != 0)
+    while (running != 0) {
+        Dispatcher().AddEventObserverNavigator(&snapshot, &passing, "", 0);
         Dispatcher().DispatchEvents();
+        Dispatcher().RemoveEventObserver(&snapshot, &passing);
+    }
     for (std::thread& thread : threads)
         thread.join();
     Dispatcher().DispatchEvents();
@@ -311,6 +362,9 @@ TEST_F(EventDispatcher, NothingIsLostWhileThreadsEditAndTheOwnerDrains) {
         want.push_back(std::to_string(edit));
     for (const std::vector<std::string>& labels : observer.labels)
         EXPECT_EQ(labels, want);
+    EXPECT_EQ(observer.breaks, 0U);
+    for (const std::string& name : observer.names)
+        EXPECT_EQ(name.substr(1), " 296");
     Dispatcher().RemoveEventObserver(&snapshot, &observer);
 }
 

@@ -1,5 +1,7 @@
 #include "events/detail/orin_event_observer_ex.h"
 
+#include <algorithm>
+
 #include "attributes/reserved_keys.h"
 #include "properties/property_mangler.h"
 
@@ -38,13 +40,20 @@ bool ChangesAttributeOfBlock(const Index& object, EEventsChange kind) {
 
 void TextsBeforeChange::Remember(const Index& object, const Orin::String& text) {
     const std::lock_guard lock(m_mutex);
-    m_texts[{ThisThread(), object}] = text;
+    m_texts[ThisThread()].emplace_back(object, text);
 }
 
 Orin::String TextsBeforeChange::Take(const Index& object) {
     const std::lock_guard lock(m_mutex);
-    const auto node = m_texts.extract({ThisThread(), object});
-    return node.empty() ? Orin::String() : node.mapped();
+    const auto own = m_texts.find(ThisThread());
+    if (own == m_texts.end()) return {};
+    auto& texts = own->second;
+    const auto found = std::find_if(texts.rbegin(), texts.rend(), [&](const auto& one) { return one.first == object; });
+    if (found == texts.rend()) return {};
+    Orin::String text = std::move(found->second);
+    texts.erase(found.base() - 1, texts.end());
+    if (texts.empty()) m_texts.erase(own);
+    return text;
 }
 
 void CORINEventObserverEx::OnAfterAdd(const Index& parent, const Index& object, EEventsAdd kind, bool undo) {
