@@ -16,6 +16,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -261,14 +262,21 @@ const TranslatedCase TranslatedCases[] = {
          Keep(groups);
      }},
     {"DesignName", true,
-     [](EventObserver& o, const Design& d) { o.OnBeforeChange(d.block, EEventsChange::SetAttribute, false); },
+     [](EventObserver& o, const Design& d) {
+         o.OnBeforeChange(d.block, EEventsChange::SetAttribute, false);
+         o.OnAfterChange(d.block, EEventsChange::SetAttribute, false);
+     },
      [](const Orin::IUIDManager& objects, const Design& d) {
          static const Orin::String Name("$$Internal_Design_Name");
-         Orin::ContainerT<const Orin::IBlock> block;
-         Orin::String value;
-         objects.GetBlock(block, d.block);
-         block->GetAttribute(Name, value);
-         Keep(value);
+         Orin::IUIDManager again;
+         d.snapshot->GetUIDManager(again);
+         for (const Orin::IUIDManager* const reader : {&objects, &std::as_const(again)}) {
+             Orin::ContainerT<const Orin::IBlock> block;
+             Orin::String value;
+             reader->GetBlock(block, d.block);
+             block->GetAttribute(Name, value);
+             Keep(value);
+         }
      }},
 };
 
