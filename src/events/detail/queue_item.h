@@ -1,0 +1,37 @@
+// How a wrapper defers a callback.
+#pragma once
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+#include "attributes/utils_exception.h"
+#include "events/detail/notification_queue.h"
+#include "events/orin_notification_data.h"
+
+namespace NQuillUtils::NEvents {
+
+// Event kinds and modes are kept as numbers, everything else as it is.
+template <class T>
+decltype(auto) RecordArgument(const T& argument) {
+    if constexpr (std::is_enum_v<T>)
+        return static_cast<int>(argument);
+    else
+        return (argument);
+}
+
+// Queues an item, with the wrapper's mutex held. It is built before, since building takes memory and reads the
+// database.
+inline void QueueItem(OrinUtils::Mutex* mutex, std::unique_ptr<INotification> built) {
+    NotificationQueue::Item item(std::move(built));
+    const OrinUtils::ScopedLock lock(mutex);
+    NotificationQueue::Instance().Push(item);
+}
+
+template <class Observer, class... Arguments>
+void QueueRecord(OrinUtils::Mutex* mutex, ORINNOTIFICATIONDATA::Type type, Observer* observer,
+                 const Arguments&... arguments) {
+    QueueItem(mutex, std::make_unique<ORINNOTIFICATIONDATA>(type, observer, RecordArgument(arguments)...));
+}
+
+}  // namespace NQuillUtils::NEvents
