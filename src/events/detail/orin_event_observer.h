@@ -76,7 +76,7 @@ protected:
             const Delivery delivery(*this);
             notification.Call();
         } else {
-            QueueItem(m_mutex, std::make_unique<Notification>(arguments...));
+            QueueItem(m_mutex, [&] { return std::make_unique<Notification>(arguments...); });
         }
     }
 

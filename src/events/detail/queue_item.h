@@ -20,18 +20,20 @@ decltype(auto) RecordArgument(const T& argument) {
         return (argument);
 }
 
-// Queues an item, with the wrapper's mutex held. It is built before, since building takes memory and reads the
-// database.
-inline void QueueItem(OrinUtils::Mutex* mutex, std::unique_ptr<INotification> built) {
-    NotificationQueue::Item item(std::move(built));
+// Queues the item that `build` makes. The wrapper's mutex is held for both, so that items stand in the queue in the
+// order in which what they say was read.
+template <class Build>
+void QueueItem(OrinUtils::Mutex* mutex, const Build& build) {
     const OrinUtils::ScopedLock lock(mutex);
+    NotificationQueue::Item item(build());
     NotificationQueue::Instance().Push(item);
 }
 
 template <class Observer, class... Arguments>
 void QueueRecord(OrinUtils::Mutex* mutex, ORINNOTIFICATIONDATA::Type type, Observer* observer,
                  const Arguments&... arguments) {
-    QueueItem(mutex, std::make_unique<ORINNOTIFICATIONDATA>(type, observer, RecordArgument(arguments)...));
+    QueueItem(mutex,
+              [&] { return std::make_unique<ORINNOTIFICATIONDATA>(type, observer, RecordArgument(arguments)...); });
 }
 
 }  // namespace NQuillUtils::NEvents
