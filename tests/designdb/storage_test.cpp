@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <functional>
 #include <random>
-#include <thread>
 
 #include "designdb/detail/chunked_sequence.h"
 #include "designdb/detail/table.h"
@@ -251,51 +250,6 @@ TEST(FaultInjector, FailsAndCountsByNameObjectAndCall) {
     EXPECT_EQ(writable->SetAttribute("a", "1").GetErrorCode(), 102);
     EXPECT_EQ(writable->GetAttribute("a", value).GetErrorCode(), 202);
     EXPECT_TRUE(writable->SetAttribute("a", "1"));
-}
-
-TEST(Threads, EditAndReadOneDesignThroughTheirOwnClients) {
-    DesignDb::Database database = NewDatabase();
-    TestClient first(database, "first");
-    Index block;
-    ASSERT_TRUE(first.editor.AddBlock({"b"}, block));
-    static constexpr unsigned Threads = 4, Edits = 300;
-    std::vector<std::thread> threads;
-    std::vector<unsigned> added(Threads);
-    for (unsigned t = 0; t < Threads; ++t)
-        threads.emplace_back([&, t] {
-            TestClient client(database, "worker");
-            AnyObserver observer;
-            for (unsigned i = 0; i < Edits; ++i) {
-                if (i % 50 == 0) {
-                    EXPECT_TRUE(client.snapshot->AddEventObserver(&observer));
-                }
-                Index comp;
-                // While another's transaction is open, edits are refused.
-                while (!client.editor.AddComp(block, {"c"}, comp))
-                    std::this_thread::yield();
-                ++added[t];
-                MutableContainerT<IComp> writable;
-                EXPECT_TRUE(LockerT<IComp>::Lock(client.Comp(comp), writable));
-                while (!writable->SetAttribute("a", "1", EAttributeType::User))
-                    std::this_thread::yield();
-                if (i % 10 == 0 && client.snapshot->BeginTransaction(ETransactionType::Edit)) {
-                    EXPECT_TRUE(client.editor.DeleteComp(comp));
-                    EXPECT_TRUE(client.snapshot->RollbackTransaction());
-                }
-                String value;
-                EXPECT_TRUE(writable->GetAttribute("a", value, EAttributeType::User));
-                if (i % 50 == 49) {
-                    EXPECT_TRUE(client.snapshot->RemoveEventObserver(&observer));
-                }
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    IteratorT<const IComp> comps;
-    ASSERT_TRUE(first.Block(block)->GetIterComps(comps, CompTypes()));
-    int count = 0;
-    EXPECT_TRUE(comps.GetCount(count));
-    EXPECT_EQ(count, static_cast<int>(Threads * Edits));
 }
 
 }  // namespace Tests

@@ -21,6 +21,8 @@ public:
     // Either happens as a whole or, on an allocation failure, not at all.
     virtual void Apply(Graph& graph) = 0;
     virtual const EditMark* AsMark() const noexcept { return nullptr; }
+    // The state of the whole design that applying the step leads to, when that is what it is about.
+    virtual const Graph* AsState() const noexcept { return nullptr; }
 
     UndoStep* below = nullptr;  // the step done before
 };
@@ -238,6 +240,23 @@ private:
     ListAttribute m_attributes;
 };
 
+// Exchanges the whole content of the design for another state of it.
+class RestoreStep final : public UndoStep {
+public:
+    explicit RestoreStep(Graph state) noexcept : m_state(std::move(state)) {}
+    void Apply(Graph& graph) override { Exchange(graph, m_state); }
+    const Graph* AsState() const noexcept override { return &m_state; }
+
+    // Slots that were given stay given: an object that is not in the other state leaves its own to nobody.
+    static void Exchange(Graph& graph, Graph& state) noexcept {
+        state.ReserveThrough(graph);
+        std::swap(graph, state);
+    }
+
+private:
+    Graph m_state;
+};
+
 // Stands on top of the steps of one edit, and says what the edit was.
 class EditMark final : public UndoStep {
 public:
@@ -257,7 +276,6 @@ public:
     Change& operator=(const Change&) = delete;
 
     const Graph& Now() const noexcept { return m_graph; }
-    Graph& Tables() noexcept { return m_graph; }
     // Says what the changes so far were, for who takes them back.
     void Mark(Event event) { m_log.Do<EditMark>(m_graph, std::move(event)); }
     void Keep() noexcept { m_kept = true; }
@@ -306,6 +324,7 @@ public:
     void SetOccurrence(Slot comp, Slot path, ListAttribute attributes) {
         m_log.Do<OccurrenceStep>(m_graph, comp, path, std::move(attributes));
     }
+    void Restore(Graph state) { m_log.Do<RestoreStep>(m_graph, std::move(state)); }
     void SetDesignAttributes(ListAttribute attributes) {
         m_log.Do<DesignAttributesStep>(m_graph, std::move(attributes));
     }

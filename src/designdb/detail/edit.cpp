@@ -3,6 +3,8 @@
 #include <shared_mutex>
 #include <thread>
 
+#include "designdb/detail/difference.h"
+
 namespace Orin::DesignDb {
 
 EditSeries::EditSeries(Session& session) : m_session(session) {
@@ -53,24 +55,32 @@ Result RevertEdits(Session& session, UndoLog::Mark mark) {
         {
             const std::lock_guard lock(snapshot.lock);
             snapshot.reverting = true;
-            if (!snapshot.observation.IsObserved())
+            if (snapshot.observation.IsEmpty())
                 while (snapshot.log.Top() != mark)
                     snapshot.log.RevertEdit(snapshot.graph);
         }
+        std::vector<Event> inverse;
         for (;;) {
-            Event inverse;
             {
                 const std::lock_guard lock(snapshot.lock);
                 if (snapshot.log.Top() == mark) break;
-                inverse = Inverse(snapshot.log.TopEdit()->event);
+                const EditMark& edit = *snapshot.log.TopEdit();
+                const Graph* const state = edit.below->AsState();
+                if (state != nullptr) {
+                    inverse = Difference(snapshot.graph, *state, snapshot.DesignIndex());
+                } else {
+                    inverse.assign(1, Inverse(edit.event));
+                }
             }
             const Announcement announcement(snapshot.observation);
-            announcement.Before(inverse, true);
+            for (const Event& event : inverse)
+                announcement.Before(event, true);
             {
                 const std::lock_guard lock(snapshot.lock);
                 snapshot.log.RevertEdit(snapshot.graph);
             }
-            announcement.After(inverse, true);
+            for (const Event& event : inverse)
+                announcement.After(event, true);
         }
         return {};
     } catch (const std::bad_alloc&) {
@@ -89,7 +99,7 @@ Result BeginTransaction(Session& session, const ETransactionType& type) {
         const std::lock_guard lock(snapshot.lock);
         if (Result allowed = check(); !allowed) return allowed;
     }
-    if (snapshot.observation.IsObserved()) {
+    if (!snapshot.observation.IsEmpty()) {
         const unsigned transaction = ++s_transactions;
         bool veto = false;
         // Each call has a vote of its own, so that none can take back another's; it counts when the call throws, too.
@@ -119,8 +129,7 @@ Result BeginTransaction(Session& session, const ETransactionType& type) {
 namespace {
 
 void AnnounceEnd(const Snapshot& snapshot) {
-    if (snapshot.observation.IsObserved())
-        Announcement(snapshot.observation).Each([](EventObserver& observer) { observer.OnAfterTransaction(); });
+    Announcement(snapshot.observation).Each([](EventObserver& observer) { observer.OnAfterTransaction(); });
 }
 
 // Whether the client can end its transaction now: not from inside a callback of a deletion, which must be able to take
@@ -153,10 +162,7 @@ Result RollbackTransaction(Session& session) {
         if (Result may = MayEnd(session); !may) return may;
         snapshot.reverting = true;
     }
-    if (snapshot.observation.IsObserved())
-        Announcement(snapshot.observation).Each([](EventObserver& observer) {
-            observer.OnBeforeRollbackTransaction();
-        });
+    Announcement(snapshot.observation).Each([](EventObserver& observer) { observer.OnBeforeRollbackTransaction(); });
     Result result = RevertEdits(session, nullptr);
     {
         const std::lock_guard lock(snapshot.lock);
