@@ -149,7 +149,10 @@ TEST_F(Events, BearTheNumbersOfTheirKindsOfEdits) {
         {[&] { return editor.DeleteGroup(made); }, "+del 69:0:2 45"},
         {[&] { return editor.AddBlock({"c"}, made); }, "+add 5:0:2 8"},
         {[&] { return editor.DeleteBlock(made); }, "+del 5:0:2 3"},
-        {[&] { return editor.AddConfig({"board", {}}, config); }, "+add 12:0:1 31"},
+        {[&] {
+             return editor.AddConfig({"board", {}}, config);
+         },
+         "+add 12:0:1 31"},
         {[&] { return editor.SetRoot(config, block); }, "+chg 12:0:1 28"},
         {[&] { return editor.DeleteConfig(config); }, "+del 12:0:1 31"},
         {[&] { return editor.AddPin(comp, {"2"}, made); }, "+add 8:0:2 30"},
