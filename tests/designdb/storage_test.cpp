@@ -129,6 +129,47 @@ TEST(Table, AgreesWithAVectorUnderRandomEditsOfItsCopies) {
     }
 }
 
+TEST(Commits, ThatCannotBeKeptChangeNothing) {
+    DesignDb::Database database = NewDatabase();
+    TestClient client(database, "one");
+    AnyObserver observer;
+    Index block, comp;
+    ASSERT_TRUE(client.editor.AddBlock({"b"}, block) && client.editor.AddComp(block, {"U1"}, comp));
+    ASSERT_TRUE(client.editor.MakeSavePoint("empty") && client.editor.AddComp(block, {"U2"}, comp));
+    const std::vector<std::string> before = Facts(client);
+    DesignDb::Testing::FaultInjector faults;
+    for (const bool observed : {false, true}) {
+        if (observed) {
+            ASSERT_TRUE(client.snapshot->AddEventObserver(&observer));
+        }
+        faults.Inject({"Store::Commit", {}, 1, true});
+        EXPECT_EQ(client.editor.SetLabel(comp, "x").GetErrorCode(), 102);
+        EXPECT_EQ(client.editor.DeleteBlock(block).GetErrorCode(), 102);
+        EXPECT_EQ(client.editor.RestoreSavePoint("empty").GetErrorCode(), 102);
+        EXPECT_EQ(Facts(client), before);
+        // A transaction goes on, to be committed again or rolled back; its edits are no commits.
+        ASSERT_TRUE(client.snapshot->BeginTransaction(ETransactionType::Edit));
+        EXPECT_TRUE(client.editor.DeleteBlock(block));
+        EXPECT_TRUE(client.editor.RestoreSavePoint("empty"));
+        EXPECT_EQ(client.snapshot->CommitTransaction().GetErrorCode(), 102);
+        EXPECT_TRUE(client.snapshot->RollbackTransaction());
+        EXPECT_EQ(Facts(client), before);
+        faults.Clear();
+    }
+    EXPECT_EQ(faults.Calls("Store::Commit"), 8U);
+    faults.Inject({"Store::Add"});
+    faults.Inject({"Store::Remove"});
+    EXPECT_EQ(client.editor.MakeSavePoint("more").GetErrorCode(), 102);
+    EXPECT_EQ(database.RemoveSnapshot("empty").GetErrorCode(), 102);
+    ListT<String> names;
+    ASSERT_TRUE(database.ListSnapshots(names));
+    EXPECT_EQ(names, (ListT<String>{"QUILL", "empty"}));
+    faults.Inject({"OrinPI::AttachSubClient"});
+    EXPECT_EQ(client.connection->AttachSubClient(database.ProjectName(), "sub").GetErrorCode(), 102);
+    EXPECT_EQ(client.connection->DetachSubClient().GetErrorCode(), 110);
+    ASSERT_TRUE(client.snapshot->RemoveEventObserver(&observer));
+}
+
 // Every edit is tried with its first allocation failing, then its second and so on until it needs no more.
 TEST(WantOfMemory, LeavesTheDesignAsItWasOrTheEditDone) {
     for (const bool observed : {false, true})
@@ -170,6 +211,9 @@ TEST(WantOfMemory, LeavesTheDesignAsItWasOrTheEditDone) {
                 [&] { return editor.SetCompData(group, comp, {}); },
                 [&] { return editor.RemoveMember(group, comp); },
                 [&] { return editor.DeleteComp(foreign); },
+                [&] { return inTransaction ? Result() : editor.MakeSavePoint(text); },
+                [&] { return editor.DeleteGroup(group); },
+                [&] { return inTransaction ? Result() : editor.RestoreSavePoint(text); },
                 [&] { return editor.DeleteNet(net2); },
                 [&] { return editor.DeleteBlock(block); },
             };

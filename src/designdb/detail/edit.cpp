@@ -27,6 +27,10 @@ EditSeries::~EditSeries() {
 }
 
 Result EditSeries::Finish(Result result) {
+    if (result && m_own) {
+        const std::shared_lock lock(m_session.snapshot->lock);
+        result = Keep(m_session);
+    }
     if (!result) {
         // Taking back can fail for want of memory alone, and then goes on where it stopped.
         while (!RevertEdits(m_session, m_mark))
@@ -69,7 +73,7 @@ Result RevertEdits(Session& session, UndoLog::Mark mark) {
                 if (state != nullptr) {
                     inverse = Difference(snapshot.graph, *state, snapshot.DesignIndex());
                 } else {
-                    inverse.assign(1, Inverse(edit.event));
+                    inverse.assign(1, Inverse(edit.What()));
                 }
             }
             const Announcement announcement(snapshot.observation);
@@ -128,10 +132,6 @@ Result BeginTransaction(Session& session, const ETransactionType& type) {
 
 namespace {
 
-void AnnounceEnd(const Snapshot& snapshot) {
-    Announcement(snapshot.observation).Each([](EventObserver& observer) { observer.OnAfterTransaction(); });
-}
-
 // Whether the client can end its transaction now: not from inside a callback of a deletion, which must be able to take
 // itself back, or of a rollback. The caller holds the snapshot's lock.
 Result MayEnd(const Session& session) {
@@ -141,36 +141,44 @@ Result MayEnd(const Session& session) {
     return snapshot.reverting || snapshot.series != 0 ? Result(EErrorCode::AccessDenied) : Result();
 }
 
-}  // namespace
-
-Result CommitTransaction(Session& session) {
-    Snapshot& snapshot = *session.snapshot;
-    {
-        const std::lock_guard lock(snapshot.lock);
-        if (Result may = MayEnd(session); !may) return may;
-        snapshot.log.Forget(nullptr);
-        snapshot.transactionOwner = nullptr;
-    }
-    AnnounceEnd(snapshot);
+// Begins to end the transaction: from now on nobody edits.
+Result BeginEnd(Session& session) {
+    const std::lock_guard lock(session.snapshot->lock);
+    if (Result may = MayEnd(session); !may) return may;
+    session.snapshot->reverting = true;
     return {};
 }
 
-Result RollbackTransaction(Session& session) {
+// Ends the transaction, or goes on with it when `result` is a failure; gives it on.
+Result EndWith(Session& session, Result result) {
     Snapshot& snapshot = *session.snapshot;
     {
         const std::lock_guard lock(snapshot.lock);
-        if (Result may = MayEnd(session); !may) return may;
-        snapshot.reverting = true;
-    }
-    Announcement(snapshot.observation).Each([](EventObserver& observer) { observer.OnBeforeRollbackTransaction(); });
-    Result result = RevertEdits(session, nullptr);
-    {
-        const std::lock_guard lock(snapshot.lock);
         snapshot.reverting = false;
-        if (result) snapshot.transactionOwner = nullptr;
+        if (!result) return result;
+        snapshot.log.Forget(nullptr);
+        snapshot.transactionOwner = nullptr;
     }
-    if (result) AnnounceEnd(snapshot);
+    Announcement(snapshot.observation).Each([](EventObserver& observer) { observer.OnAfterTransaction(); });
     return result;
+}
+
+}  // namespace
+
+Result CommitTransaction(Session& session) {
+    if (Result begun = BeginEnd(session); !begun) return begun;
+    std::shared_lock lock(session.snapshot->lock);
+    Result kept = Keep(session);
+    lock.unlock();
+    return EndWith(session, std::move(kept));
+}
+
+Result RollbackTransaction(Session& session) {
+    if (Result begun = BeginEnd(session); !begun) return begun;
+    Announcement(session.snapshot->observation).Each([](EventObserver& observer) {
+        observer.OnBeforeRollbackTransaction();
+    });
+    return EndWith(session, RevertEdits(session, nullptr));
 }
 
 void AbandonTransaction(Session& session) noexcept {

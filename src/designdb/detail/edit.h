@@ -94,6 +94,8 @@ Result Perform(Session& session, EditRight right, Body&& body) {
                 change.Mark(edit.event);
                 change.Keep();
             } else {
+                result = Keep(session);
+                if (!result) return result;
                 change.Keep();
                 snapshot.log.Forget(nullptr);
             }

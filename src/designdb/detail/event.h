@@ -55,6 +55,8 @@ struct Event {
     bool existed = false;  // whether the attribute was there
     String before;         // and its value then
 
+    bool IsOfAttribute() const noexcept { return family == Family::SetAttribute || family == Family::RemoveAttribute; }
+
     static Event Add(const Index& parent, const Index& object, EEventsAdd kind) {
         return {Family::Add, static_cast<int>(kind), parent, object, {}, {}, {}, {}, {}};
     }

@@ -144,12 +144,11 @@ public:
     RefPtr<const IObject> Next() override {
         const std::shared_lock lock(m_session->snapshot->lock);
         const Graph& graph = m_session->snapshot->graph;
-        m_last = NextSlot(graph, m_last);
-        if (m_last == 0) {
-            m_last = End;
-            return {};
-        }
-        return m_make(m_session, graph, m_last);
+        const Slot next = NextSlot(graph, m_last);
+        RefPtr<const IObject> made;
+        if (next != 0) made = m_make(m_session, graph, next);
+        m_last = next != 0 ? next : End;
+        return made;
     }
 
     Result GetCount(int& count) const override {
@@ -211,8 +210,11 @@ public:
         const std::shared_lock lock(m_session->snapshot->lock);
         const Graph& graph = m_session->snapshot->graph;
         while (m_position < m_slots.Count()) {
-            const Slot slot = m_slots[m_position++];
-            if (graph.Find<Record>(slot) != nullptr) return m_make(m_session, graph, slot);
+            const Slot slot = m_slots[m_position];
+            RefPtr<const IObject> made;
+            if (graph.Find<Record>(slot) != nullptr) made = m_make(m_session, graph, slot);
+            ++m_position;
+            if (made) return made;
         }
         return {};
     }

@@ -278,9 +278,7 @@ void Announcement::After(const Event& event, bool undo) const noexcept {
 void Announcement::Tell(const Event& event, void (*call)(EventObserver&, const Event&, bool),
                         void (EventObserver::*change)(const Index&, EEventsChange, bool), bool undo) const noexcept {
     const auto own = [&](EventObserver& observer) { call(observer, event, undo); };
-    const bool ofAttribute =
-        event.family == Event::Family::SetAttribute || event.family == Event::Family::RemoveAttribute;
-    if (!ofAttribute) return Each(own);
+    if (!event.IsOfAttribute()) return Each(own);
     Each(own, [&](EventObserver& observer) { (observer.*change)(event.object, KindOf<EEventsChange>(event), undo); });
 }
 

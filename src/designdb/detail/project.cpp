@@ -59,8 +59,12 @@ Result ProjectCore::Enter(RefPtr<Snapshot> snapshot) {
     const std::lock_guard lock(m_mutex);
     for (const RefPtr<Snapshot>& other : m_snapshots)
         if (other->name == snapshot->name) return Result(EErrorCode::AlreadyExists, snapshot->name);
-    m_snapshots.push_back(std::move(snapshot));
-    return {};
+    m_snapshots.push_back(snapshot);
+    Result kept;
+    if (const int code = Fault("Store::Add", Index())) kept = Result(code);
+    if (kept && store) kept = store->Add(*snapshot);
+    if (!kept) m_snapshots.pop_back();
+    return kept;
 }
 
 Result ProjectCore::RemoveSnapshot(const String& snapshot) {
@@ -73,6 +77,9 @@ Result ProjectCore::RemoveSnapshot(const String& snapshot) {
         if (found->removed) return Result(EErrorCode::ObjectNotFound, snapshot);
         if (found->transactionOwner != nullptr || found->reverting || !found->locks.IsEmpty())
             return EErrorCode::AccessDenied;
+        if (const int code = Fault("Store::Remove", Index())) return Result(code);
+        if (store)
+            if (Result kept = store->Remove(*found); !kept) return kept;
         found->removed = true;
         // Whoever has a handle yet finds nothing, under the indexes that were given nor under new ones.
         freed.ReserveThrough(found->graph);
@@ -214,6 +221,12 @@ Result AddEventObserver(Session& session, EventObserver* observer) {
 
 Result RemoveEventObserver(Session& session, EventObserver* observer) {
     return session.snapshot->observation.Remove(observer, *session.client);
+}
+
+Result Keep(const Session& session) {
+    if (const int code = Fault("Store::Commit", session.snapshot->DesignIndex())) return Result(code);
+    Store* const store = session.Project().store.get();
+    return store != nullptr ? store->Commit(*session.snapshot, *session.client) : Result();
 }
 
 }  // namespace Orin::DesignDb

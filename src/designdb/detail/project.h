@@ -16,6 +16,7 @@
 #include "designdb/detail/observation.h"
 #include "designdb/detail/path_table.h"
 #include "designdb/detail/readers_writer_lock.h"
+#include "designdb/detail/store.h"
 
 namespace Orin::DesignDb {
 
@@ -100,6 +101,7 @@ public:
     const String name;
     PathTable paths;
     ObserverList<ClientObserver> clientObservers;
+    std::unique_ptr<Store> store;  // null: designs live in memory alone. Set before the first client comes.
 
 private:
     ~ProjectCore() override;
@@ -192,6 +194,9 @@ private:
 
 Result MakeSavePoint(Session& session, const String& name);
 Result RestoreSavePoint(Session& session, const String& name);
+
+// Asks the project's store to keep a commit of the session's snapshot: see Store::Commit.
+Result Keep(const Session& session);
 
 // ---- Transactions and observers, for ISnapshot. ----
 

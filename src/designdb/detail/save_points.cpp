@@ -90,6 +90,10 @@ Result Exchange(Session& session, Graph state) {
             change.Keep();
         } else {
             RestoreStep::Exchange(snapshot.graph, state);
+            if (Result kept = Keep(session); !kept) {
+                RestoreStep::Exchange(snapshot.graph, state);
+                return kept;
+            }
         }
     }
     for (const Event& event : events)
