@@ -60,12 +60,12 @@ struct ConfigSpec {
 //
 // An edit stands alone or belongs to the client's transaction, needs no lock of the client's own, and either happens as
 // a whole or changes nothing:
-//   ObjectNotFound   an index that names no living object of the kind that the operation works on
+//   ObjectNotFound   an index that names no living object of the kind that the operation works on; or the snapshot was
+//                    removed
 //   AccessDenied     another client holds the object or what contains it, or a transaction on the snapshot; or another
 //                    thread, of whatever client, is deleting
 //   InvalidArgument  the objects do not go together (a pin of another block's component, a group as its own owner)
 //   NotConnected     the client was closed, or the editor never opened
-//   ObjectNotFound   also for everything in a snapshot that was removed
 //   OutOfMemory
 // Setting what is already there is an edit like any other. An Editor is used by one thread at a time; any number of
 // editors may work on one snapshot from any threads.

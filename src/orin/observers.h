@@ -20,7 +20,8 @@ namespace Orin {
 
 // Hears of every edit of one snapshot. In the callbacks with two indexes the first is the parent (the block of a net,
 // the net of a piece of it, the component of a pin) and the second the object itself. The trailing flag is true when
-// the event undoes an earlier edit, by a rollback or by the restoring of a save point.
+// the event undoes an earlier edit, by a rollback or by the restoring of a save point. A restore calls all of its
+// before-callbacks first and then all of its after-callbacks; every other edit has its own two together.
 class ORINPI_EXPORT EventObserver {
 public:
     virtual ~EventObserver();

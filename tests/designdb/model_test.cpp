@@ -320,20 +320,15 @@ private:
                 break;
             }
             case 6:
-            case 7: {
-                m_what = "add net";
-                const Index block = Any(Block);
-                if (Agree(editor.AddNet(block, {word.c_str()}, made),
-                          m_model.Find(block, Block) != nullptr && May(block)))
-                    Added(made, Net, block, "", word);
-                break;
-            }
+            case 7:
             case 8: {
-                m_what = "add bus";
+                m_what = "add net or bus";
                 const Index block = Any(Block);
-                if (Agree(editor.AddBus(block, {word.c_str()}, made),
-                          m_model.Find(block, Block) != nullptr && May(block)))
-                    Added(made, Bus, block, "", word);
+                const EObjectType kind = command != 8 ? Net : Bus;
+                const Result result = kind == Net ? editor.AddNet(block, {word.c_str()}, made)
+                                                  : editor.AddBus(block, {word.c_str()}, made);
+                if (Agree(result, m_model.Find(block, Block) != nullptr && May(block)))
+                    Added(made, kind, block, "", word);
                 break;
             }
             case 9:
@@ -395,8 +390,9 @@ private:
                 if (o->kind != Group) o->groups.push_back(group);
                 break;
             }
-            case 18: {
-                m_what = "remove member";
+            case 18:
+            case 19: {
+                m_what = "remove or move member";
                 const Index group = Any(Group);
                 Model::Object* const g = m_model.Find(group, Group);
                 const Index object = g != nullptr && !g->members.empty()
@@ -404,22 +400,16 @@ private:
                                          : Any(Comp);
                 const bool member =
                     g != nullptr && std::find(g->members.begin(), g->members.end(), object) != g->members.end();
-                if (!Agree(editor.RemoveMember(group, object), member && May(group))) break;
-                std::erase(g->members, object);
-                std::erase(m_model.Find(object)->groups, group);
-                break;
-            }
-            case 19: {
-                m_what = "move member";
-                const Index group = Any(Group);
-                Model::Object* const g = m_model.Find(group, Group);
-                const Index object = g != nullptr && !g->members.empty() ? g->members[0] : Any(Comp);
-                const bool member =
-                    g != nullptr && std::find(g->members.begin(), g->members.end(), object) != g->members.end();
                 const unsigned at = Number(4);
-                if (!Agree(editor.MoveMember(group, object, at), member && May(group))) break;
+                const bool move = command == 19;
+                const Result result = move ? editor.MoveMember(group, object, at) : editor.RemoveMember(group, object);
+                if (!Agree(result, member && May(group))) break;
                 std::erase(g->members, object);
-                g->members.insert(g->members.begin() + At(at, g->members.size()), object);
+                if (move) {
+                    g->members.insert(g->members.begin() + At(at, g->members.size()), object);
+                } else {
+                    std::erase(m_model.Find(object)->groups, group);
+                }
                 break;
             }
             case 20: {

@@ -18,7 +18,7 @@ namespace {
 class Caller final : public EventObserver, public ClientObserver {
 public:
     std::function<void()> then;
-    unsigned calls = 0;
+    std::atomic<unsigned> calls{0};
 
     void OnAfterChange(const Index&, EEventsChange, bool) override { Call(); }
     void OnErrorUnexpected(const String&, const String&) override { Call(); }

@@ -29,7 +29,7 @@ EditSeries::~EditSeries() {
 Result EditSeries::Finish(Result result) {
     if (result && m_own) {
         const std::shared_lock lock(m_session.snapshot->lock);
-        result = Keep(m_session);
+        result = MakeDurable(m_session);
     }
     if (!result) {
         // Taking back can fail for want of memory alone, and then goes on where it stopped.
@@ -69,7 +69,7 @@ Result RevertEdits(Session& session, UndoLog::Mark mark) {
                 const std::lock_guard lock(snapshot.lock);
                 if (snapshot.log.Top() == mark) break;
                 const EditMark& edit = *snapshot.log.TopEdit();
-                const Graph* const state = edit.below->AsState();
+                const Graph* const state = edit.below != nullptr ? edit.below->AsState() : nullptr;
                 if (state != nullptr) {
                     inverse = Difference(snapshot.graph, *state, snapshot.DesignIndex());
                 } else {
@@ -168,7 +168,7 @@ Result EndWith(Session& session, Result result) {
 Result CommitTransaction(Session& session) {
     if (Result begun = BeginEnd(session); !begun) return begun;
     std::shared_lock lock(session.snapshot->lock);
-    Result kept = Keep(session);
+    Result kept = MakeDurable(session);
     lock.unlock();
     return EndWith(session, std::move(kept));
 }

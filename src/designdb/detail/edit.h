@@ -94,7 +94,7 @@ Result Perform(Session& session, EditRight right, Body&& body) {
                 change.Mark(edit.event);
                 change.Keep();
             } else {
-                result = Keep(session);
+                result = MakeDurable(session);
                 if (!result) return result;
                 change.Keep();
                 snapshot.log.Forget(nullptr);

@@ -34,7 +34,7 @@ Result Token::Acquire() {
 Token::~Token() {
     if (m_held == 0) return;
     GiveUp();
-    Tell(&EventObserver::OnUnLock, &EventObserver::OnMultiUnLock);
+    AnnounceGone();
 }
 
 void Token::GiveUp() noexcept {

@@ -23,8 +23,9 @@ public:
     LockRequests& Requests() noexcept { return m_requests; }
     // Takes all of them or none. The caller holds the graph still.
     Result Acquire();
-    // Tells observers of what is held since.
-    void Announce() const noexcept { Tell(&EventObserver::OnLock, &EventObserver::OnMultiLock); }
+    // Tells observers of what is held since, and of what is not after all.
+    void AnnounceTaken() const noexcept { Tell(&EventObserver::OnLock, &EventObserver::OnMultiLock); }
+    void AnnounceGone() const noexcept { Tell(&EventObserver::OnUnLock, &EventObserver::OnMultiUnLock); }
 
 private:
     using One = void (EventObserver::*)(const Index&, const String&, const String&);
@@ -54,11 +55,15 @@ Result AcquireLocks(const SessionRef& session, ELockScope scope, RefPtr<LockToke
             if (Result found = find(session->snapshot->graph, made->Requests()); !found) return found;
             if (Result taken = made->Acquire(); !taken) return taken;
         }
-        made->Announce();
-        // A client that was closed meanwhile may have given up its locks before these came.
-        if (session->client->IsClosed()) return EErrorCode::NotConnected;
-        token = made;
-        return {};
+        made->AnnounceTaken();
+        if (!session->client->IsClosed()) {
+            token = made;
+            return {};
+        }
+        // A client that was closed meanwhile may have given up its locks before these came, or before they were told
+        // of; who keeps count must not take them for held.
+        made->AnnounceGone();
+        return EErrorCode::NotConnected;
     } catch (const std::bad_alloc&) {
         return EErrorCode::OutOfMemory;
     }

@@ -223,7 +223,7 @@ Result RemoveEventObserver(Session& session, EventObserver* observer) {
     return session.snapshot->observation.Remove(observer, *session.client);
 }
 
-Result Keep(const Session& session) {
+Result MakeDurable(const Session& session) {
     if (const int code = Fault("Store::Commit", session.snapshot->DesignIndex())) return Result(code);
     Store* const store = session.Project().store.get();
     return store != nullptr ? store->Commit(*session.snapshot, *session.client) : Result();

@@ -196,7 +196,7 @@ Result MakeSavePoint(Session& session, const String& name);
 Result RestoreSavePoint(Session& session, const String& name);
 
 // Asks the project's store to keep a commit of the session's snapshot: see Store::Commit.
-Result Keep(const Session& session);
+Result MakeDurable(const Session& session);
 
 // ---- Transactions and observers, for ISnapshot. ----
 

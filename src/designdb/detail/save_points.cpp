@@ -90,7 +90,7 @@ Result Exchange(Session& session, Graph state) {
             change.Keep();
         } else {
             RestoreStep::Exchange(snapshot.graph, state);
-            if (Result kept = Keep(session); !kept) {
+            if (Result kept = MakeDurable(session); !kept) {
                 RestoreStep::Exchange(snapshot.graph, state);
                 return kept;
             }
