@@ -28,10 +28,16 @@ enum class LabelProblem {
     TooLarge,       // beyond the limits below
 };
 
-// A label that would name more nets, or a list that would be longer, is not translated. Real buses stay far below;
-// files that were made to exhaust memory do not.
+// A label that would name more nets, or whose list would be longer, is not translated. Real buses stay far below; files
+// that were made to exhaust memory do not.
 inline constexpr std::size_t MostLabelMembers = 65'536;
 inline constexpr std::size_t LongestMemberList = 65'536;  // bytes
+
+// What all lists of one import may cost together, in items looked at and bytes written; each function below takes its
+// share off. When it is used up, the next groups count as too large.
+struct LabelBudget {
+    std::size_t left = std::size_t{1} << 26;
+};
 
 // What kind of label KiCad takes the text for. A range of one ("D[3..3]") is no vector, braces that hold an escape
 // ("{slash}") or follow "~", "_", "^", "$" or "@" make no group.
@@ -44,7 +50,7 @@ class KnownBuses {
 public:
     // Takes in the vectors of a bus label in KiCad's form: "D[7..0]", "P{D[7..0] ALIAS}". A plain label, and one that
     // cannot be translated, adds nothing.
-    void Add(std::string_view text, const BusAliases& aliases);
+    void Add(std::string_view text, const BusAliases& aliases, LabelBudget& budget);
 
     // The bracket form of a translated label that is a member of one of the buses, "D[3]" for "D3"; any other text as
     // it is, "D03" too. Where several stems fit ("D1" and "D" for "D12") the shortest one holds.
@@ -76,11 +82,13 @@ struct TranslatedLabel {
 // Braces that do not pair leave the text as it is. As in KiCad an alias counts only as an item of a group, and one
 // that is named by an alias is a net; what follows the closing brace of a group has no meaning. Groups within aliases
 // put their prefixes behind one another. The time taken grows with the text and the result, within the limits above.
-TranslatedLabel TranslateLabel(std::string_view text, const BusAliases& aliases, const KnownBuses& buses);
+TranslatedLabel TranslateLabel(std::string_view text, const BusAliases& aliases, const KnownBuses& buses,
+                               LabelBudget& budget);
 
 // The aliases as bus contents (see resolve_bus_contents): each name with its members as translated labels. No member
 // is resolved any further there, so there are no circles: one that bears the name of an alias is put in braces, which
 // keep it the name of a net. An alias that cannot be written (see LabelProblem) is left out.
-std::map<std::string, std::string> TranslateAliases(const BusAliases& aliases, const KnownBuses& buses);
+std::map<std::string, std::string> TranslateAliases(const BusAliases& aliases, const KnownBuses& buses,
+                                                    LabelBudget& budget);
 
 }  // namespace Quill::Interchange::Kicad
