@@ -78,7 +78,7 @@ struct ConnectedItems {
     std::vector<std::string> alternatives;  // the other texts that could have, best first, each once
     std::vector<ItemId> segments;
     std::vector<ItemId> junctions;
-    std::vector<ItemId> entries;  // of a net
+    std::vector<ItemId> entries;  // of a bus: those with both ends on buses
     std::vector<ItemId> labels;
     std::vector<ItemId> pins;  // of a net
 };
@@ -104,7 +104,8 @@ inline constexpr std::size_t MostConnectionsByName = 1'000'000;
 // On a sheet connects what has its end or place at the same point: wire ends, symbol pins, sheet pins, labels, and the
 // ends of bus entries. The middle of a wire connects with
 //   - a junction there, which joins all wires through that point, and what else is there;
-//   - a label or sheet pin there. Where several wires pass and none ends, it takes the first one in the input;
+//   - a label or sheet pin there. Where several wires pass and none ends, it takes the one drawn first
+//     (wires that lie on one another count as one);
 //   - another wire that lies on it for some length.
 // So wires that cross, a wire that ends on the middle of another, and a symbol pin there do not connect by themselves.
 //
@@ -118,8 +119,7 @@ inline constexpr std::size_t MostConnectionsByName = 1'000'000;
 //
 // Nets and buses come in the order of their first item: wires, then entries, labels, pins, sheet by sheet.
 //
-// With n items the time is O(n log n), and for wires that run across large parts of the sheet O(sqrt(p)) more for each,
-// where p is the number of points with a junction, label or entry; how many wires cross does not matter.
+// With n items the time is O(n log n) for each direction in which wires run; how many wires cross does not matter.
 Connectivity Connect(const std::vector<SheetGeometry>& sheets);
 
 }  // namespace Quill::Interchange::Kicad
