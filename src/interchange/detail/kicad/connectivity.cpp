@@ -42,7 +42,7 @@ private:
     std::vector<std::uint32_t> m_parents;
 };
 
-Point Within(Point point) {
+Orin::Point Within(Orin::Point point) {
     return {std::clamp(point.x, -LargestCoordinate, LargestCoordinate),
             std::clamp(point.y, -LargestCoordinate, LargestCoordinate)};
 }
@@ -69,7 +69,7 @@ private:
 
     // That an item has an end, or its place, at a point.
     struct Place {
-        Point at;
+        Orin::Point at;
         PlaceKind kind;
         std::uint32_t item;  // a node; of a junction its place in m_junctions
     };
@@ -106,7 +106,7 @@ private:
             all = node;
     }
 
-    static void FindHits(Lines& lines, NodeSets& sets, const std::vector<Point>& points);
+    static void FindHits(Lines& lines, NodeSets& sets, const std::vector<Orin::Point>& points);
     OptionalNode TakeHits(Lines& lines, std::uint32_t point, bool joinAll);
     void ConnectPoint(const Place* begin, const Place* end, std::uint32_t point, Lines& wires, Lines& buses);
     void ConnectEntries();
@@ -127,12 +127,12 @@ void BlockConnector::AddSheet(const SheetGeometry& sheet) {
         Lines& lines = segment.bus ? buses : wires;
         lines.segments.push_back({Within(segment.from), Within(segment.to)});
         lines.nodes.push_back(node);
-        for (const Point end : {lines.segments.back().from, lines.segments.back().to})
+        for (const Orin::Point end : {lines.segments.back().from, lines.segments.back().to})
             places.push_back({end, segment.bus ? PlaceKind::Bus : PlaceKind::Wire, node});
     }
     for (const BusEntry& entry : sheet.entries) {
         const std::uint32_t node = AddNode({NodeKind::Entry, false, entry.id});
-        for (const Point end : {entry.from, entry.to})
+        for (const Orin::Point end : {entry.from, entry.to})
             places.push_back({Within(end), PlaceKind::Entry, node});
     }
     for (const NetLabel& label : sheet.labels) {
@@ -146,11 +146,11 @@ void BlockConnector::AddSheet(const SheetGeometry& sheet) {
         m_junctions.push_back({junction.id, {}, {}});
     }
     std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) {
-        return std::tie(a.at, a.kind, a.item) < std::tie(b.at, b.kind, b.item);
+        return std::tie(a.at.x, a.at.y, a.kind, a.item) < std::tie(b.at.x, b.at.y, b.kind, b.item);
     });
 
     // Pins take no notice of the middle of a wire, and the ends of wires neither.
-    std::vector<Point> points;
+    std::vector<Orin::Point> points;
     for (const Place& place : places) {
         const bool asks =
             place.kind == PlaceKind::Junction || place.kind == PlaceKind::Entry || place.kind == PlaceKind::Label;
@@ -163,14 +163,14 @@ void BlockConnector::AddSheet(const SheetGeometry& sheet) {
     for (std::size_t begin = 0, end = 0; begin < places.size(); begin = end) {
         while (end < places.size() && places[end].at == places[begin].at)
             ++end;
-        while (point < points.size() && points[point] < places[begin].at)
+        while (point < points.size() && Before(points[point], places[begin].at))
             ++point;
         ConnectPoint(&places[begin], &places[begin] + (end - begin), point, wires, buses);
     }
     ConnectEntries();
 }
 
-void BlockConnector::FindHits(Lines& lines, NodeSets& sets, const std::vector<Point>& points) {
+void BlockConnector::FindHits(Lines& lines, NodeSets& sets, const std::vector<Orin::Point>& points) {
     const SegmentIndex index(lines.segments);
     for (std::size_t i = 0; i < lines.nodes.size(); ++i) {
         const std::uint32_t track = index.TrackOfSegment()[i];

@@ -6,18 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "orin/records.h"
+
 namespace Quill::Interchange::Kicad {
 
 // Coordinates are nanometres; beyond +-LargestCoordinate they count as that limit.
 inline constexpr std::int64_t LargestCoordinate = std::int64_t{1} << 60;
-
-struct Point {
-    std::int64_t x = 0;
-    std::int64_t y = 0;
-
-    friend bool operator==(const Point&, const Point&) = default;
-    friend auto operator<=>(const Point&, const Point&) = default;
-};
 
 // The ids of items are the caller's; results name items by them.
 using ItemId = std::uint32_t;
@@ -25,25 +19,25 @@ inline constexpr ItemId NoItem = std::numeric_limits<ItemId>::max();
 
 struct WireSegment {
     ItemId id = NoItem;
-    Point from;
-    Point to;
+    Orin::Point from;
+    Orin::Point to;
     bool bus = false;
 };
 
 struct Junction {
     ItemId id = NoItem;
-    Point at;
+    Orin::Point at;
 };
 
 struct BusEntry {
     ItemId id = NoItem;
-    Point from;
-    Point to;
+    Orin::Point from;
+    Orin::Point to;
 };
 
 struct NetPin {
     ItemId id = NoItem;
-    Point at;
+    Orin::Point at;
 };
 
 // Which label names a net: the first rank here, of equal ranks the text that sorts first.
@@ -57,7 +51,7 @@ enum class LabelRank : std::uint8_t {
 
 struct NetLabel {
     ItemId id = NoItem;
-    Point at;
+    Orin::Point at;
     std::string text;  // translated (label_text.h)
     LabelRank rank = LabelRank::Local;
     bool bus = false;  // whether the text names a bus

@@ -14,7 +14,7 @@ constexpr std::int64_t Magnitude(std::int64_t value) {
 
 // The main axis is the one along which a line runs faster; so what is computed from a step along it never exceeds the
 // coordinates themselves.
-constexpr bool MainAxisIsX(Point step) {
+constexpr bool MainAxisIsX(Orin::Point step) {
     return Magnitude(step.x) >= Magnitude(step.y);
 }
 
@@ -24,19 +24,19 @@ constexpr std::int64_t FloorDivide(std::int64_t a, std::int64_t b) {
 
 }  // namespace
 
-Point SegmentIndex::StepOf(const Segment& segment) {
-    Point step{segment.to.x - segment.from.x, segment.to.y - segment.from.y};
+Orin::Point SegmentIndex::StepOf(const Segment& segment) {
+    Orin::Point step{segment.to.x - segment.from.x, segment.to.y - segment.from.y};
     const std::int64_t divisor = std::gcd(step.x, step.y);
     step = {step.x / divisor, step.y / divisor};
-    return (MainAxisIsX(step) ? step.x : step.y) < 0 ? Point{-step.x, -step.y} : step;
+    return (MainAxisIsX(step) ? step.x : step.y) < 0 ? Orin::Point{-step.x, -step.y} : step;
 }
 
-Point SegmentIndex::BaseOf(Point point, Point step) {
+Orin::Point SegmentIndex::BaseOf(Orin::Point point, Orin::Point step) {
     const std::int64_t steps = MainAxisIsX(step) ? FloorDivide(point.x, step.x) : FloorDivide(point.y, step.y);
     return {point.x - steps * step.x, point.y - steps * step.y};
 }
 
-std::int64_t SegmentIndex::Along(Point point, Point step) {
+std::int64_t SegmentIndex::Along(Orin::Point point, Orin::Point step) {
     return MainAxisIsX(step) ? point.x : point.y;
 }
 
@@ -46,7 +46,7 @@ SegmentIndex::SegmentIndex(const std::vector<Segment>& segments) : m_trackOfSegm
     for (std::size_t i = 0; i < segments.size(); ++i) {
         const Segment& segment = segments[i];
         if (segment.from == segment.to) continue;
-        const Point step = StepOf(segment);
+        const Orin::Point step = StepOf(segment);
         const auto [low, high] = std::minmax({Along(segment.from, step), Along(segment.to, step)});
         pieces.push_back({{step, BaseOf(segment.from, step)}, low, high, static_cast<std::uint32_t>(i)});
     }
@@ -88,13 +88,13 @@ SegmentIndex::SegmentIndex(const std::vector<Segment>& segments) : m_trackOfSegm
     }
 }
 
-std::vector<SegmentIndex::Hit> SegmentIndex::Find(const std::vector<Point>& points) const {
+std::vector<SegmentIndex::Hit> SegmentIndex::Find(const std::vector<Orin::Point>& points) const {
     std::vector<Hit> hits;
     for (const Direction& direction : m_directions) {
-        const Point step = m_tracks[direction.begin].line.step;
+        const Orin::Point step = m_tracks[direction.begin].line.step;
         const auto begin = m_tracks.begin() + static_cast<std::ptrdiff_t>(direction.begin);
         const auto end = m_tracks.begin() + static_cast<std::ptrdiff_t>(direction.end);
-        auto point = std::lower_bound(points.begin(), points.end(), direction.lowest);
+        auto point = std::lower_bound(points.begin(), points.end(), direction.lowest, Before);
         for (; point != points.end() && point->x <= direction.highest.x; ++point) {
             if (point->y < direction.lowest.y || point->y > direction.highest.y) continue;
             const Line line{step, BaseOf(*point, step)};
