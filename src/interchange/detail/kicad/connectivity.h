@@ -6,18 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "orin/records.h"
+
 namespace Quill::Interchange::Kicad {
 
 // Coordinates are nanometres; beyond +-LargestCoordinate they count as that limit.
 inline constexpr std::int64_t LargestCoordinate = std::int64_t{1} << 60;
-
-struct Point {
-    std::int64_t x = 0;
-    std::int64_t y = 0;
-
-    friend bool operator==(const Point&, const Point&) = default;
-    friend auto operator<=>(const Point&, const Point&) = default;
-};
 
 // The ids of items are the caller's; results name items by them.
 using ItemId = std::uint32_t;
@@ -25,25 +19,25 @@ inline constexpr ItemId NoItem = std::numeric_limits<ItemId>::max();
 
 struct WireSegment {
     ItemId id = NoItem;
-    Point from;
-    Point to;
+    Orin::Point from;
+    Orin::Point to;
     bool bus = false;
 };
 
 struct Junction {
     ItemId id = NoItem;
-    Point at;
+    Orin::Point at;
 };
 
 struct BusEntry {
     ItemId id = NoItem;
-    Point from;
-    Point to;
+    Orin::Point from;
+    Orin::Point to;
 };
 
 struct NetPin {
     ItemId id = NoItem;
-    Point at;
+    Orin::Point at;
 };
 
 // Which label names a net: the first rank here, of equal ranks the text that sorts first.
@@ -57,7 +51,7 @@ enum class LabelRank : std::uint8_t {
 
 struct NetLabel {
     ItemId id = NoItem;
-    Point at;
+    Orin::Point at;
     std::string text;  // translated (label_text.h)
     LabelRank rank = LabelRank::Local;
     bool bus = false;  // whether the text names a bus
@@ -78,7 +72,7 @@ struct ConnectedItems {
     std::vector<std::string> alternatives;  // the other texts that could have, best first, each once
     std::vector<ItemId> segments;
     std::vector<ItemId> junctions;
-    std::vector<ItemId> entries;  // of a net
+    std::vector<ItemId> entries;  // of a bus: those with both ends on buses
     std::vector<ItemId> labels;
     std::vector<ItemId> pins;  // of a net
 };
@@ -104,7 +98,8 @@ inline constexpr std::size_t MostConnectionsByName = 1'000'000;
 // On a sheet connects what has its end or place at the same point: wire ends, symbol pins, sheet pins, labels, and the
 // ends of bus entries. The middle of a wire connects with
 //   - a junction there, which joins all wires through that point, and what else is there;
-//   - a label or sheet pin there. Where several wires pass and none ends, it takes the first one in the input;
+//   - a label or sheet pin there. Where several wires pass and none ends, it takes the one drawn first
+//     (wires that lie on one another count as one);
 //   - another wire that lies on it for some length.
 // So wires that cross, a wire that ends on the middle of another, and a symbol pin there do not connect by themselves.
 //
@@ -118,8 +113,7 @@ inline constexpr std::size_t MostConnectionsByName = 1'000'000;
 //
 // Nets and buses come in the order of their first item: wires, then entries, labels, pins, sheet by sheet.
 //
-// With n items the time is O(n log n), and for wires that run across large parts of the sheet O(sqrt(p)) more for each,
-// where p is the number of points with a junction, label or entry; how many wires cross does not matter.
+// With n items the time is O(n log n) for each direction in which wires run; how many wires cross does not matter.
 Connectivity Connect(const std::vector<SheetGeometry>& sheets);
 
 }  // namespace Quill::Interchange::Kicad
