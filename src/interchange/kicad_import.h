@@ -47,8 +47,8 @@ inline constexpr char OtherSources[] = "KiCad Other Labels";
 
 // Reads the design whose root schematic stands at `root` into a snapshot of the embedded database, which holds none
 // yet, and gives its name, the stem of the root file. All happens in one transaction of the snapshot's client: on a
-// fault, the snapshot and `name` are as before. Warnings are appended, also when a fault follows. Equal files give equal
-// designs, with equal indexes. Nothing is thrown.
+// fault, the snapshot and `name` are as before. Warnings are appended, also when a fault follows. Equal files give
+// equal designs, with equal indexes. Nothing is thrown.
 [[nodiscard]] std::optional<KicadMessage> ImportKicad(const std::filesystem::path& root, const KicadOptions& options,
                                                       const Orin::ContainerT<const Orin::ISnapshot>& snapshot,
                                                       Orin::String& name, std::vector<KicadMessage>& warnings);

@@ -21,11 +21,7 @@ using Orin::ECompType;
 using Orin::EObjectType;
 using Orin::Index;
 
-using Spot = Orin::Point;
-
-Kicad::Point Exact(const Spot& at) {
-    return {at.x, at.y};
-}
+using Orin::Point;
 
 Orin::Attribute User(std::string_view name, std::string_view value) {
     return {Stored(name), Stored(value), EAttributeType::User};
@@ -104,12 +100,12 @@ private:
     void AddNoConnect(const NoConnect& mark);
     void AddWire(const Wire& wire);
     CompModel& AddComp(CompModel comp, DefinitionId definition);
-    CompModel& AddMark(const std::string& cell, std::string variant, const Spot& at, int angle);
+    CompModel& AddMark(const std::string& cell, std::string variant, const Point& at, int angle);
     template <std::size_t Count>
     void AddFields(CompModel& comp, const std::vector<Field>& fields, const std::string_view (&names)[Count],
                    int angle);
     Index AddPin(CompModel& comp, std::string_view label);
-    void Connect(const Spot& at, const Index& pin);
+    void Connect(const Point& at, const Index& pin);
     void ConnectLabel(DraftLabel label, LabelRank rank, bool bus);
 
     void AddOccurrences();
@@ -218,8 +214,8 @@ void Builder::BuildPage(std::size_t block, std::size_t pageNumber) {
         AddNoConnect(mark);
     for (const Wire& wire : file.content.wires)
         AddWire(wire);
-    for (const Spot& at : file.content.junctions) {
-        m_draft->geometry[m_page].junctions.push_back({static_cast<ItemId>(m_draft->junctions.size()), Exact(at)});
+    for (const Point& at : file.content.junctions) {
+        m_draft->geometry[m_page].junctions.push_back({static_cast<ItemId>(m_draft->junctions.size()), at});
         m_draft->junctions.push_back({m_page, at});
     }
     for (const Graphic& graphic : file.content.graphics)
@@ -253,15 +249,15 @@ Index Builder::AddPin(CompModel& comp, std::string_view label) {
     return pin.spec.index = m_indexes.Next(EObjectType::Pin);
 }
 
-void Builder::Connect(const Spot& at, const Index& pin) {
-    m_draft->geometry[m_page].pins.push_back({static_cast<ItemId>(m_draft->pins.size()), Exact(at)});
+void Builder::Connect(const Point& at, const Index& pin) {
+    m_draft->geometry[m_page].pins.push_back({static_cast<ItemId>(m_draft->pins.size()), at});
     m_draft->pins.push_back({m_page, at, pin});
 }
 
 void Builder::ConnectLabel(DraftLabel label, LabelRank rank, bool bus) {
     label.page = m_page;
     m_draft->geometry[m_page].labels.push_back(
-        {static_cast<ItemId>(m_draft->labels.size()), Exact(label.at), label.text, rank, bus});
+        {static_cast<ItemId>(m_draft->labels.size()), label.at, label.text, rank, bus});
     m_draft->labels.push_back(std::move(label));
 }
 
@@ -306,7 +302,7 @@ void Builder::AddSymbol(SchematicFile& file, const PlacedSymbol& symbol) {
     if (definition.power == PowerScope::Local) power = m_labels.Local(value, file.source, symbol.start);
     bool names = false;
     for (const SymbolPin& pin : definition.pins) {
-        const Spot at = OnSheet(pin.at, symbol.at, symbol.angle, symbol.mirror);
+        const Point at = OnSheet(pin.at, symbol.at, symbol.angle, symbol.mirror);
         Connect(at, AddPin(comp, pin.number));
         if (pin.type != "power_in") continue;
         DraftLabel label;
@@ -321,8 +317,8 @@ void Builder::AddSymbol(SchematicFile& file, const PlacedSymbol& symbol) {
             label.source = pin.name;
         }
         if (!label.text.empty())
-            ConnectLabel(std::move(label),
-                         definition.power == PowerScope::Local ? LabelRank::Local : LabelRank::Power, false);
+            ConnectLabel(std::move(label), definition.power == PowerScope::Local ? LabelRank::Local : LabelRank::Power,
+                         false);
     }
     if (names && definition.power == PowerScope::Global)
         comp.attributes.push_back(User("Global Signal Name", power.text));
@@ -385,7 +381,7 @@ void Builder::AddMergedSheet(const SheetSymbol& sheet) {
 }
 
 // A component for a mark of the schematic editor's own, whose definition has one pin at its place.
-CompModel& Builder::AddMark(const std::string& cell, std::string variant, const Spot& at, int angle) {
+CompModel& Builder::AddMark(const std::string& cell, std::string variant, const Point& at, int angle) {
     CompModel comp;
     comp.spec.name = Stored(cell);
     comp.spec.partition = Stored(OwnLibrary);
@@ -449,9 +445,8 @@ void Builder::AddEntry(const EntryMark& entry) {
     comp.spec.types = ECompType::Ripper;
     AddSystem(comp, KicadAttributes::Uuid, entry.uuid);
     static_cast<void>(AddPin(comp, "1"));
-    const Spot end{entry.at.x + entry.size.x, entry.at.y + entry.size.y};
-    m_draft->geometry[m_page].entries.push_back(
-        {static_cast<ItemId>(m_draft->entries.size()), Exact(entry.at), Exact(end)});
+    const Point end{entry.at.x + entry.size.x, entry.at.y + entry.size.y};
+    m_draft->geometry[m_page].entries.push_back({static_cast<ItemId>(m_draft->entries.size()), entry.at, end});
     m_draft->entries.push_back({m_page, position, entry.at, end});
 }
 
@@ -462,10 +457,10 @@ void Builder::AddNoConnect(const NoConnect& mark) {
 
 void Builder::AddWire(const Wire& wire) {
     for (std::size_t i = 1; i < wire.points.size(); ++i) {
-        const Spot& from = wire.points[i - 1];
-        const Spot& to = wire.points[i];
+        const Point& from = wire.points[i - 1];
+        const Point& to = wire.points[i];
         m_draft->geometry[m_page].segments.push_back(
-            {static_cast<ItemId>(m_draft->segments.size()), Exact(from), Exact(to), wire.bus});
+            {static_cast<ItemId>(m_draft->segments.size()), from, to, wire.bus});
         m_draft->segments.push_back({m_page, from, to, &wire});
     }
 }
@@ -492,12 +487,10 @@ Attributes InstanceAttributes(const Instance& instance) {
 void Builder::AddOccurrences() {
     for (FileId file = 0; file < m_hierarchy.files.size(); ++file) {
         for (const auto& [place, page] : m_numbers[file])
-            AddOccurrence(*m_borders[file], *place,
-                          {Mangled("@PRINTORDER", PropertyType::NotCommonProperty, page)});
+            AddOccurrence(*m_borders[file], *place, {Mangled("@PRINTORDER", PropertyType::NotCommonProperty, page)});
         const std::vector<PlacedSymbol>& symbols = m_hierarchy.files[file]->content.symbols;
         for (std::size_t i = 0; i < symbols.size(); ++i)
-            for (const HeldInstance& held :
-                 HoldingInstances(symbols[i].instances, m_hierarchy.design, file, m_places))
+            for (const HeldInstance& held : HoldingInstances(symbols[i].instances, m_hierarchy.design, file, m_places))
                 if (Attributes attributes = InstanceAttributes(*held.instance); !attributes.empty())
                     AddOccurrence(m_symbols[file][i], *held.place, std::move(attributes));
     }

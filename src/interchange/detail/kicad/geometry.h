@@ -17,7 +17,8 @@ constexpr Orin::Point Flipped(const Orin::Point& point) noexcept {
     return {point.x, -point.y};
 }
 
-// Where a point of a symbol, given with y downwards, stands on the sheet: turned counter-clockwise first, then mirrored.
+// Where a point of a symbol, given with y downwards, stands on the sheet: turned counter-clockwise first, then
+// mirrored.
 constexpr Orin::Point OnSheet(const Orin::Point& point, const Orin::Point& at, int angle, Mirror mirror) noexcept {
     Orin::Point turned = point;
     for (int turn = 0; turn < static_cast<int>(QuarterTurns(angle)); ++turn)

@@ -56,7 +56,8 @@ private:
         constexpr std::string_view ProjectFolder = "${KIPRJMOD}";
         std::string text(name);
         std::replace(text.begin(), text.end(), '\\', '/');
-        if (text.starts_with(ProjectFolder)) return (m_folder / fs::path("." + text.substr(ProjectFolder.size()))).lexically_normal();
+        if (text.starts_with(ProjectFolder))
+            return (m_folder / fs::path("." + text.substr(ProjectFolder.size()))).lexically_normal();
         return (parent.path.parent_path() / fs::path(text)).lexically_normal();
     }
 
@@ -120,8 +121,7 @@ private:
                     std::find_if(stack.begin(), stack.end(), [&](const Level& level) { return level.file == *child; });
                 for (auto level = first; level != stack.end(); ++level)
                     reason += m_hierarchy.files[level->file]->name + " > ";
-                throw here.source.At(here.content.sheets[next].fileStart,
-                                     reason + m_hierarchy.files[*child]->name);
+                throw here.source.At(here.content.sheets[next].fileStart, reason + m_hierarchy.files[*child]->name);
             }
             states[*child] = State::Open;
             stack.push_back({*child, 0});
@@ -210,8 +210,7 @@ PageNumbers FindPageNumbers(const Hierarchy& hierarchy, FilePlaces& places) {
     for (FileId file = 0; file < hierarchy.files.size(); ++file) {
         const std::vector<SheetSymbol>& sheets = hierarchy.files[file]->content.sheets;
         for (std::uint32_t sheet = 0; sheet < sheets.size(); ++sheet)
-            for (const HeldInstance& held :
-                 HoldingInstances(sheets[sheet].instances, hierarchy.design, file, places))
+            for (const HeldInstance& held : HoldingInstances(sheets[sheet].instances, hierarchy.design, file, places))
                 enter(places.Below(*held.place, sheet), held.instance->text);
     }
     // The root file has its own number, and those of all sheets when the sheets have none themselves.

@@ -7,6 +7,8 @@
 
 #include "interchange/detail/kicad/block_draft.h"
 #include "interchange/detail/kicad/geometry.h"
+#include "interchange/detail/kicad/label_text.h"
+#include "interchange/detail/kicad/segment_index.h"
 #include "labels/bus_label_expander.h"
 #include "labels/net_limiter.h"
 
@@ -16,58 +18,60 @@ namespace {
 
 using Orin::EObjectType;
 using Orin::Index;
-using Spot = Orin::Point;
+using Orin::Point;
 
-struct SpotOrder {
-    bool operator()(const Spot& a, const Spot& b) const noexcept { return a.x != b.x ? a.x < b.x : a.y < b.y; }
+struct PointOrder {
+    bool operator()(const Point& a, const Point& b) const noexcept { return Before(a, b); }
 };
 
 // The points where wires are cut, so that the ones that lie on a wire are found without looking at all.
 class Cuts {
 public:
-    void Add(const Spot& at) {
+    void Add(const Point& at) {
         m_byX.push_back(at);
         m_byY.push_back({at.y, at.x});
     }
     void Sort() {
-        for (std::vector<Spot>* list : {&m_byX, &m_byY}) {
-            std::sort(list->begin(), list->end(), SpotOrder());
+        for (std::vector<Point>* list : {&m_byX, &m_byY}) {
+            std::sort(list->begin(), list->end(), PointOrder());
             list->erase(std::unique(list->begin(), list->end()), list->end());
         }
     }
     // The points strictly inside a wire, from its beginning to its end.
-    std::vector<Spot> Inside(const Spot& from, const Spot& to) const {
-        std::vector<Spot> inside;
+    std::vector<Point> Inside(const Point& from, const Point& to) const {
+        std::vector<Point> inside;
         const bool level = from.y == to.y;
-        const std::vector<Spot>& list = level ? m_byY : m_byX;
-        const auto key = [level](const Spot& at) { return level ? Spot{at.y, at.x} : at; };
-        Spot low = key(from);
-        Spot high = key(to);
-        if (SpotOrder()(high, low)) std::swap(low, high);
-        auto at = std::upper_bound(list.begin(), list.end(), low, SpotOrder());
-        for (; at != list.end() && SpotOrder()(*at, high); ++at)
-            if (const Spot spot = key(*at); Contains(from, to, spot)) inside.push_back(spot);
-        if (SpotOrder()(key(to), key(from))) std::reverse(inside.begin(), inside.end());
+        const std::vector<Point>& list = level ? m_byY : m_byX;
+        const auto key = [level](const Point& at) { return level ? Point{at.y, at.x} : at; };
+        Point low = key(from);
+        Point high = key(to);
+        if (PointOrder()(high, low)) std::swap(low, high);
+        auto at = std::upper_bound(list.begin(), list.end(), low, PointOrder());
+        for (; at != list.end() && PointOrder()(*at, high); ++at)
+            if (const Point point = key(*at); Contains(from, to, point)) inside.push_back(point);
+        if (PointOrder()(key(to), key(from))) std::reverse(inside.begin(), inside.end());
         return inside;
     }
 
 private:
-    static bool Contains(const Spot& from, const Spot& to, const Spot& at) {
+    static bool Contains(const Point& from, const Point& to, const Point& at) {
         if (from.x == to.x) return at.x == from.x;
         if (from.y == to.y) return at.y == from.y;
-        // Sheets are less than 2^51 nanometres wide, so their products are exact in 128 bits.
-        using Wide = __int128;
-        return static_cast<Wide>(to.x - from.x) * (at.y - from.y) == static_cast<Wide>(to.y - from.y) * (at.x - from.x);
+        // Whole multiples of the smallest step along the wire.
+        const std::int64_t steps = std::gcd(to.x - from.x, to.y - from.y);
+        const Point step{(to.x - from.x) / steps, (to.y - from.y) / steps};
+        const Point way{at.x - from.x, at.y - from.y};
+        return way.x % step.x == 0 && way.y % step.y == 0 && way.x / step.x == way.y / step.y;
     }
 
-    std::vector<Spot> m_byX;
-    std::vector<Spot> m_byY;  // x and y exchanged
+    std::vector<Point> m_byX;
+    std::vector<Point> m_byY;  // x and y exchanged
 };
 
 // The joints and segments that are drawn of one net or bus on one page.
 class Figure {
 public:
-    std::uint32_t JointAt(const Spot& at) {
+    std::uint32_t JointAt(const Point& at) {
         const auto [known, isNew] = m_known.try_emplace(at, static_cast<std::uint32_t>(m_joints.size()));
         if (isNew) {
             Orin::ListSegmentsQuillJoint& joint = m_joints.emplace_back();
@@ -76,20 +80,20 @@ public:
         }
         return known->second;
     }
-    void Attach(const Spot& at, const Index& object) {
+    void Attach(const Point& at, const Index& object) {
         Orin::ListSegmentsQuillJoint& joint = m_joints[JointAt(at)];
         if (joint.attached.IsEmpty()) joint.attached = object;
     }
-    void AddSegment(const Spot& from, const Spot& to, const Orin::LineStyle& style) {
+    void AddSegment(const Point& from, const Point& to, const Orin::LineStyle& style) {
         const std::uint32_t a = JointAt(from);
         const std::uint32_t b = JointAt(to);
         if (m_segments.empty()) m_style = style;
         m_segments.push_back({a, b});
         m_parents[Root(a)] = Root(b);
     }
-    void AddWire(const Spot& from, const Spot& to, const Cuts& cuts, const Orin::LineStyle& style) {
-        Spot last = from;
-        for (const Spot& at : cuts.Inside(from, to)) {
+    void AddWire(const Point& from, const Point& to, const Cuts& cuts, const Orin::LineStyle& style) {
+        Point last = from;
+        for (const Point& at : cuts.Inside(from, to)) {
             AddSegment(last, at, style);
             last = at;
         }
@@ -133,7 +137,7 @@ private:
         return joint;
     }
 
-    std::map<Spot, std::uint32_t, SpotOrder> m_known;
+    std::map<Point, std::uint32_t, PointOrder> m_known;
     std::vector<Orin::ListSegmentsQuillJoint> m_joints;
     std::vector<std::pair<std::uint32_t, std::uint32_t>> m_segments;
     std::vector<std::uint32_t> m_parents;
@@ -169,14 +173,15 @@ private:
     void AddLabels(const ConnectedItems& items, Model& model);
     template <class Model>
     void DrawLabels(const ConnectedItems& items, Model& model);
-    Orin::ListT<Orin::BusDataQuill::Signal> SignalsOf(const BusModel& bus, const std::vector<std::uint32_t>& nets) const;
+    Orin::ListT<Orin::BusDataQuill::Signal> SignalsOf(const BusModel& bus,
+                                                      const std::vector<std::uint32_t>& nets) const;
     Index Page(std::size_t page) const { return m_draft.model.groups[page].spec.index; }
 
     BlockDraft& m_draft;
     IndexCounter& m_indexes;
     const Connectivity m_connected;
     std::vector<std::optional<std::uint32_t>> m_busOf;  // by entry: the bus that it leads to
-    std::vector<bool> m_turned;                          // by entry: whether it ends, not begins, on its net
+    std::vector<bool> m_turned;                         // by entry: whether it ends, not begins, on its net
 };
 
 // Which end of each entry stands on its net: the other one leads to the bus.
@@ -188,14 +193,14 @@ void NetBuilder::PlaceEntries() {
     for (std::uint32_t bus = 0; bus < m_connected.buses.size(); ++bus)
         for (const ItemId entry : m_connected.buses[bus].entries)
             m_busOf[entry] = bus;
-    std::vector<std::set<Spot, SpotOrder>> netPoints(m_draft.geometry.size());
+    std::vector<std::set<Point, PointOrder>> netPoints(m_draft.geometry.size());
     for (const DraftSegment& segment : m_draft.segments)
         if (!segment.wire->bus) netPoints[segment.page].insert({segment.from, segment.to});
     for (const DraftPin& pin : m_draft.pins)
         netPoints[pin.page].insert(pin.at);
     for (std::size_t i = 0; i < m_draft.entries.size(); ++i) {
         DraftEntry& entry = m_draft.entries[i];
-        const std::set<Spot, SpotOrder>& points = netPoints[entry.page];
+        const std::set<Point, PointOrder>& points = netPoints[entry.page];
         CompModel& ripper = m_draft.model.comps[entry.comp];
         if (m_busOf[i]) ripper.bus = m_draft.model.buses[*m_busOf[i]].spec.index;
         if (points.count(entry.from) != 0 || points.count(entry.to) == 0) continue;
@@ -227,7 +232,7 @@ NetBuilder::Figures NetBuilder::DrawWires(const ConnectedItems& items) {
 
 // Pins touch the figure where they stand; a net connects them as well.
 void NetBuilder::AttachPins(const ConnectedItems& items, Figures& figures, Indexes* connected) {
-    const auto attach = [&](std::size_t page, const Spot& at, const Index& pin) {
+    const auto attach = [&](std::size_t page, const Point& at, const Index& pin) {
         figures[page].Attach(at, pin);
         if (connected != nullptr) connected->push_back(pin);
     };
@@ -247,8 +252,7 @@ void NetBuilder::AddLabels(const ConnectedItems& items, Model& model) {
         const auto found = sources.find(text);
         return found == sources.end() ? std::string_view(text) : found->second;
     };
-    if (!items.name.empty())
-        model.attributes.push_back({KicadAttributes::Source, Stored(sourceOf(items.name))});
+    if (!items.name.empty()) model.attributes.push_back({KicadAttributes::Source, Stored(sourceOf(items.name))});
     if (items.alternatives.empty()) return;
     std::string others;
     std::string otherSources;

@@ -33,7 +33,7 @@ TextLook ReadEffects(TokenReader& reader);
 Field ReadField(TokenReader& reader);
 void ReadStroke(TokenReader& reader, Orin::LineStyle& style);
 void ReadFill(TokenReader& reader, Orin::LineStyle& style);
-std::vector<Instance> ReadInstances(TokenReader& reader);                // of an item, by project
+std::vector<Instance> ReadInstances(TokenReader& reader);  // of an item, by project
 void ReadPaths(TokenReader& reader, std::string_view project, std::vector<Instance>& instances);
 
 // A graphic item, when the list that was entered is one; it is then left.

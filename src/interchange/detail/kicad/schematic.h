@@ -125,7 +125,8 @@ enum class GraphicKind : std::uint8_t { Line, Bezier, Rectangle, Arc, Circle, Te
 
 struct Graphic {
     GraphicKind kind = GraphicKind::Line;
-    std::vector<Orin::Point> points;  // a rectangle's or box's corners; start, middle and end of an arc; a centre; a place
+    std::vector<Orin::Point>
+        points;  // a rectangle's or box's corners; start, middle and end of an arc; a centre; a place
     std::int64_t radius = 0;
     std::string_view text;
     int angle = 0;

@@ -33,8 +33,8 @@ public:
     // After the root list was left: fails when anything follows.
     void ExpectEnd();
 
-    // The next thing of the list: an inner list, which is entered; a word, which Word() then gives; or its end, by which
-    // the list is left.
+    // The next thing of the list: an inner list, which is entered; a word, which Word() then gives; or its end, by
+    // which the list is left.
     Step Next();
     bool NextList();
     // Goes to the end of the list and leaves it.
