@@ -328,7 +328,7 @@ Connectivity BlockConnector::Collect() {
                 break;
             case NodeKind::Label:
                 items.labels.push_back(node.id);
-                if (node.label->rank != LabelRank::SheetPin && !node.label->text.empty()) {
+                if ((node.bus || node.label->rank != LabelRank::SheetPin) && !node.label->text.empty()) {
                     names[places[m_sets.Find(i)]].push_back(node.label);
                 }
                 break;
