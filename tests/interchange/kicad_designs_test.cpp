@@ -265,15 +265,17 @@ void Compare(const json& oracle, const ImportedDesign& design) {
         EXPECT_EQ(found.members.at(text), members);
         // A pin of a sheet symbol names a bus only where nothing else does.
         std::set<std::size_t> places;
-        for (const auto& [kind, pages] : label.at("as").items())
-            for (const std::size_t place : pages) {
+        for (const auto& [kind, on] : label.at("as").items())
+            for (const std::size_t place : on) {
                 places.insert(place);
-                if (kind != "sheet_pin") EXPECT_THAT(found.buses.at(text), testing::Contains(place));
+                if (kind != "sheet_pin") {
+                    EXPECT_THAT(found.buses.at(text), testing::Contains(place));
+                }
             }
         EXPECT_THAT(places, testing::IsSupersetOf(found.buses.at(text)));
         texts.insert(text);
     }
-    for (const auto& [text, pages] : found.buses)
+    for (const auto& [text, on] : found.buses)
         EXPECT_THAT(texts, testing::Contains(text));
 
     // Numbers that are given twice stand for their first page, and what is no number has no place among them.

@@ -1,5 +1,6 @@
 #include "interchange/detail/kicad/design_builder.h"
 
+#include <array>
 #include <set>
 
 #include "interchange/detail/kicad/block_draft.h"
@@ -55,9 +56,12 @@ void AddTitles(const Schematic& schematic, Attributes& attributes) {
             }
 }
 
-// Properties are known by where they stand, since their names were translated once.
-constexpr std::string_view SymbolFieldNames[] = {"Reference", "Value", "Footprint", "Datasheet"};
-constexpr std::string_view SheetFieldNames[] = {"Sheetname", "Sheetfile"};
+// The first properties are known by where they stand, since their names were translated once; further ones only in
+// files that number them, since others may leave some out.
+constexpr std::size_t AlwaysPresent = 2;
+using FieldNames = std::array<std::string_view, 4>;  // empty: as the file has it
+constexpr FieldNames SymbolFieldNames{"Reference", "Value", "Footprint", "Datasheet"};
+constexpr FieldNames SheetFieldNames{"Sheetname", "Sheetfile"};
 
 // What a symbol is when its file does not say otherwise; only the exceptions are kept.
 struct UsualFlag {
@@ -100,10 +104,8 @@ private:
     void AddNoConnect(const NoConnect& mark);
     void AddWire(const Wire& wire);
     CompModel& AddComp(CompModel comp, DefinitionId definition);
-    CompModel& AddMark(const std::string& cell, std::string variant, const Point& at, int angle);
-    template <std::size_t Count>
-    void AddFields(CompModel& comp, const std::vector<Field>& fields, const std::string_view (&names)[Count],
-                   int angle);
+    CompModel& AddMark(const std::string& cell, const std::string& variant, const Point& at, int angle);
+    void AddFields(CompModel& comp, const std::vector<Field>& fields, const FieldNames& names, int angle);
     Index AddPin(CompModel& comp, std::string_view label);
     void Connect(const Point& at, const Index& pin);
     void ConnectLabel(DraftLabel label, LabelRank rank, bool bus);
@@ -170,6 +172,7 @@ void Builder::BuildBlock(std::size_t number) {
     m_draft = &m_drafts[number];
     const PlannedBlock& block = m_plan.blocks[number];
     m_labels.StartBlock(block);
+    RefuseCollisions(m_hierarchy, block, m_labels);
     m_draft->geometry.resize(block.pages.size());
     m_draft->model.groups.reserve(block.pages.size());
     for (std::size_t page = 0; page < block.pages.size(); ++page)
@@ -261,15 +264,15 @@ void Builder::ConnectLabel(DraftLabel label, LabelRank rank, bool bus) {
     m_draft->labels.push_back(std::move(label));
 }
 
-template <std::size_t Count>
-void Builder::AddFields(CompModel& comp, const std::vector<Field>& fields, const std::string_view (&names)[Count],
-                        int angle) {
-    std::set<std::string_view> known;
+void Builder::AddFields(CompModel& comp, const std::vector<Field>& fields, const FieldNames& names, int angle) {
+    std::set<std::string_view> given;
     std::vector<Orin::DesignDb::DrawnAttributeInfo> drawn;
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const Field& field = fields[i];
-        const std::string_view name = i < Count ? names[i] : field.name;
-        if (name.empty() || !known.insert(name).second) continue;
+        const bool known = i < names.size() && !names[i].empty() &&
+                           (i < AlwaysPresent || field.number == static_cast<std::int32_t>(i));
+        const std::string_view name = known ? names[i] : field.name;
+        if (name.empty() || !given.insert(name).second) continue;
         comp.attributes.push_back(User(name, field.value));
         Orin::DesignDb::DrawnAttributeInfo& attribute = drawn.emplace_back();
         attribute.name = Stored(name);
@@ -380,16 +383,31 @@ void Builder::AddMergedSheet(const SheetSymbol& sheet) {
         AddText(field.value, field.at, StyleOf(field.look, field.angle), m_indexes, *m_group->view);
 }
 
-// A component for a mark of the schematic editor's own, whose definition has one pin at its place.
-CompModel& Builder::AddMark(const std::string& cell, std::string variant, const Point& at, int angle) {
+// How marks that always look alike are drawn.
+struct MarkLine {
+    std::string_view cell;
+    Point from;
+    Point to;
+};
+constexpr MarkLine MarkLines[] = {{"bus_entry", {0, 0}, {2540000, 2540000}},
+                                  {"no_connect", {-635000, -635000}, {635000, 635000}},
+                                  {"no_connect", {-635000, 635000}, {635000, -635000}}};
+
+// A component for a mark of the schematic editor's own, whose definition has one pin at its place when it connects.
+CompModel& Builder::AddMark(const std::string& cell, const std::string& variant, const Point& at, int angle) {
     CompModel comp;
     comp.spec.name = Stored(cell);
     comp.spec.partition = Stored(OwnLibrary);
     comp.drawn.push_back(DrawnOn(m_group->spec.index, Placed(at, angle, Mirror::None)));
-    const DefinitionId definition = m_definitions.OfMark(cell, variant, [](Definition& made) {
+    const DefinitionId definition = m_definitions.OfMark(cell, variant, [&cell](Definition& made) {
         SymbolPin pin;
         pin.number = "1";
-        made.pins.push_back(pin);
+        for (const MarkLine& line : MarkLines) {
+            if (line.cell != cell) continue;
+            Graphic& graphic = made.graphics.emplace_back();
+            graphic.points = {line.from, line.to};
+        }
+        if (cell != "no_connect") made.pins.push_back(pin);
     });
     return AddComp(std::move(comp), definition);
 }
@@ -401,7 +419,6 @@ struct LabelMark {
 };
 constexpr LabelMark LabelMarks[] = {{LabelType::Global, "global_label", LabelRank::Global},
                                     {LabelType::Hierarchical, "hierarchical_label", LabelRank::Hierarchical}};
-constexpr std::string_view NoNames[] = {{}};
 
 void Builder::AddLabel(SchematicFile& file, const Label& label) {
     DraftLabel draft;
@@ -417,7 +434,7 @@ void Builder::AddLabel(SchematicFile& file, const Label& label) {
     if (label.type == LabelType::Directive) {
         CompModel& comp = AddMark("directive_label", shape, label.at, label.angle);
         comp.spec.label = Stored(label.text);
-        AddFields(comp, label.fields, NoNames, 0);
+        AddFields(comp, label.fields, {}, 0);
         AddSystem(comp, KicadAttributes::Uuid, label.uuid);
         return;
     }
@@ -427,7 +444,7 @@ void Builder::AddLabel(SchematicFile& file, const Label& label) {
         CompModel& comp = AddMark(mark.cell, shape, label.at, label.angle);
         comp.spec.label = Stored(written.text);
         comp.spec.types = ECompType::Connector;
-        AddFields(comp, label.fields, NoNames, 0);
+        AddFields(comp, label.fields, {}, 0);
         comp.drawn.back().label = Orin::LabelDataQuill{0, label.at, StyleOf(label.look, label.angle)};
         AddSystem(comp, KicadAttributes::Source, label.text);
         AddSystem(comp, KicadAttributes::Uuid, label.uuid);
