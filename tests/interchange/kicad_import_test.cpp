@@ -150,6 +150,17 @@ TEST_F(KicadImport, DepthOfBracketsIsNoMatter) {
     EXPECT_EQ(design.Import(Put("root.kicad_sch", Schematic(std::string(deep, '(') + std::string(deep, ')')))), "");
 }
 
+TEST_F(KicadImport, SheetsThatMultiplyWithoutBoundAreRefused) {
+    for (int level = 0; level < 30; ++level) {
+        const std::string below = std::to_string(level + 1) + ".kicad_sch";
+        Put(std::to_string(level) + ".kicad_sch",
+            Schematic(level < 29 ? Sheet("a", below, "a") + Sheet("b", below, "b") : std::string()));
+    }
+    ImportedDesign design;
+    EXPECT_EQ(Short(design.Import(m_folder / "0.kicad_sch")),
+              "0.kicad_sch: the hierarchy has more than a million places");
+}
+
 TEST_F(KicadImport, InstancesOfOtherProjectsAndPathsWithoutTheRootAreTold) {
     Put("a.kicad_sch", Schematic(Sheet("low", "b.kicad_sch", "ub", Page("root", "/root/ua1", "7"))));
     Put("b.kicad_sch", Schematic(""));
