@@ -292,6 +292,127 @@ TEST_F(KicadImport, PowerSymbolsNameTheNetAtTheirTurnedPin) {
     }
 }
 
+// "LABEL (OTHER LABELS): how many pins" of the nets of the root block, and of its buses "LABEL: their nets".
+std::vector<std::string> NetsOf(const ImportedDesign& design) {
+    std::vector<std::string> found;
+    IteratorT<const IBlock> blocks;
+    IteratorT<const INet> nets;
+    IteratorT<const IBus> buses;
+    EXPECT_TRUE(design.snapshot->GetIterBlocks(blocks) && blocks->GetIterNets(nets) && blocks->GetIterBuses(buses));
+    for (; nets; ++nets) {
+        IteratorT<const IPin> pins;
+        int count = 0;
+        EXPECT_TRUE(nets->GetIterPinsConnected(pins) && pins.GetCount(count));
+        String others;
+        const bool has = static_cast<bool>(nets->GetAttribute(KicadAttributes::OtherLabels, others));
+        found.push_back(LabelOf(*nets) + (has ? " (" + std::string(others.View()) + ")" : "") + ": " +
+                        std::to_string(count));
+    }
+    for (; buses; ++buses) {
+        IteratorT<const INet> connected;
+        EXPECT_TRUE(buses->GetIterNetsConnected(connected));
+        found.push_back(LabelOf(*buses) + ":");
+        for (; connected; ++connected)
+            found.back() += " " + LabelOf(*connected);
+    }
+    return found;
+}
+
+TEST_F(KicadImport, NetsBearTheLabelThatRanksFirst) {
+    const std::string library = R"( (lib_symbols
+  (symbol "l:PWR" (power) (symbol "PWR_1_1" (pin power_in line (at 0 0 0) (number "1"))))
+  (symbol "l:FLAG" (power) (symbol "FLAG_1_1" (pin power_out line (at 0 0 0) (number "1"))))
+  (symbol "l:NEAR" (power local) (symbol "NEAR_1_1" (pin power_in line (at 0 0 0) (number "1"))))
+  (symbol "l:IC" (symbol "IC_0_0" (pin power_in line (at 0 0 0) (hide yes) (name "VDD") (number "8"))
+   (pin passive line (at 5 0 0) (number "1")))))
+)";
+    const auto symbol = [](const char* name, const char* at, const char* value = "V") {
+        return std::string(" (symbol (lib_id \"l:") + name + "\") (at " + at +
+               " 0) (unit 1) (property \"Reference\" \"X\") (property \"Value\" \"" + value + "\"))";
+    };
+    const auto label = [](const char* kind, const char* text, const char* at) {
+        return std::string(" (") + kind + " \"" + text + "\" (at " + at + " 0))";
+    };
+    struct Case {
+        const char* why;
+        std::string items;
+        std::vector<std::string> want;
+    };
+    const Case cases[] = {
+        {"global, power, local, hierarchical",
+         " (wire (pts (xy 0 0) (xy 9 0)))" + label("hierarchical_label", "H", "0 0") + label("label", "B", "1 0") +
+             label("label", "A", "2 0") + symbol("PWR", "9 0") + label("global_label", "G", "3 0"),
+         {"G (V\nA\nB\nH): 3"}},
+        {"a local power symbol is a local label",
+         label("label", "B", "0 0") + symbol("NEAR", "0 0", "C"),
+         {"B (C): 1"}},
+        {"a flag names nothing", " (wire (pts (xy 0 0) (xy 9 0)))" + symbol("FLAG", "9 0"), {": 1"}},
+        {"hidden power pins connect by name",
+         symbol("IC", "0 0") + symbol("IC", "50 0") + symbol("PWR", "9 9", "VDD"),
+         {"VDD: 3"}},
+        {"wires that cross stay apart",
+         " (wire (pts (xy 0 0) (xy 9 0))) (wire (pts (xy 5 5) (xy 5 -5)))",
+         {": 0", ": 0"}},
+        {"a junction joins them",
+         " (wire (pts (xy 0 0) (xy 9 0))) (wire (pts (xy 5 5) (xy 5 -5))) (junction (at 5 0))",
+         {": 0"}},
+        {"local labels follow the buses of their block, and hierarchical ones that they are one net with",
+         label("label", "E2", "1 1") + label("label", "F2", "2 2") + label("hierarchical_label", "F2", "3 3") +
+             label("global_label", "E2", "4 4"),
+         {"E2: 0", "F[2]: 1", "E[2]: 1"}},
+        {"a bus without a label is called by a pin on it", " (bus (pts (xy 10 12) (xy 0 12)))", {"E[0:3]:"}},
+        {"nets join a bus by entries and by their names",
+         " (bus (pts (xy 0 0) (xy 0 9))) (bus_entry (at 0 5) (size 2 2)) (wire (pts (xy 2 7) (xy 5 7)))" +
+             label("label", "K[1..0]", "0 0") + label("label", "K1", "7 7") + label("label", "L", "5 7"),
+         {"L: 1", "K[1]: 0", "K[1:0]: L K[1]"}},
+    };
+    Put("child.kicad_sch", Schematic(label("label", "E[0..3]", "0 0") + label("label", "{F[0..3] PRO}", "9 9")));
+    Put("root.kicad_pro", "{\"schematic\": {\"bus_aliases\": {\"PRO\": [\"X\", \"Y\"]}}}");
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        const std::string pin =
+            c.items.find("(bus (pts (xy 10 12)") != c.items.npos ? "(pin \"E[0..3]\" input (at 10 12 180))" : "";
+        ImportedDesign design;
+        ASSERT_EQ(design.Import(
+                      Put("root.kicad_sch", Schematic(library + c.items + Sheet("s", "child.kicad_sch", "u", pin)))),
+                  "");
+        EXPECT_EQ(NetsOf(design), c.want);
+        EXPECT_TRUE(design.warnings.empty());
+    }
+}
+
+TEST_F(KicadImport, WarnsOfWhatItCannotTakeOver) {
+    struct Case {
+        const char* why;
+        std::string text;
+        std::string want;
+    };
+    const Case cases[] = {
+        {"an older format", "(kicad_sch (version 20200101))",
+         "root.kicad_sch: the format version 20200101 is not known; the file is read as far as it is understood"},
+        {"a newer one, with line ends of another system",
+         "(kicad_sch\r\n(version 20990101)\r\n(strange (new) things))\r\n",
+         "root.kicad_sch: the format version 20990101 is not known; the file is read as far as it is understood"},
+        {"images", Schematic("(image (at 1 1) (data |a(b|))"), "root.kicad_sch: images are left out: 1"},
+        {"a symbol of which there is no copy", Schematic("(symbol (lib_id \"a:b\") (at 1 1 0))"),
+         "root.kicad_sch:3:1: the file has no copy of the symbol a:b, so it has no pins"},
+        {"a label that cannot be written", Schematic("(bus_alias \"A\" (members \"{A}\"))(label \"{A}\" (at 1 1 0))"),
+         "root.kicad_sch:3:32: the label \"{A}\" has an alias that contains itself; it stays as it is"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        ImportedDesign design;
+        ASSERT_EQ(design.Import(Put("root.kicad_sch", c.text)), "");
+        ASSERT_EQ(design.warnings.size(), 1U);
+        EXPECT_EQ(Short(design.warnings[0].Message()), c.want);
+    }
+    Put("root.kicad_pro", "{\"schematic\":");
+    ImportedDesign design;
+    ASSERT_EQ(design.Import(Put("root.kicad_sch", Schematic(""))), "");
+    ASSERT_EQ(design.warnings.size(), 1U);
+    EXPECT_EQ(Short(design.warnings[0].Message()), "root.kicad_pro: this is no JSON; its bus aliases are left out");
+}
+
 TEST_F(KicadImport, WritesWhatTheFilesSay) {
     const std::string symbol = R"( (symbol (lib_id "lib:PART") (at 20 20 0) (unit 1) (convert 2) (in_bom no) (dnp no)
    (uuid "s1") (property "Reference" "U?" (at 1 2 0)) (property "Value" "10\"k") (property "Mine" "x")
@@ -389,6 +510,7 @@ TEST_F(KicadImport, DamagedFilesGiveAFaultOrADesignThatCanBeWrittenAndReadAgain)
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
         if (!fault.empty()) {
             EXPECT_TRUE(design.IsEmpty());
+            EXPECT_EQ(fault.find(" /blocks"), fault.npos) << fault;  // a model that does not fit together
             continue;
         }
         ++designs;
