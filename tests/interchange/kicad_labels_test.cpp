@@ -154,6 +154,7 @@ TEST(KicadLabels, ThatCannotBeTranslatedSayWhyAndStayAsTheyAre) {
         const TranslatedLabel label = TranslateLabel(c.text, aliases, buses, budget);
         EXPECT_EQ(label.problem, c.problem);
         EXPECT_EQ(label.text, c.text);
+        EXPECT_GT(budget.left, LabelBudget{}.left - 1'000'000) << "little is left for other labels";
     }
     LabelBudget budget;
     EXPECT_EQ(TranslateLabel("A[0..65535]", aliases, {}, budget).text, "A[0:65535]");
