@@ -181,13 +181,11 @@ private:
     IndexCounter& m_indexes;
     const Connectivity m_connected;
     std::vector<std::optional<std::uint32_t>> m_busOf;  // by entry: the bus that it leads to
-    std::vector<bool> m_turned;                         // by entry: whether it ends, not begins, on its net
 };
 
 // Which end of each entry stands on its net: the other one leads to the bus.
 void NetBuilder::PlaceEntries() {
     m_busOf.resize(m_draft.entries.size());
-    m_turned.resize(m_draft.entries.size());
     for (const BusConnection& connection : m_connected.connections)
         if (connection.entry != NoItem) m_busOf[connection.entry] = connection.bus;
     for (std::uint32_t bus = 0; bus < m_connected.buses.size(); ++bus)
@@ -204,7 +202,6 @@ void NetBuilder::PlaceEntries() {
         CompModel& ripper = m_draft.model.comps[entry.comp];
         if (m_busOf[i]) ripper.bus = m_draft.model.buses[*m_busOf[i]].spec.index;
         if (points.count(entry.from) != 0 || points.count(entry.to) == 0) continue;
-        m_turned[i] = true;
         std::swap(entry.from, entry.to);
         auto& body = std::get<Orin::CompDataQuill>(ripper.drawn.front().body);
         body.position = entry.from;
