@@ -239,7 +239,8 @@ void NetBuilder::AttachPins(const ConnectedItems& items, Figures& figures, Index
         if (const DraftLabel& label = m_draft.labels[id]; !label.pin.IsEmpty()) attach(label.page, label.at, label.pin);
 }
 
-// The label's text as the file has it, and the further labels.
+// The label's text as the file has it, and the further labels. Pins of sheet symbols that are called like buses are
+// among them: they say what the bus is called inside.
 template <class Model>
 void NetBuilder::AddLabels(const ConnectedItems& items, Model& model) {
     std::unordered_map<std::string_view, std::string_view> sources;
@@ -250,13 +251,20 @@ void NetBuilder::AddLabels(const ConnectedItems& items, Model& model) {
         return found == sources.end() ? std::string_view(text) : found->second;
     };
     if (!items.name.empty()) model.attributes.push_back({KicadAttributes::Source, Stored(sourceOf(items.name))});
-    if (items.alternatives.empty()) return;
+    std::vector<std::string> texts = items.alternatives;
+    for (const ItemId id : items.labels) {
+        const DraftLabel& label = m_draft.labels[id];
+        if (label.busPin && label.text != items.name) texts.push_back(label.text);
+    }
+    std::set<std::string_view> given;
     std::string others;
     std::string otherSources;
-    for (const std::string& text : items.alternatives) {
+    for (const std::string& text : texts) {
+        if (!given.insert(text).second) continue;
         others.append(others.empty() ? "" : "\n").append(text);
         otherSources.append(otherSources.empty() ? "" : "\n").append(sourceOf(text));
     }
+    if (others.empty()) return;
     model.attributes.push_back({KicadAttributes::OtherLabels, Stored(others)});
     model.attributes.push_back({KicadAttributes::OtherSources, Stored(otherSources)});
 }
