@@ -36,17 +36,6 @@ function(quill_library name)
     if(NOT BUILD_SHARED_LIBS)
         target_compile_definitions(${name} PUBLIC QUILL_STATIC)
     endif()
-    cmake_language(EVAL CODE "cmake_language(DEFER CALL quill_complete_library [[${name}]])")
-endfunction()
-
-# A library whose folders have no sources yet is built all the same, from an empty one, so that what depends on it links.
-function(quill_complete_library name)
-    get_target_property(sources ${name} SOURCES)
-    if(NOT sources)
-        set(empty ${CMAKE_CURRENT_BINARY_DIR}/${name}_empty.cpp)
-        file(CONFIGURE OUTPUT ${empty} CONTENT "static_assert(true);\n")
-        target_sources(${name} PRIVATE ${empty})
-    endif()
 endfunction()
 
 # quill_sources(TARGET SOURCES ... HEADERS ...): adds a folder's files to a library. HEADERS are the public ones, which

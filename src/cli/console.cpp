@@ -70,6 +70,7 @@ bool HasColours() {
 
 void Table::AddRow(const std::vector<std::string>& cells) {
     std::vector<std::string> row;
+    row.reserve(cells.size());
     for (const std::string& cell : cells)
         row.push_back(Printable(cell));
     m_rows.push_back(std::move(row));

@@ -53,7 +53,8 @@ Orin::ContainerT<const Orin::IConfig> FindConfig(const OpenDesign& design, const
     if (!name.empty()) throw CommandError("The design has no configuration called " + name);
     Orin::IteratorT<const Orin::IConfig> configs;
     if (!design.snapshot->GetIterConfigs(configs) || !configs) throw CommandError("The design has no configuration");
-    return configs;
+    const Orin::ContainerT<const Orin::IConfig>& first = configs;
+    return first;
 }
 
 }  // namespace Quill::Cli

@@ -168,9 +168,10 @@ IdGeneratorBase<Kind, Locked>::~IdGeneratorBase() {
 
 template <class Kind, int Locked>
 IdGeneratorBase<Kind, Locked>& IdGeneratorBase<Kind, Locked>::operator=(const IdGeneratorBase& other) noexcept {
-    ++other.m_state->owners;
+    if (m_state == other.m_state) return *this;
     if (--m_state->owners == 0) delete m_state;
     m_state = other.m_state;
+    ++m_state->owners;
     return *this;
 }
 

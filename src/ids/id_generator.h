@@ -23,6 +23,7 @@ class QUILLUTILS_EXPORT IdGeneratorBase {
     static_assert(Locked == 0 || Locked == 1);
 
 public:
+    IdGeneratorBase(const IdGeneratorBase&) = delete;
     IdGeneratorBase& operator=(const IdGeneratorBase& other) noexcept;
 
     // Covers an id that the caller knows to be in use, when it is larger than the last one; of attribute ids the low 22
@@ -35,9 +36,6 @@ protected:
     ~IdGeneratorBase();  // gives up what the state holds, when it was the last
 
     detail::IdGeneratorState<Kind, Locked>* m_state;
-
-private:
-    IdGeneratorBase(const IdGeneratorBase&) = delete;
 };
 
 // A generator of ids of one kind: ObjectId, AttributeId, JointId or SegmentId.
@@ -62,8 +60,8 @@ template <int Locked>
 class QUILLUTILS_EXPORT IdGenerator<AttributeId, Locked> : public IdGeneratorBase<AttributeId, Locked> {
 public:
     // For a sheet that has no attributes yet: nothing is looked at but the sheet's id, and ids start at sequence number
-    // 1. NoSheetId when that id cannot be read. With Locked = 1 it is NotSupported, since there is no view to lock
-    // without the block.
+    // 1. NoSheetId when that id cannot be read, also because the handle is empty. With Locked = 1 it is NotSupported,
+    // since there is no view to lock without the block.
     IdGeneratorResult Init(const Orin::ContainerT<const Orin::IGroup>& group);
 
     // For the sheet `group` of `block`, after all attributes drawn on it. With Locked = 1 the sheet's view is locked

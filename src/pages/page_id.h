@@ -19,8 +19,7 @@ struct PageID {
 
     friend bool operator==(const PageID& a, const PageID& b) noexcept { return a.path == b.path && a.group == b.group; }
     friend std::strong_ordering operator<=>(const PageID& a, const PageID& b) noexcept {
-        const std::strong_ordering byPath = a.path <=> b.path;
-        return byPath != 0 ? byPath : a.group <=> b.group;
+        return a.path == b.path ? a.group <=> b.group : a.path <=> b.path;
     }
 };
 

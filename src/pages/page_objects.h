@@ -1,8 +1,8 @@
 // What order suppliers read pages through: the design's index resolver and the object lists of the pages in work.
 #pragma once
 
+#include <cstddef>
 #include <unordered_map>
-#include <utility>
 
 #include "orin/design_objects.h"
 #include "orin/uid_manager.h"
@@ -13,7 +13,7 @@ namespace Quill {
 // comes to, so that the lists are those of the design as it stands. One thread at a time.
 class PageObjects {
 public:
-    explicit PageObjects(Orin::IUIDManager resolver) : m_resolver(std::move(resolver)) {}
+    explicit PageObjects(const Orin::IUIDManager& resolver) : m_resolver(resolver) {}
 
     const Orin::IUIDManager& Resolver() const noexcept { return m_resolver; }
 
@@ -30,11 +30,21 @@ public:
         return objects;
     }
 
-    void Forget() noexcept { m_lists.clear(); }
+    void Forget() noexcept {
+        // Clearing keeps the room of a table and goes through all of it, so the room of a large block is given up: many
+        // small ones may follow.
+        constexpr std::size_t SmallBlock = 64;
+        if (m_lists.size() <= SmallBlock)
+            m_lists.clear();
+        else
+            Lists().swap(m_lists);
+    }
 
 private:
+    using Lists = std::unordered_map<Orin::Index, Orin::ListT<Orin::Index>>;
+
     Orin::IUIDManager m_resolver;
-    std::unordered_map<Orin::Index, Orin::ListT<Orin::Index>> m_lists;
+    Lists m_lists;
 };
 
 }  // namespace Quill

@@ -211,7 +211,7 @@ public:
                 if (comp == nullptr) return EErrorCode::NotInHierarchy;
                 way[node->depth - 1] = comp->index;
             }
-            indexes = ListT<Index>(std::move(way));
+            indexes = ListT<Index>(way);
             return {};
         });
     }

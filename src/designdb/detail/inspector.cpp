@@ -97,7 +97,7 @@ Result Inspector::GetOccurrences(const Index& comp, ListT<OccurrenceInfo>& occur
             std::vector<Index> way;
             if (place == nullptr || !WayTo(graph, *place, *record, way)) continue;
             found.Append(
-                {graph.Find<ConfigRecord>(place->config)->index, ListT<Index>(std::move(way)), occurrence.attributes});
+                {graph.Find<ConfigRecord>(place->config)->index, ListT<Index>(way), occurrence.attributes});
         }
         occurrences = std::move(found);
         return {};
@@ -196,7 +196,7 @@ Result Inspector::GetPins(const Index& block, ListT<Index>& pins) const {
         found.reserve(slots.size());
         for (const Slot slot : slots)
             found.push_back(graph.Find<PinRecord>(slot)->index);
-        pins = ListT<Index>(std::move(found));
+        pins = ListT<Index>(found);
         return {};
     });
 }

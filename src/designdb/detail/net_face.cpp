@@ -154,7 +154,7 @@ public:
             std::vector<Index> members;
             members.reserve(group.members.Size());
             group.members.ForEach([&members](std::uint64_t member) { members.emplace_back(member); });
-            objects = ListT<Index>(std::move(members));
+            objects = ListT<Index>(members);
             return {};
         });
     }
