@@ -281,9 +281,10 @@ void NetBuilder::DrawLabels(const ConnectedItems& items, Model& model) {
         AddText(label.text, data.position, data.style, m_indexes, *m_draft.model.groups[label.page].view);
     }
     for (const auto& [page, data] : drawn) {
-        const auto same = [&](const Orin::DesignDb::DrawingInfo& drawing) { return drawing.view == Page(page); };
+        const Index view = Page(page);
+        const auto same = [&view](const Orin::DesignDb::DrawingInfo& drawing) { return drawing.view == view; };
         auto place = std::find_if(model.drawn.begin(), model.drawn.end(), same);
-        if (place == model.drawn.end()) place = model.drawn.insert(place, {Page(page), {}, {}, {}});
+        if (place == model.drawn.end()) place = model.drawn.insert(place, {view, {}, {}, {}});
         place->label = data;
     }
 }
