@@ -53,7 +53,8 @@ public:
     // Observers are borrowed until they are removed or the client goes. InvalidArgument for null, AlreadyExists for one
     // that is registered.
     Result AddClientObserver(ClientObserver* observer);
-    // ObjectNotFound for one that is not registered. Does not wait for a callback that another thread is making.
+    // When this returns, no other thread is inside the observer and none will enter it (orin/observers.h says more).
+    // ObjectNotFound for one that is not registered.
     Result RemoveClientObserver(ClientObserver* observer);
 
     // Becomes a client of its own, called `client`, of the project; UnknownProject when there is none of that name,

@@ -75,7 +75,7 @@ struct SavePoints : testing::Test {
 
 TEST_F(SavePoints, AreRestoredByTheEventsThatLeadThere) {
     const Strings before = Facts(client);
-    Index piece, line, late, config2, place, view;
+    Index piece, line, late, config2, place;
     ContainerT<const IConfig> board;
     ContainerT<const IPath> root;
     ASSERT_TRUE(client.snapshot->GetDefaultConfig(board, "board") && board->GetRoot(root) && root->GetIndex(place));

@@ -112,10 +112,13 @@ public:
         std::array<RefPtr<Entry>, 8> some;
         for (std::uint64_t seen = 0;;) {
             const std::size_t count = Next(some, seen, last);
-            for (std::size_t i = 0; i < count; ++i)
+            for (std::size_t i = 0; i < count; ++i) {
                 visit(*some[i]);
+                seen = some[i]->order;
+                // Here and not under the lock, where the last reference to a client must not go.
+                some[i].Reset();
+            }
             if (count < some.size()) return;
-            seen = some.back()->order;
         }
     }
 
