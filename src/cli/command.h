@@ -1,4 +1,4 @@
-// What a command of the program is made of. Each command has a file of its own and a line in main.cpp.
+// What the commands of the program are made of. Each has a file of its own, which enters it in the command line.
 #pragma once
 
 #include <functional>
@@ -22,10 +22,41 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// The command that the command line chose; it gives the exit code.
+// What a command does; it gives the exit code.
 using Action = std::function<ExitCode()>;
 
-// Adds `quill info DESIGN`. `chosen` is set when the command line is parsed and outlives `app`.
-void AddInfoCommand(CLI::App& app, Action& chosen);
+// Where commands enter themselves, and what the command line then chose among them.
+class CommandLine {
+public:
+    // Borrows `app`.
+    explicit CommandLine(CLI::App& app) : m_app(app) {}
+
+    // Adds the first word of commands that have two.
+    void AddFamily(const char* name, const char* summary);
+
+    // Adds the command called `name`: a word, or the name of a family and a word. `details` stand below the options in
+    // the command's help and hold examples. `action` is called when the command line chose this command.
+    CLI::App& Add(const std::string& name, const char* summary, const char* details, Action action);
+
+    // The action of the command that was chosen; empty until the command line is parsed.
+    const Action& Chosen() const noexcept { return m_chosen; }
+
+private:
+    CLI::App& m_app;
+    Action m_chosen;
+};
+
+// The options that most commands have.
+void AddDesignArgument(CLI::App& command, std::string& design);
+void AddConfigOption(CLI::App& command, std::string& config);
+void AddJsonFlag(CLI::App& command, bool& json);
+
+// ---- The commands, by their files ----
+
+void AddBusExpandCommand(CommandLine& line);
+void AddBusesCommand(CommandLine& line);
+void AddConnectorsCommand(CommandLine& line);
+void AddInfoCommand(CommandLine& line);
+void AddPagesCommand(CommandLine& line);
 
 }  // namespace Quill::Cli

@@ -4,21 +4,34 @@
 
 #include "cli/command.h"
 #include "cli/console.h"
+#include "orin/result.h"
+
+namespace Quill::Cli {
 
 namespace {
 
+// In the order in which the help lists them.
+constexpr void (*Commands[])(CommandLine&) = {
+    AddInfoCommand,
+    AddPagesCommand,
+    AddConnectorsCommand,
+    AddBusesCommand,
+    [](CommandLine& line) { line.AddFamily("bus", "Work on a bus label"); },
+    AddBusExpandCommand,
+};
+
 int Fail(std::string_view message) {
-    std::cerr << "quill: " << Quill::Cli::Printable(message) << '\n';
-    return Quill::Cli::Error;
+    Say(message);
+    return Error;
 }
 
 int Run(int argc, char** argv) {
-    using namespace Quill::Cli;
-    Action chosen;
     CLI::App app("Works on schematic designs.", "quill");
     app.require_subcommand(1);
     app.footer("Exit codes: 0 done, 1 a negative answer, 2 an error.\n\n\"quill COMMAND --help\" has examples.");
-    AddInfoCommand(app, chosen);
+    CommandLine line(app);
+    for (const auto add : Commands)
+        add(line);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp& help) {
@@ -26,7 +39,7 @@ int Run(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return Fail(std::string(error.what()) + ". \"quill --help\" says how it is used.");
     }
-    const ExitCode code = chosen();
+    const ExitCode code = line.Chosen()();
     // What was not written must not pass for an answer.
     if (!std::cout.flush()) throw CommandError("Standard output cannot be written");
     return code;
@@ -34,11 +47,16 @@ int Run(int argc, char** argv) {
 
 }  // namespace
 
+}  // namespace Quill::Cli
+
 int main(int argc, char** argv) {
+    using Quill::Cli::Fail;
     try {
-        return Run(argc, argv);
+        return Quill::Cli::Run(argc, argv);
     } catch (const std::bad_alloc&) {
         return Fail("Out of memory");
+    } catch (const Orin::Result& failure) {
+        return Fail(failure.GetDescription().View());
     } catch (const std::exception& error) {
         return Fail(error.what());
     }

@@ -43,6 +43,7 @@ OpenDesign ReadDesign(const std::string& path) {
     if (const auto fault = Interchange::ReadDesignJson(text, design.snapshot, name))
         throw CommandError(path + ": " + fault->Message());
     design.name = name.View();
+    design.project = std::make_unique<ProjectService>(*design.snapshot);
     return design;
 }
 

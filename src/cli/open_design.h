@@ -4,17 +4,19 @@
 #include <memory>
 #include <string>
 
+#include "cli/project_service.h"
 #include "designdb/database.h"
 #include "orin/orin.h"
 
 namespace Quill::Cli {
 
-// A design in a database of its own, which goes with it.
+// A design in a database of its own, which goes with it. While it is open, the libraries know its project.
 struct OpenDesign {
     std::string name;
     Orin::DesignDb::Database database;
     std::unique_ptr<Orin::OrinPI> client;
     Orin::ContainerT<const Orin::ISnapshot> snapshot;
+    std::unique_ptr<ProjectService> project;
 };
 
 // Reads the design file at `path`. Throws a CommandError that names the file.

@@ -127,6 +127,7 @@ TEST_F(Pages, AreExcludedWithAllBelowAndComeBack) {
     EXPECT_TRUE(pages.isMarkedExcluded(page));
     EXPECT_EQ(pages.pageNumber(page), "4");
     EXPECT_EQ(pages.numbersForPage(page), Numbers{});
+    EXPECT_EQ(pages.heldPages().size(), 7U) << "every page, excluded or not";
 }
 
 TEST_F(Pages, AreRemovedWithAllBelowAndAttachedOneByOne) {

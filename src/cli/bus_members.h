@@ -1,0 +1,21 @@
+// The nets that a bus label stands for.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Quill::Cli {
+
+// How labels are read: the brackets of their indexes ("", "[]", "()") and the contents of named buses.
+struct LabelRules {
+    std::string limiter = "[]";
+    std::map<std::string, std::string> contents = {};
+};
+
+// The members of the label in their order. A label that is the name of a bus stands for its contents; one that begins
+// with "$" is a single net. Throws a CommandError for buses that list each other in a circle, and for a label that
+// stands for more than a million nets.
+std::vector<std::string> MembersOf(const std::string& label, const LabelRules& rules);
+
+}  // namespace Quill::Cli

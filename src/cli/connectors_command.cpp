@@ -1,0 +1,80 @@
+// quill connectors: the sheet connectors of a design.
+#include <algorithm>
+#include <iostream>
+
+#include "cli/command.h"
+#include "cli/console.h"
+#include "cli/design_lookup.h"
+#include "cli/sheet_connectors.h"
+
+namespace Quill::Cli {
+
+namespace {
+
+struct Options {
+    std::string design;
+    std::string config;
+    std::string label;
+    bool hasLabel = false;
+    bool json = false;
+};
+
+nlohmann::ordered_json AsJson(const std::vector<ConnectorEntry>& connectors) {
+    auto answer = nlohmann::ordered_json::object();
+    for (const ConnectorEntry& connector : connectors)
+        answer[connector.label].push_back({{"key", connector.data.key},
+                                           {"block", connector.block},
+                                           {"sheet", connector.sheet},
+                                           {"path", connector.way},
+                                           {"symbol", connector.symbol}});
+    return answer;
+}
+
+std::string AsTable(const std::vector<ConnectorEntry>& connectors) {
+    using Align = Table::Align;
+    Table table({{"Label"}, {"Page", Align::Right}, {"Path"}, {"Block"}, {"Sheet"}, {"Symbol"}, {"Key"}});
+    for (const ConnectorEntry& connector : connectors)
+        table.AddRow({connector.label, connector.page, WayText(connector.way), connector.block, connector.sheet,
+                      connector.symbol, connector.data.key});
+    return table.Render(HasColours());
+}
+
+ExitCode Run(const Options& options) {
+    const OpenDesign design = ReadDesign(options.design);
+    std::vector<ConnectorEntry> connectors = SheetConnectors(design, options.config).List();
+    if (options.hasLabel) {
+        const auto isOther = [&](const ConnectorEntry& connector) { return connector.label != options.label; };
+        connectors.erase(std::remove_if(connectors.begin(), connectors.end(), isOther), connectors.end());
+    }
+    if (options.json) {
+        PrintJson(AsJson(connectors));
+    } else {
+        std::cout << AsTable(connectors);
+    }
+    if (!options.hasLabel || !connectors.empty()) return Done;
+    Say("There is no sheet connector with the label " + options.label);
+    return NegativeAnswer;
+}
+
+}  // namespace
+
+void AddConnectorsCommand(CommandLine& line) {
+    const auto options = std::make_shared<Options>();
+    CLI::App& command = line.Add(
+        "connectors", "List the sheet connectors of a design by their labels",
+        "Connectors with one label are joined. Those of a label stand in page order; the page is its number in\n"
+        "\"quill pages\", and the key tells a connector at one place from the same one at another. Pages that are\n"
+        "excluded from printing have none.\n"
+        "\n"
+        "Examples:\n"
+        "  quill connectors examples/vibration-recorder.json\n"
+        "  quill connectors examples/vibration-recorder.json --label DRDY",
+        [options] { return Run(*options); });
+    AddDesignArgument(command, options->design);
+    command.add_option("--label", options->label, "only those with this label; exit code 1 when there are none")
+        ->each([options = options.get()](const std::string&) { options->hasLabel = true; });
+    AddConfigOption(command, options->config);
+    AddJsonFlag(command, options->json);
+}
+
+}  // namespace Quill::Cli
