@@ -22,9 +22,9 @@ ExitCode Run(const Options& options) {
     LabelRules rules;
     if (!options.design.empty()) {
         const OpenDesign design = ReadDesign(options.design);
-        rules = {design.project->NetLimiter(), design.project->BusContents()};
+        rules = RulesOfProject();
     }
-    if (options.hasLimiter) rules.limiter = options.limiter;
+    if (options.hasLimiter) rules.limiter = BusContents::NetLimiterFromText(options.limiter);
     const std::vector<std::string> members = MembersOf(options.label, rules);
     if (options.json) {
         PrintJson({{"label", options.label}, {"members", members}});
@@ -48,7 +48,7 @@ void AddBusExpandCommand(CommandLine& line) {
         "Examples:\n"
         "  quill bus expand 'D[7:0],CLK'\n"
         "  quill bus expand 'D(3:0)' --limiter '()'\n"
-        "  quill bus expand CPU --design board.json --json",
+        "  quill bus expand SPI --design examples/vibration-recorder.json --json",
         [options] { return Run(*options); });
     command.add_option("LABEL", options->label, "bus label")->required();
     command.add_option("--design", options->design, "design file (JSON) with contents and brackets of buses");

@@ -7,7 +7,8 @@
 #include "cli/command.h"
 #include "labels/bus_contents_utils.h"
 #include "labels/bus_label_expander.h"
-#include "labels/net_limiter.h"
+#include "platform/interface_manager.h"
+#include "platform/project_data.h"
 
 namespace Quill::Cli {
 
@@ -29,9 +30,21 @@ std::string Resolved(const std::string& label, const LabelRules& rules) {
 
 }  // namespace
 
+LabelRules RulesOfProject() {
+    LabelRules rules;
+    InterfaceFactory* const factory = InterfaceManager::instance().getFactory(IProjectData::InterfaceName);
+    Interface* const service = factory != nullptr ? factory->internalCreate() : nullptr;
+    if (const auto* const project = dynamic_cast<const IProjectData*>(service)) {
+        rules.limiter = BusContents::NetLimiterFromText(project->getSettings()->getNetLimiter());
+        rules.contents = project->getSettings()->getBusContents();
+    }
+    if (factory != nullptr) factory->internalRelease(service);
+    return rules;
+}
+
 std::vector<std::string> MembersOf(const std::string& label, const LabelRules& rules) {
     if (!label.empty() && label.front() == '$') return {label};
-    BusContents::BusLabelExpander expander(Resolved(label, rules), BusContents::NetLimiterFromText(rules.limiter));
+    BusContents::BusLabelExpander expander(Resolved(label, rules), rules.limiter);
     if (expander.CountMembers() > MaximumMembers)
         throw CommandError(fmt::format("Label {} stands for more than {} nets", label, MaximumMembers));
     std::vector<std::string> members;

@@ -91,7 +91,7 @@ std::string AsTable(const std::vector<BusEntry>& buses) {
 
 ExitCode Run(const Options& options) {
     const OpenDesign design = ReadDesign(options.design);
-    const LabelRules rules{design.project->NetLimiter(), design.project->BusContents()};
+    const LabelRules rules = RulesOfProject();
     std::vector<BusEntry> buses;
     for (const Orin::ContainerT<const Orin::IBlock>& block : FindBlocks(*design.snapshot, options.block))
         AddBusesOf(*block, rules, buses);

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "cli/command.h"
+#include "cli/design_lookup.h"
 #include "interchange/design_json.h"
 
 namespace Quill::Cli {
@@ -43,7 +44,7 @@ OpenDesign ReadDesign(const std::string& path) {
     if (const auto fault = Interchange::ReadDesignJson(text, design.snapshot, name))
         throw CommandError(path + ": " + fault->Message());
     design.name = name.View();
-    design.project = std::make_unique<ProjectService>(*design.snapshot);
+    design.project = std::make_unique<Interchange::ProjectDataService>(design.snapshot);
     return design;
 }
 
@@ -56,6 +57,12 @@ Orin::ContainerT<const Orin::IConfig> FindConfig(const OpenDesign& design, const
     if (!design.snapshot->GetIterConfigs(configs) || !configs) throw CommandError("The design has no configuration");
     const Orin::ContainerT<const Orin::IConfig>& first = configs;
     return first;
+}
+
+Orin::ContainerT<const Orin::IPath> RootOf(const Orin::IConfig& config) {
+    Orin::ContainerT<const Orin::IPath> root;
+    if (!config.GetRoot(root)) throw CommandError("Configuration " + NameOf(config) + " has no root block");
+    return root;
 }
 
 }  // namespace Quill::Cli

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "cli/project_service.h"
 #include "designdb/database.h"
+#include "interchange/project_data.h"
 #include "orin/orin.h"
 
 namespace Quill::Cli {
@@ -16,7 +16,7 @@ struct OpenDesign {
     Orin::DesignDb::Database database;
     std::unique_ptr<Orin::OrinPI> client;
     Orin::ContainerT<const Orin::ISnapshot> snapshot;
-    std::unique_ptr<ProjectService> project;
+    std::unique_ptr<Interchange::ProjectDataService> project;
 };
 
 // Reads the design file at `path`. Throws a CommandError that names the file.
@@ -25,5 +25,8 @@ OpenDesign ReadDesign(const std::string& path);
 // The configuration called `name`, or for an empty name the default one: that of the design's name, else the first.
 // Throws a CommandError when there is none.
 Orin::ContainerT<const Orin::IConfig> FindConfig(const OpenDesign& design, const std::string& name);
+
+// The place at the top of the configuration. Throws a CommandError when it has no root block.
+Orin::ContainerT<const Orin::IPath> RootOf(const Orin::IConfig& config);
 
 }  // namespace Quill::Cli

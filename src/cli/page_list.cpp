@@ -69,7 +69,9 @@ std::string PageEntry::Description() const {
 }
 
 PageList ListPages(const OpenDesign& design, const std::string& config, EAlgorithm order, ECompAlgorithm children) {
-    const std::string name = NameOf(*FindConfig(design, config));
+    const ContainerT<const Orin::IConfig> configuration = FindConfig(design, config);
+    RootOf(*configuration);
+    const std::string name = NameOf(*configuration);
     const PageReader reader(*design.snapshot);
     const PageTraverser pages = Walked(design, name, order, children);
     // Print orders number excluded pages too; that they are excluded is known to a walk that numbers by places.

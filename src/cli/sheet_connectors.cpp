@@ -5,7 +5,6 @@
 
 #include "cli/command.h"
 #include "cli/design_lookup.h"
-#include "interchange/project_attributes.h"
 #include "pages/page_traverser.h"
 
 namespace Quill::Cli {
@@ -39,8 +38,7 @@ public:
     std::vector<std::string> GetComponents(int pinType) override {
         if (pinType != CSheetConnectorsCache::SheetConnectorPinType) return {};
         Orin::String listed;
-        if (m_snapshot.GetAttribute(Interchange::ProjectAttributes::SheetConnectors, listed))
-            return Lines(listed.View());
+        if (m_snapshot.GetAttribute(ConnectorSymbolsAttribute, listed)) return Lines(listed.View());
         std::set<std::string> symbols;
         for (const ContainerT<const Orin::IBlock>& block : FindBlocks(m_snapshot, {})) {
             IteratorT<const Orin::IComp> comps;
@@ -73,10 +71,8 @@ Orin::ListT<Orin::GroupInfo> SheetsOf(const Orin::IComp& comp) {
 SheetConnectors::SheetConnectors(const OpenDesign& design, const std::string& config) : m_design(design) {
     const ContainerT<const Orin::IConfig> configuration = FindConfig(design, config);
     m_name = NameOf(*configuration);
-    ContainerT<const Orin::IPath> root;
     ContainerT<const Orin::IBlock> block;
-    Need(configuration->GetRoot(root));
-    Need(root->GetBlock(block));
+    Need(RootOf(*configuration)->GetBlock(block));
     if (NameOf(*block) != m_name)
         throw CommandError("Connectors are known for a configuration that bears the name of its root block only; " +
                            m_name + " has the root block " + NameOf(*block));
@@ -95,8 +91,7 @@ std::vector<ConnectorEntry> SheetConnectors::List() {
     PageTraverser pages(m_design.snapshot, m_name, EViewMode::Logical);
     pages.setAlgorithm(EAlgorithm::DepthFirst, ECompAlgorithm::Default);
     pages.update();
-    ContainerT<const Orin::IPath> root;
-    Need(FindConfig(m_design, m_name)->GetRoot(root));
+    const ContainerT<const Orin::IPath> root = RootOf(*FindConfig(m_design, m_name));
     std::map<std::string, std::size_t> listed;  // a component that stands on several sheets is listed for each
     for (ConnectorEntry& entry : entries) {
         ContainerT<const Orin::IPath> path = root;

@@ -19,8 +19,12 @@ struct ConnectorEntry {
     std::string symbol;            // "library:cell.variant"
 };
 
-// Connectors are known for a configuration that bears the name of its root block. Which symbols are connectors says the
-// design (interchange/project_attributes.h).
+// The attribute of a design that says which symbols are its sheet connectors, one "library:cell.variant" a line. In a
+// design without it they are "kicad:global_label" in all variants, and the symbols of components of the type
+// "connector" but "kicad:hierarchical_label".
+inline constexpr char ConnectorSymbolsAttribute[] = "$$Internal_SHEET_CONNECTORS";
+
+// Connectors are known for a configuration that bears the name of its root block.
 class SheetConnectors {
 public:
     // The configuration called `config` (open_design.h). `design` must outlive the object. Throws a CommandError when
