@@ -44,7 +44,7 @@ public:
     Entry(const DesignModel& design, const ContainerT<const Orin::ISnapshot>& snapshot)
         : m_design(design), m_snapshot(snapshot) {}
 
-    void Run() {
+    void Run(const std::function<void()>& beforeDrawing) {
         Check(Orin::DesignDb::Editor::Open(m_editor, m_snapshot), {}, {});
         // Objects first, so that whatever names one finds it, and so that no index that the database chooses for
         // itself, as it does for views, can be one that the document wants.
@@ -60,6 +60,7 @@ public:
         EachBlock(&Entry::SetAttributes);
         SetAttributesOf({}, m_design.attributes, m_root);
         EachBlock(&Entry::SetOccurrences);
+        if (beforeDrawing) beforeDrawing();
         EachBlock(&Entry::Draw);
     }
 
@@ -362,8 +363,9 @@ void Entry::Draw(const BlockModel& block, const Place& at) {
 
 }  // namespace
 
-void ApplyDesign(const DesignModel& design, const ContainerT<const Orin::ISnapshot>& snapshot) {
-    Entry(design, snapshot).Run();
+void ApplyDesign(const DesignModel& design, const ContainerT<const Orin::ISnapshot>& snapshot,
+                 const std::function<void()>& beforeDrawing) {
+    Entry(design, snapshot).Run(beforeDrawing);
 }
 
 }  // namespace Quill::Interchange

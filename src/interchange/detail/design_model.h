@@ -1,6 +1,7 @@
 // A design as its text says it, before it enters the database.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -143,7 +144,15 @@ struct DesignModel {
 
 // Throw a DesignJsonFault.
 DesignModel ParseDesign(std::string_view text);
-// Enters the model into a snapshot, in the client's transaction.
-void ApplyDesign(const DesignModel& design, const Orin::ContainerT<const Orin::ISnapshot>& snapshot);
+// Enters the model into a snapshot, in the client's transaction. `beforeDrawing` is called when all objects are there
+// with their attributes and nothing is drawn yet; it may change what the model says of drawings.
+void ApplyDesign(const DesignModel& design, const Orin::ContainerT<const Orin::ISnapshot>& snapshot,
+                 const std::function<void()>& beforeDrawing = {});
+
+// Builds a design with `make` and enters it into a snapshot that holds none, in one transaction, which is rolled back
+// when anything is thrown. Gives the design's name.
+Orin::String ImportDesign(const Orin::ContainerT<const Orin::ISnapshot>& snapshot,
+                          const std::function<DesignModel()>& make,
+                          const std::function<void(DesignModel&)>& beforeDrawing = {});
 
 }  // namespace Quill::Interchange

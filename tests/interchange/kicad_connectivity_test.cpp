@@ -1,0 +1,341 @@
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <numeric>
+#include <random>
+#include <set>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "interchange/detail/kicad/connectivity.h"
+
+namespace {
+
+using namespace Quill::Interchange::Kicad;
+using Orin::Point;
+
+// Sheets written as "w 0 0 4 0  j 2 0 / p 1 1": wires w, buses b, entries e, junctions j, pins p, and labels: global G,
+// power P, local L, hierarchical H, of a sheet pin S; a sheet ends at "/". Items are numbered in their order.
+// Coordinates are in units of `unit`.
+std::vector<SheetGeometry> Sheets(const std::string& text, std::int64_t unit = 1) {
+    std::vector<SheetGeometry> sheets(1);
+    std::istringstream words(text);
+    std::string kind;
+    ItemId id = 0;
+    while (words >> kind) {
+        const auto point = [&] {
+            Point at;
+            words >> at.x >> at.y;
+            return Point{at.x * unit, at.y * unit};
+        };
+        SheetGeometry& sheet = sheets.back();
+        const std::size_t rank = std::string("GPLHS").find(kind);
+        if (kind == "/") {
+            sheets.emplace_back();
+            continue;
+        }
+        if (rank != std::string::npos) {
+            std::string name;
+            words >> name;
+            const bool bus = name.find_first_of(":,") != std::string::npos;
+            sheet.labels.push_back({id, point(), name, static_cast<LabelRank>(rank), bus});
+        } else if (kind == "j") {
+            sheet.junctions.push_back({id, point()});
+        } else if (kind == "p") {
+            sheet.pins.push_back({id, point()});
+        } else {
+            const Point from = point();
+            const Point to = point();
+            if (kind == "e")
+                sheet.entries.push_back({id, from, to});
+            else
+                sheet.segments.push_back({id, from, to, kind == "b"});
+        }
+        ++id;
+    }
+    return sheets;
+}
+
+std::vector<ItemId> Ids(const ConnectedItems& items) {
+    std::vector<ItemId> all;
+    for (const auto* list : {&items.segments, &items.junctions, &items.entries, &items.labels, &items.pins})
+        all.insert(all.end(), list->begin(), list->end());
+    std::sort(all.begin(), all.end());
+    return all;
+}
+
+// "A(B)=0 1; 3 | D=2 > 0-1@4": nets with names, alternatives and items, then buses, then bus-net@entry.
+std::string Written(const Connectivity& found) {
+    std::string text;
+    const auto write = [&text](const std::vector<ConnectedItems>& all) {
+        for (const ConnectedItems& items : all) {
+            text += &items == &all.front() ? "" : "; ";
+            text += items.name;
+            for (const std::string& other : items.alternatives)
+                text += "(" + other + ")";
+            text += items.name.empty() ? "" : "=";
+            for (const ItemId id : Ids(items))
+                text += std::to_string(id) + " ";
+            text.pop_back();
+        }
+    };
+    write(found.nets);
+    if (!found.buses.empty()) text += " | ";
+    write(found.buses);
+    for (const BusConnection& c : found.connections) {
+        text += " > " + std::to_string(c.bus) + "-" + std::to_string(c.net);
+        if (c.entry != NoItem) text += "@" + std::to_string(c.entry);
+    }
+    return text;
+}
+
+TEST(KicadConnectivity, FollowsTheRulesOfDrawing) {
+    struct Case {
+        const char* why;
+        std::string sheet;
+        std::string want;
+    };
+    const Case cases[] = {
+        {"nothing", "", ""},
+        {"ends that touch", "w 0 0 4 0  w 4 0 4 4  w 9 9 4 4  w 5 0 6 0", "0 1 2; 3"},
+        {"wires that cross do not", "w 0 2 4 2  w 2 0 2 4", "0; 1"},
+        {"a junction joins them", "w 0 2 4 2  w 2 0 2 4  j 2 2", "0 1 2"},
+        {"at any angle", "w 0 0 9 6  w 0 4 6 4  w 6 0 6 9  j 6 4", "0 1 2 3"},
+        {"a near miss is none", "w 0 0 9 6  w 0 4 5 4  j 5 4", "0; 1 2"},
+        {"an end on the middle does not", "w 0 2 4 2  w 2 2 2 4", "0; 1"},
+        {"a junction joins it", "w 0 2 4 2  w 2 2 2 4  j 2 2", "0 1 2"},
+        {"a junction on nothing is in no net", "w 0 2 4 2  j 2 3", "0"},
+        {"wires on one another", "w 0 0 4 0  w 2 0 6 0  w 5 0 8 0  w 9 0 10 0  w 0 0 2 0", "0 1 2 4; 3"},
+        {"one inside another, backwards", "w 0 0 6 6  w 4 4 2 2", "0 1"},
+        {"a wire without length is a point", "w 2 0 2 0  w 0 0 4 0  w 2 0 2 5", "0 2; 1"},
+        {"pins at ends and at one another", "w 0 0 4 0  p 4 0  p 7 7  p 7 7  p 8 8", "0 1; 2 3"},
+        {"a pin on the middle does not", "w 0 0 4 0  p 2 0", "0"},
+        {"but with a junction, or a label", "w 0 0 4 0  p 2 0  j 2 0 w 0 1 4 1  p 1 1  L A 1 1", "0 1 2; A=3 4 5"},
+        {"labels on ends, middles, pins", "w 0 0 4 0  L A 4 0  L B 2 0  p 9 9  L C 9 9", "A(B)=0 1 2; C=3 4"},
+        {"a label where wires cross takes the first", "w 2 0 2 4  w 0 2 4 2  L A 2 2", "A=0 2; 1"},
+        {"the one that ends there before one that passes", "w 0 2 4 2  w 2 2 2 4  L A 2 2", "0; A=1 2"},
+        {"sheet pins connect and name nothing", "w 0 0 4 0  S A 1 0  S A 9 9  S B 9 9", "0 1; 2 3"},
+        {"names by rank, then by text",
+         "w 0 0 9 0  S A 0 0  H B 1 0  L D 2 0  L C 3 0  P F 4 0  G H 5 0  G G 6 0  H C 7 0",
+         "G(H)(F)(C)(D)(B)=0 1 2 3 4 5 6 7 8"},
+        {"equal names", "L A 0 0  H A 1 0  G A 2 0  P A 3 0  S A 4 0  L a 5 0", "A=0 1; A=2 3; 4; a=5"},
+        {"also those that do not name", "w 0 0 9 0  G B 0 0  L A 1 0  w 0 3 9 3  L A 0 3  p 9 3", "B(A)=0 1 2 3 4 5"},
+        {"and of other sheets", "w 0 0 4 0  L A 0 0  p 7 7 / w 0 0 4 0  p 7 7  L A 4 0", "A=0 1 3 5"},
+        {"buses among themselves", "b 0 2 4 2  b 2 0 2 4  j 2 2  w 0 2 2 2  w 2 2 2 4", "2 3 4 | 0 1 2"},
+        {"wires and buses never", "w 0 0 4 0  b 4 0 8 0  b 0 0 9 0", "0 | 1 2"},
+        {"labels take to their own kind", "w 0 0 4 0  b 2 0 2 4  L A 2 0  L D[7:0] 2 0", "A=0 2 | D[7:0]=1 3"},
+        {"or to the other", "w 0 0 4 0  b 0 4 4 4  L A 2 4  L D[7:0] 2 0", "D[7:0]=0 3 | A=1 2"},
+        {"bus labels on sheet pins", "S D[7:0] 0 0  L D[7:0] 0 0  S A 0 0  L A 0 0", "A=2 3 | D[7:0]=0 1"},
+        {"an entry on the middle of a bus", "b 0 0 8 0  e 2 0 3 1  w 3 1 9 1  L A 5 1", "A=1 2 3 | 0 > 0-0@1"},
+        {"at its end, other way round", "b 0 0 8 0  e 9 1 8 0  p 9 1", "1 2 | 0 > 0-0@1"},
+        {"what else is at the bus is not joined", "b 0 0 8 0  e 2 0 3 1  w 2 0 2 9  p 2 0", "2 3; 1 | 0 > 0-1@1"},
+        {"an entry does not join a wire it ends on", "b 0 0 8 0  e 2 0 3 1  w 0 1 9 1", "2; 1 | 0 > 0-1@1"},
+        {"one without a bus is a wire", "e 0 0 1 1  w 1 1 4 1  w 0 0 0 4", "0 1 2"},
+        {"one between buses joins them", "b 0 0 8 0  e 2 0 3 1  b 0 1 8 1  L X,Y 1 1", " | X,Y=0 1 2 3"},
+        {"members by name",
+         "b 0 0 8 0  L D[7:4],E,F[3] 0 0  L D[7] 0 9  L D[3] 1 9  L E 2 9  L F[3] 3 9  L X 4 9  G E 5 9  H D[5] 6 9",
+         "D[7]=2; D[3]=3; E=4; F[3]=5; X=6; E=7; D[5]=8 | D[7:4],E,F[3]=0 1 > 0-0 > 0-2 > 0-3 > 0-6"},
+        {"an entry says more than a name", "b 0 0 8 0  L A,B 0 0  e 1 0 1 1  e 2 0 2 1  L A 1 1  L A 2 1",
+         "A=2 3 4 5 | A,B=0 1 > 0-0@2 > 0-0@3"},
+        {"a bus that a net's name stands on holds nothing", "b 0 0 8 0  L A 0 0  L A 0 9", "A=2 | A=0 1"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        std::string want = c.want;
+        const Connectivity found = Connect(Sheets(c.sheet));
+        EXPECT_EQ(Written(found), want);
+        // Nothing changes near the largest coordinates, where products would not fit 64 bits.
+        EXPECT_EQ(Written(Connect(Sheets(c.sheet, LargestCoordinate / 10))), want);
+        EXPECT_EQ(Written(Connect(Sheets(c.sheet, -LargestCoordinate / 10))), want);
+    }
+    const auto far = std::numeric_limits<std::int64_t>::max();
+    SheetGeometry beyond;
+    beyond.segments = {{0, {-far, 0}, {far, 1}, false}, {1, {far, -far}, {far, far}, false}};
+    EXPECT_EQ(Written(Connect({beyond})), "0; 1");
+}
+
+// The rules once more, item by item and pair by pair.
+class Naive {
+public:
+    explicit Naive(const SheetGeometry& sheet) : m_sheet(sheet), m_parents(200) {
+        std::iota(m_parents.begin(), m_parents.end(), 0U);
+        std::vector<ItemId> tracks = m_parents;
+        const auto& segments = sheet.segments;
+        ForPairs([&](const WireSegment& a, const WireSegment& b) {
+            const bool aligned =
+                Cross(a.from, a.to, b.from) == 0 && Cross(a.from, a.to, b.to) == 0 && a.from != a.to && b.from != b.to;
+            if (aligned && (On(a, b.from) || On(a, b.to) || On(b, a.from))) Join(a.id, b.id);
+        });
+        for (const WireSegment& segment : segments)
+            tracks[segment.id] = Find(segment.id);
+        ForPairs([&](const WireSegment& a, const WireSegment& b) {
+            const bool touch = Ends(a, b.from) || Ends(a, b.to);
+            bool junction = false;
+            for (const Junction& j : sheet.junctions)
+                junction = junction || (On(a, j.at) && On(b, j.at));
+            if (touch || junction) Join(a.id, b.id);
+        });
+        for (const BusEntry& entry : sheet.entries) {
+            for (const Point end : {entry.from, entry.to}) {
+                if (const auto bus = Line(end, true, tracks)) {
+                    buses[entry.id].push_back(*bus);
+                } else {
+                    Place(entry.id, end);
+                }
+            }
+            if (buses[entry.id].size() == 2) Join(buses[entry.id][0], buses[entry.id][1]);
+            if (buses[entry.id].size() == 2) Join(entry.id, buses[entry.id][0]);
+        }
+        for (const NetLabel& label : sheet.labels) {
+            const auto wire = Line(label.at, false, tracks);
+            const auto bus = Line(label.at, true, tracks);
+            const bool onBus = label.bus ? bus || !wire : bus && !wire;
+            if (onBus ? bus : wire) Join(label.id, onBus ? *bus : *wire);
+            if (onBus)
+                m_busPlaces.push_back({label.id, label.at});
+            else
+                Place(label.id, label.at);
+        }
+        for (const NetPin& pin : sheet.pins)
+            Place(pin.id, pin.at);
+        for (const auto* places : {&m_places, &m_busPlaces}) {
+            for (const auto& [a, at] : *places) {
+                for (const auto& [b, other] : *places) {
+                    if (at == other) Join(a, b);
+                }
+            }
+        }
+        // What stands at an end or a junction of wires; junctions reach along the wires through them.
+        for (const auto& [id, at] : m_places) {
+            for (const WireSegment& segment : segments) {
+                bool connects = Ends(segment, at);
+                for (const Junction& j : sheet.junctions)
+                    connects = connects || (j.at == at && On(segment, at));
+                if (connects && !segment.bus) Join(id, segment.id);
+            }
+        }
+    }
+
+    // All items but junctions, and but pins that nothing touches.
+    std::set<std::vector<ItemId>> Nets() {
+        std::map<ItemId, std::vector<ItemId>> sets;
+        const auto add = [&](const auto& items) {
+            for (const auto& item : items)
+                sets[Find(item.id)].push_back(item.id);
+        };
+        add(m_sheet.segments);
+        add(m_sheet.entries);
+        add(m_sheet.labels);
+        add(m_sheet.pins);
+        std::set<std::vector<ItemId>> nets;
+        for (auto& [first, ids] : sets) {
+            std::sort(ids.begin(), ids.end());
+            const bool lonely = ids.size() == 1 && std::any_of(m_sheet.pins.begin(), m_sheet.pins.end(),
+                                                               [&](const NetPin& pin) { return pin.id == ids[0]; });
+            if (!lonely) nets.insert(ids);
+        }
+        return nets;
+    }
+
+    std::map<ItemId, std::vector<ItemId>> buses;  // by entry
+
+private:
+    static std::int64_t Cross(Point a, Point b, Point c) {
+        return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+    }
+    static bool On(const WireSegment& s, Point p) {
+        return Cross(s.from, s.to, p) == 0 && p.x >= std::min(s.from.x, s.to.x) && p.x <= std::max(s.from.x, s.to.x) &&
+               p.y >= std::min(s.from.y, s.to.y) && p.y <= std::max(s.from.y, s.to.y);
+    }
+    static bool Ends(const WireSegment& s, Point p) { return s.from == p || s.to == p; }
+
+    void ForPairs(const std::function<void(const WireSegment&, const WireSegment&)>& visit) {
+        for (const WireSegment& a : m_sheet.segments) {
+            for (const WireSegment& b : m_sheet.segments) {
+                if (a.bus == b.bus) visit(a, b);
+            }
+        }
+    }
+
+    // The line that a label or entry takes to: one that ends there, one at a junction, or the one drawn first.
+    std::optional<ItemId> Line(Point at, bool bus, const std::vector<ItemId>& tracks) {
+        std::optional<ItemId> first;
+        for (const WireSegment& s : m_sheet.segments) {
+            if (s.bus != bus || !On(s, at)) continue;
+            if (Ends(s, at)) return s.id;
+            if (!first || tracks[s.id] < *first) first = tracks[s.id];
+        }
+        return first;
+    }
+
+    void Place(ItemId id, Point at) { m_places.push_back({id, at}); }
+    ItemId Find(ItemId id) const { return m_parents[id] == id ? id : Find(m_parents[id]); }
+    void Join(ItemId a, ItemId b) {
+        const auto [low, high] = std::minmax({Find(a), Find(b)});
+        m_parents[high] = low;
+    }
+
+    const SheetGeometry& m_sheet;
+    std::vector<ItemId> m_parents;
+    std::vector<std::pair<ItemId, Point>> m_places;  // of nets
+    std::vector<std::pair<ItemId, Point>> m_busPlaces;
+};
+
+TEST(KicadConnectivity, AgreesWithANaiveReadingOfTheRulesOnRandomSheets) {
+    for (unsigned seed = 0; seed < 3000; ++seed) {
+        std::mt19937 random(seed);
+        const auto below = [&random](std::uint32_t end) { return static_cast<std::uint32_t>(random() % end); };
+        const auto side = 3 + below(8);
+        const auto number = [&] { return std::to_string(below(side)) + " "; };
+        std::string text;
+        for (auto items = 4 + below(26); items > 0; --items) {
+            const std::string kind(1, "wwwwbbjjeppLLS"[below(14)]);
+            text += kind + " ";
+            // Every label has a text of its own, so that nothing is joined by name.
+            if (kind == "L" || kind == "S") text += "N" + std::to_string(items) + (below(3) == 0 ? ",B " : " ");
+            text += number() + number();
+            if (kind == "w" || kind == "b" || kind == "e") text += number() + number();
+        }
+        SCOPED_TRACE(text);
+        const auto sheets = Sheets(text);
+        const Connectivity found = Connect(sheets);
+        std::set<std::vector<ItemId>> nets;
+        for (const auto* all : {&found.nets, &found.buses}) {
+            for (ConnectedItems items : *all) {
+                items.junctions.clear();
+                nets.insert(Ids(items));
+            }
+        }
+        Naive naive(sheets.front());
+        ASSERT_EQ(nets, naive.Nets());
+        std::size_t connections = 0;
+        for (const auto& [entry, buses] : naive.buses)
+            connections += buses.size() % 2;
+        ASSERT_EQ(found.connections.size(), connections);
+        for (const BusConnection& c : found.connections) {
+            const auto bus = Ids(found.buses[c.bus]);
+            EXPECT_TRUE(std::binary_search(bus.begin(), bus.end(), naive.buses[c.entry].front()));
+        }
+    }
+}
+
+TEST(KicadConnectivity, ThousandsOfLongWiresThatCrossTakeNoLongerThanOthers) {
+    SheetGeometry sheet;
+    constexpr ItemId Count = 20'000;
+    for (ItemId i = 0; i < Count; ++i) {
+        const std::int64_t at = i;
+        sheet.segments.push_back({4 * i, {0, at}, {Count, at}, false});
+        sheet.segments.push_back({4 * i + 1, {at, 0}, {at, Count}, false});
+        sheet.segments.push_back({4 * i + 2, {0, 0}, {Count, -1}, false});  // all on one another
+        sheet.junctions.push_back({4 * i + 3, {at, at}});
+    }
+    const auto start = std::chrono::steady_clock::now();
+    const Connectivity found = Connect({sheet});
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    ASSERT_EQ(found.nets.size(), Count);  // the wires from the origin are one with the first row and column
+    EXPECT_EQ(found.nets[0].segments.size(), Count + 2);
+    EXPECT_EQ(found.nets[7].segments, (std::vector<ItemId>{28, 29}));
+}
+
+}  // namespace
