@@ -1,10 +1,10 @@
 // quill bus expand: the nets that a bus label stands for.
 #include <iostream>
+#include <optional>
 
 #include "cli/bus_members.h"
 #include "cli/command.h"
 #include "cli/console.h"
-#include "cli/open_design.h"
 
 namespace Quill::Cli {
 
@@ -12,19 +12,13 @@ namespace {
 
 struct Options {
     std::string label;
-    std::string design;
-    std::string limiter;
-    bool hasLimiter = false;
+    std::optional<std::string> design;
+    std::optional<std::string> limiter;
     bool json = false;
 };
 
 ExitCode Run(const Options& options) {
-    LabelRules rules;
-    if (!options.design.empty()) {
-        const OpenDesign design = ReadDesign(options.design);
-        rules = RulesOfProject();
-    }
-    if (options.hasLimiter) rules.limiter = BusContents::NetLimiterFromText(options.limiter);
+    const LabelRules rules = RulesOf(options.design, options.limiter);
     const std::vector<std::string> members = MembersOf(options.label, rules);
     if (options.json) {
         PrintJson({{"label", options.label}, {"members", members}});
@@ -51,10 +45,7 @@ void AddBusExpandCommand(CommandLine& line) {
         "  quill bus expand SPI --design examples/vibration-recorder.json --json",
         [options] { return Run(*options); });
     command.add_option("LABEL", options->label, "bus label")->required();
-    command.add_option("--design", options->design, "design file (JSON) with contents and brackets of buses");
-    command.add_option("--limiter", options->limiter, "brackets of indexes: '[]', '()' or '' for none")
-        ->check(CLI::IsMember({"", "[]", "()"}))
-        ->each([options = options.get()](const std::string&) { options->hasLimiter = true; });
+    AddRuleOptions(command, options->design, options->limiter);
     AddJsonFlag(command, options->json);
 }
 

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "cli/command.h"
+#include "cli/open_design.h"
 #include "labels/bus_contents_utils.h"
 #include "labels/bus_label_expander.h"
 #include "platform/interface_manager.h"
@@ -40,6 +41,22 @@ LabelRules RulesOfProject() {
     }
     if (factory != nullptr) factory->internalRelease(service);
     return rules;
+}
+
+LabelRules RulesOf(const std::optional<std::string>& design, const std::optional<std::string>& limiter) {
+    LabelRules rules;
+    if (design) {
+        const OpenDesign open = ReadDesign(*design);
+        rules = RulesOfProject();
+    }
+    if (limiter) rules.limiter = BusContents::NetLimiterFromText(*limiter);
+    return rules;
+}
+
+void AddRuleOptions(CLI::App& command, std::optional<std::string>& design, std::optional<std::string>& limiter) {
+    command.add_option("--design", design, "design with brackets and contents of buses");
+    command.add_option("--limiter", limiter, "brackets of indexes: '[]', '()' or '' for none")
+        ->check(CLI::IsMember({"", "[]", "()"}));
 }
 
 std::vector<std::string> MembersOf(const std::string& label, const LabelRules& rules) {

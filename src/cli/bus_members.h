@@ -2,8 +2,11 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include <CLI/CLI.hpp>
 
 #include "labels/net_limiter.h"
 
@@ -17,6 +20,13 @@ struct LabelRules {
 
 // The rules of the project whose design is open (open_design.h).
 LabelRules RulesOfProject();
+
+// The rules of the design file of that name, or, without one, square brackets and no contents; the limiter, when it is
+// given, stands in for that of the design.
+LabelRules RulesOf(const std::optional<std::string>& design, const std::optional<std::string>& limiter);
+
+// The options --design and --limiter.
+void AddRuleOptions(CLI::App& command, std::optional<std::string>& design, std::optional<std::string>& limiter);
 
 // The members of the label in their order. A label that is the name of a bus stands for its contents; one that begins
 // with "$" is a single net. Throws a CommandError for buses that list each other in a circle, and for a label that

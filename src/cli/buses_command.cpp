@@ -1,5 +1,6 @@
 // quill buses: the buses of a design with their members.
 #include <iostream>
+#include <optional>
 #include <set>
 
 #include <fmt/format.h>
@@ -9,20 +10,17 @@
 #include "cli/console.h"
 #include "cli/design_lookup.h"
 #include "cli/open_design.h"
+#include "interchange/kicad_import.h"
 
 namespace Quill::Cli {
 
 namespace {
 
-// What an importer keeps beside a bus: the label as its file has it, and the further labels, one a line, with their
-// texts in the same order.
-constexpr const char* SourceAttribute = "KiCad Label";
-constexpr const char* OtherLabelsAttribute = "Other Labels";
-constexpr const char* OtherSourcesAttribute = "KiCad Other Labels";
+namespace Attributes = Interchange::KicadAttributes;
 
 struct Options {
     std::string design;
-    std::string block;
+    std::optional<std::string> block;
     bool json = false;
 };
 
@@ -45,9 +43,9 @@ std::vector<std::pair<std::string, std::string>> LabelsOf(const Orin::IBus& bus)
     const auto add = [&labels](const std::string& label, const std::string& source) {
         if (!label.empty()) labels.emplace_back(label, source.empty() ? label : source);
     };
-    add(LabelOf(bus), AttributeOf(bus, SourceAttribute));
-    const std::vector<std::string> others = Lines(AttributeOf(bus, OtherLabelsAttribute));
-    const std::vector<std::string> sources = Lines(AttributeOf(bus, OtherSourcesAttribute));
+    add(LabelOf(bus), AttributeOf(bus, Attributes::Source));
+    const std::vector<std::string> others = Lines(AttributeOf(bus, Attributes::OtherLabels));
+    const std::vector<std::string> sources = Lines(AttributeOf(bus, Attributes::OtherSources));
     for (std::size_t i = 0; i < others.size(); ++i)
         add(others[i], i < sources.size() ? sources[i] : std::string());
     return labels;
@@ -93,7 +91,8 @@ ExitCode Run(const Options& options) {
     const OpenDesign design = ReadDesign(options.design);
     const LabelRules rules = RulesOfProject();
     std::vector<BusEntry> buses;
-    for (const Orin::ContainerT<const Orin::IBlock>& block : FindBlocks(*design.snapshot, options.block))
+    for (const Orin::ContainerT<const Orin::IBlock>& block :
+         options.block ? FindBlocks(*design.snapshot, *options.block) : AllBlocks(*design.snapshot))
         AddBusesOf(*block, rules, buses);
     if (options.json) {
         PrintJson(AsJson(buses));

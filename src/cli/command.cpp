@@ -13,12 +13,20 @@ CLI::App& CommandLine::Add(const std::string& name, const char* summary, const c
     CLI::App& parent = blank == std::string::npos ? m_app : *m_app.get_subcommand(name.substr(0, blank));
     CLI::App& command = *parent.add_subcommand(name.substr(blank + 1), summary);
     command.footer(details);
-    command.callback([this, action = std::move(action)] { m_chosen = action; });
+    // What a command requires is required of its own use only, not of that of the commands below it.
+    for (CLI::Option* const option : parent.get_options())
+        if (option->get_required()) m_required[&parent].push_back(option->required(false));
+    command.callback([this, &command, action = std::move(action)] {
+        if (!command.get_subcommands().empty()) return;
+        for (const CLI::Option* const option : m_required[&command])
+            if (option->count() == 0) throw CLI::RequiredError(option->get_name());
+        m_chosen = action;
+    });
     return command;
 }
 
 void AddDesignArgument(CLI::App& command, std::string& design) {
-    command.add_option("DESIGN", design, "design file (JSON)")->required();
+    command.add_option("DESIGN", design, "design file (JSON), or the root schematic of a KiCad design")->required();
 }
 
 void AddConfigOption(CLI::App& command, std::string& config) {

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -34,8 +36,9 @@ public:
     // Adds the first word of commands that have two.
     void AddFamily(const char* name, const char* summary);
 
-    // Adds the command called `name`: a word, or the name of a family and a word. `details` stand below the options in
-    // the command's help and hold examples. `action` is called when the command line chose this command.
+    // Adds the command called `name`: a word, or the name of a family, or of a command that is complete with its
+    // options, and a word. `details` stand below the options in the command's help and hold examples. `action` is
+    // called when the command line chose this command.
     CLI::App& Add(const std::string& name, const char* summary, const char* details, Action action);
 
     // The action of the command that was chosen; empty until the command line is parsed.
@@ -43,6 +46,7 @@ public:
 
 private:
     CLI::App& m_app;
+    std::map<const CLI::App*, std::vector<const CLI::Option*>> m_required;  // of commands with commands below them
     Action m_chosen;
 };
 
@@ -53,10 +57,20 @@ void AddJsonFlag(CLI::App& command, bool& json);
 
 // ---- The commands, by their files ----
 
+void AddBusBuildCommand(CommandLine& line);
+void AddBusContentsCommand(CommandLine& line);
 void AddBusExpandCommand(CommandLine& line);
 void AddBusesCommand(CommandLine& line);
 void AddConnectorsCommand(CommandLine& line);
+void AddConnectorsAllCommand(CommandLine& line);
+void AddConnectorsLonelyCommand(CommandLine& line);
+void AddConnectorsNextCommand(CommandLine& line);
+void AddImportCommand(CommandLine& line);
 void AddInfoCommand(CommandLine& line);
+void AddLabelCheckCommand(CommandLine& line);
+void AddLabelInvertCommand(CommandLine& line);
+void AddNetsCommand(CommandLine& line);
 void AddPagesCommand(CommandLine& line);
+void AddSheetsCommand(CommandLine& line);
 
 }  // namespace Quill::Cli

@@ -1,10 +1,10 @@
 // quill connectors: the sheet connectors of a design.
 #include <algorithm>
 #include <iostream>
+#include <optional>
 
 #include "cli/command.h"
 #include "cli/console.h"
-#include "cli/design_lookup.h"
 #include "cli/sheet_connectors.h"
 
 namespace Quill::Cli {
@@ -14,45 +14,36 @@ namespace {
 struct Options {
     std::string design;
     std::string config;
-    std::string label;
-    bool hasLabel = false;
+    std::optional<std::string> label;
     bool json = false;
 };
 
-nlohmann::ordered_json AsJson(const std::vector<ConnectorEntry>& connectors) {
+nlohmann::ordered_json ByLabel(const std::vector<ConnectorEntry>& connectors) {
     auto answer = nlohmann::ordered_json::object();
-    for (const ConnectorEntry& connector : connectors)
-        answer[connector.label].push_back({{"key", connector.data.key},
-                                           {"block", connector.block},
-                                           {"sheet", connector.sheet},
-                                           {"path", connector.way},
-                                           {"symbol", connector.symbol}});
+    for (auto connector = connectors.begin(); connector != connectors.end();) {
+        const std::string& label = connector->label;
+        auto joined = nlohmann::ordered_json::array();
+        for (; connector != connectors.end() && connector->label == label; ++connector)
+            joined.push_back(AsJson(*connector));
+        answer[label] = std::move(joined);
+    }
     return answer;
-}
-
-std::string AsTable(const std::vector<ConnectorEntry>& connectors) {
-    using Align = Table::Align;
-    Table table({{"Label"}, {"Page", Align::Right}, {"Path"}, {"Block"}, {"Sheet"}, {"Symbol"}, {"Key"}});
-    for (const ConnectorEntry& connector : connectors)
-        table.AddRow({connector.label, connector.page, WayText(connector.way), connector.block, connector.sheet,
-                      connector.symbol, connector.data.key});
-    return table.Render(HasColours());
 }
 
 ExitCode Run(const Options& options) {
     const OpenDesign design = ReadDesign(options.design);
-    std::vector<ConnectorEntry> connectors = SheetConnectors(design, options.config).List();
-    if (options.hasLabel) {
-        const auto isOther = [&](const ConnectorEntry& connector) { return connector.label != options.label; };
+    std::vector<ConnectorEntry> connectors = SheetConnectors(design, options.config).All();
+    if (options.label) {
+        const auto isOther = [&](const ConnectorEntry& connector) { return connector.label != *options.label; };
         connectors.erase(std::remove_if(connectors.begin(), connectors.end(), isOther), connectors.end());
     }
     if (options.json) {
-        PrintJson(AsJson(connectors));
+        PrintJson(ByLabel(connectors));
     } else {
         std::cout << AsTable(connectors);
     }
-    if (!options.hasLabel || !connectors.empty()) return Done;
-    Say("There is no sheet connector with the label " + options.label);
+    if (!options.label || !connectors.empty()) return Done;
+    Say("There is no sheet connector with the label " + *options.label);
     return NegativeAnswer;
 }
 
@@ -71,8 +62,7 @@ void AddConnectorsCommand(CommandLine& line) {
         "  quill connectors examples/vibration-recorder.json --label DRDY",
         [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
-    command.add_option("--label", options->label, "only those with this label; exit code 1 when there are none")
-        ->each([options = options.get()](const std::string&) { options->hasLabel = true; });
+    command.add_option("--label", options->label, "only those with this label; exit code 1 when there are none");
     AddConfigOption(command, options->config);
     AddJsonFlag(command, options->json);
 }

@@ -20,7 +20,10 @@ Orin::GroupTypes SheetTypes() {
     return Orin::GroupTypes(Orin::EGroupType::Sheet) | Orin::EGroupType::GeneratedSheet;
 }
 
-std::vector<ContainerT<const Orin::IBlock>> FindBlocks(const Orin::ISnapshot& snapshot, const std::string& name) {
+namespace {
+
+// All of them, or those of that name.
+std::vector<ContainerT<const Orin::IBlock>> SchematicBlocks(const Orin::ISnapshot& snapshot, const std::string* name) {
     std::vector<ContainerT<const Orin::IBlock>> found;
     IteratorT<const Orin::IBlock> blocks;
     Need(snapshot.GetIterBlocks(blocks));
@@ -28,11 +31,27 @@ std::vector<ContainerT<const Orin::IBlock>> FindBlocks(const Orin::ISnapshot& sn
         Orin::BlockTypes types;
         Need(blocks->GetType(types));
         const ContainerT<const Orin::IBlock>& block = blocks;
-        if (types.Contains(Orin::EBlockType::Schematic) && (name.empty() || NameOf(*block) == name))
+        if (types.Contains(Orin::EBlockType::Schematic) && (name == nullptr || NameOf(*block) == *name))
             found.push_back(block);
     }
-    if (found.empty() && !name.empty()) throw CommandError("The design has no schematic block called " + name);
+    if (name != nullptr && found.empty()) throw CommandError("The design has no schematic block called " + *name);
     return found;
+}
+
+}  // namespace
+
+std::vector<ContainerT<const Orin::IBlock>> AllBlocks(const Orin::ISnapshot& snapshot) {
+    return SchematicBlocks(snapshot, nullptr);
+}
+
+std::vector<ContainerT<const Orin::IBlock>> FindBlocks(const Orin::ISnapshot& snapshot, const std::string& name) {
+    return SchematicBlocks(snapshot, &name);
+}
+
+ContainerT<const Orin::IBlock> FindBlock(const Orin::ISnapshot& snapshot, const std::string& name) {
+    const std::vector<ContainerT<const Orin::IBlock>> found = FindBlocks(snapshot, name);
+    if (found.size() != 1) throw CommandError("The design has several schematic blocks called " + name);
+    return found.front();
 }
 
 std::vector<std::string> LabelsOnTheWay(const Orin::ISnapshot& snapshot, const Orin::ListT<Orin::Index>& hierarchy) {

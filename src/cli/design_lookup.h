@@ -31,9 +31,14 @@ Orin::Index IndexOf(const T& object) {
 // The groups that are sheets.
 Orin::GroupTypes SheetTypes();
 
-// The schematic blocks in the order of the design; `name` picks those of that name, "" takes all. Throws a CommandError
-// when none bears the name.
+// The schematic blocks in the order of the design.
+std::vector<Orin::ContainerT<const Orin::IBlock>> AllBlocks(const Orin::ISnapshot& snapshot);
+
+// Those of that name. Throws a CommandError when there is none.
 std::vector<Orin::ContainerT<const Orin::IBlock>> FindBlocks(const Orin::ISnapshot& snapshot, const std::string& name);
+
+// The only schematic block of that name. Throws a CommandError when there is none, or several.
+Orin::ContainerT<const Orin::IBlock> FindBlock(const Orin::ISnapshot& snapshot, const std::string& name);
 
 // The labels of the hierarchical components that lead to the place, root first.
 std::vector<std::string> LabelsOnTheWay(const Orin::ISnapshot& snapshot, const Orin::ListT<Orin::Index>& hierarchy);

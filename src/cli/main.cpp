@@ -10,15 +10,37 @@ namespace Quill::Cli {
 
 namespace {
 
+// A word that only commands of two words begin with.
+template <const char* Name, const char* Summary>
+void AddFamily(CommandLine& line) {
+    line.AddFamily(Name, Summary);
+}
+
+constexpr char Bus[] = "bus", BusSummary[] = "Expand and build bus labels";
+constexpr char Label[] = "label", LabelSummary[] = "Check and invert labels";
+
 // In the order in which the help lists them.
+// clang-format off
 constexpr void (*Commands[])(CommandLine&) = {
+    AddImportCommand,
     AddInfoCommand,
     AddPagesCommand,
+    AddSheetsCommand,
     AddConnectorsCommand,
+    AddConnectorsNextCommand,
+    AddConnectorsAllCommand,
+    AddConnectorsLonelyCommand,
+    AddNetsCommand,
     AddBusesCommand,
-    [](CommandLine& line) { line.AddFamily("bus", "Work on a bus label"); },
+    AddFamily<Bus, BusSummary>,
     AddBusExpandCommand,
+    AddBusBuildCommand,
+    AddBusContentsCommand,
+    AddFamily<Label, LabelSummary>,
+    AddLabelCheckCommand,
+    AddLabelInvertCommand,
 };
+// clang-format on
 
 int Fail(std::string_view message) {
     Say(message);

@@ -1,9 +1,12 @@
 #include "cli/sheet_connectors.h"
 
+#include <algorithm>
+#include <list>
 #include <map>
 #include <set>
 
 #include "cli/command.h"
+#include "cli/console.h"
 #include "cli/design_lookup.h"
 #include "pages/page_traverser.h"
 
@@ -40,7 +43,7 @@ public:
         Orin::String listed;
         if (m_snapshot.GetAttribute(ConnectorSymbolsAttribute, listed)) return Lines(listed.View());
         std::set<std::string> symbols;
-        for (const ContainerT<const Orin::IBlock>& block : FindBlocks(m_snapshot, {})) {
+        for (const ContainerT<const Orin::IBlock>& block : AllBlocks(m_snapshot)) {
             IteratorT<const Orin::IComp> comps;
             Need(block->GetIterComps(comps, {}));
             for (; comps; ++comps) {
@@ -68,7 +71,7 @@ Orin::ListT<Orin::GroupInfo> SheetsOf(const Orin::IComp& comp) {
 
 }  // namespace
 
-SheetConnectors::SheetConnectors(const OpenDesign& design, const std::string& config) : m_design(design) {
+SheetConnectors::SheetConnectors(const OpenDesign& design, const std::string& config) {
     const ContainerT<const Orin::IConfig> configuration = FindConfig(design, config);
     m_name = NameOf(*configuration);
     ContainerT<const Orin::IBlock> block;
@@ -79,21 +82,21 @@ SheetConnectors::SheetConnectors(const OpenDesign& design, const std::string& co
     m_cache.attachObserver(design.snapshot);
     ConnectorSymbols symbols(*design.snapshot);
     if (!m_cache.reloadSheetConnectorsList(&symbols)) throw CommandError("The connectors cannot be read");
+    List(design);
 }
 
-std::vector<ConnectorEntry> SheetConnectors::List() {
-    std::vector<ConnectorEntry> entries;
+void SheetConnectors::List(const OpenDesign& design) {
     m_cache.forEachSheetConnector(
-        [&](const std::string& design, const std::string& label, const CSheetConnectorData& connector) {
-            if (design == m_name) entries.push_back({label, connector, {}, {}, {}, {}, {}});
+        [this](const std::string& root, const std::string& label, const CSheetConnectorData& connector) {
+            if (root == m_name) m_entries.push_back({label, connector, {}, {}, {}, {}, {}});
         });
 
-    PageTraverser pages(m_design.snapshot, m_name, EViewMode::Logical);
+    PageTraverser pages(design.snapshot, m_name, EViewMode::Logical);
     pages.setAlgorithm(EAlgorithm::DepthFirst, ECompAlgorithm::Default);
     pages.update();
-    const ContainerT<const Orin::IPath> root = RootOf(*FindConfig(m_design, m_name));
+    const ContainerT<const Orin::IPath> root = RootOf(*FindConfig(design, m_name));
     std::map<std::string, std::size_t> listed;  // a component that stands on several sheets is listed for each
-    for (ConnectorEntry& entry : entries) {
+    for (ConnectorEntry& entry : m_entries) {
         ContainerT<const Orin::IPath> path = root;
         for (const Orin::Index& index : std::as_const(entry.data.hierarchy)) {
             ContainerT<const Orin::IPath> below;
@@ -105,7 +108,7 @@ std::vector<ConnectorEntry> SheetConnectors::List() {
         Need(path->GetBlock(block));
         Need(block->GetComp(comp, entry.data.index));
         entry.block = NameOf(*block);
-        entry.way = LabelsOnTheWay(*m_design.snapshot, entry.data.hierarchy);
+        entry.way = LabelsOnTheWay(*design.snapshot, entry.data.hierarchy);
         entry.symbol = SymbolOf(*comp);
         const Orin::ListT<Orin::GroupInfo> sheets = SheetsOf(*comp);
         const std::size_t place = listed[entry.data.key]++;
@@ -113,7 +116,78 @@ std::vector<ConnectorEntry> SheetConnectors::List() {
         entry.sheet = sheets[place].name.View();
         entry.page = pages.pageNumber({IndexOf(*path), sheets[place].index, {}});
     }
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
+        m_places.try_emplace(m_entries[i].data.key, i);
+}
+
+namespace {
+
+// The parts of a symbol as the cache takes them: library, cell, and variant behind the last full stop.
+struct SymbolParts {
+    explicit SymbolParts(const std::string& symbol) {
+        const std::size_t colon = symbol.find(':');
+        const std::size_t stop = std::min(symbol.rfind('.'), symbol.size());
+        library = symbol.substr(0, colon);
+        cell = symbol.substr(colon + 1, stop - colon - 1);
+        variant = symbol.substr(std::min(stop + 1, symbol.size()));
+    }
+
+    std::string library, cell, variant;
+};
+
+}  // namespace
+
+const ConnectorEntry& SheetConnectors::Find(const std::string& key) const {
+    const auto found = m_places.find(key);
+    if (found == m_places.end()) throw CommandError("There is no sheet connector with the key " + key);
+    return m_entries[found->second];
+}
+
+const ConnectorEntry* SheetConnectors::Next(const ConnectorEntry& from) {
+    const SymbolParts symbol(from.symbol);
+    const CSheetConnectorData* next = nullptr;
+    if (!m_cache.getNextTargetSheetConnector(symbol.library, symbol.cell, symbol.variant, m_name, from.label,
+                                             from.data.index, from.data.hierarchy, &next))
+        return nullptr;
+    return &Find(next->key);
+}
+
+std::vector<ConnectorEntry> SheetConnectors::Targets(const ConnectorEntry& from) {
+    const SymbolParts symbol(from.symbol);
+    std::list<const CSheetConnectorData*> targets;
+    m_cache.getAllTargetSheetConnectors(symbol.library, symbol.cell, symbol.variant, m_name, from.label,
+                                        from.data.index, from.data.hierarchy, targets);
+    std::vector<ConnectorEntry> entries;
+    for (const CSheetConnectorData* const target : targets)
+        entries.push_back(Find(target->key));
     return entries;
+}
+
+nlohmann::ordered_json AsJson(const ConnectorEntry& connector) {
+    return {{"key", connector.data.key},
+            {"block", connector.block},
+            {"sheet", connector.sheet},
+            {"path", connector.way},
+            {"symbol", connector.symbol}};
+}
+
+nlohmann::ordered_json AsJson(const std::vector<ConnectorEntry>& connectors) {
+    auto answer = nlohmann::ordered_json::array();
+    for (const ConnectorEntry& connector : connectors) {
+        nlohmann::ordered_json object{{"label", connector.label}};
+        object.update(AsJson(connector));
+        answer.push_back(std::move(object));
+    }
+    return answer;
+}
+
+std::string AsTable(const std::vector<ConnectorEntry>& connectors) {
+    using Align = Table::Align;
+    Table table({{"Label"}, {"Page", Align::Right}, {"Path"}, {"Block"}, {"Sheet"}, {"Symbol"}, {"Key"}});
+    for (const ConnectorEntry& connector : connectors)
+        table.AddRow({connector.label, connector.page, WayText(connector.way), connector.block, connector.sheet,
+                      connector.symbol, connector.data.key});
+    return table.Render(HasColours());
 }
 
 }  // namespace Quill::Cli

@@ -34,10 +34,12 @@ const char* const Plant = R"({"format": "quill-design", "version": 1, "design": 
  "groups": [{"index": "group:3", "name": "1\u001b", "members": ["comp:10", "comp:11", "comp:12"]}],
  "comps": [
   {"index": "comp:10", "types": ["border", "titled"], "attributes": [["$$NotCommonProperty_@PRINTORDER", "7"]]},
-  {"index": "comp:11", "label": "NET", "partition": "kicad", "definition": "comp:31"},
-  {"index": "comp:12", "label": "PIN", "types": ["connector"], "partition": "kicad", "definition": "comp:32"}]},
+  {"index": "comp:11", "label": "NET", "partition": "kicad", "definition": "comp:31", "pins": [{"index": "pin:1"}]},
+  {"index": "comp:12", "label": "PIN", "types": ["connector"], "partition": "kicad", "definition": "comp:32"}],
+ "nets": [{"index": "net:1", "label": "N2"}, {"index": "net:2"}, {"index": "net:3", "label": "N2", "pins": ["pin:1"]}]},
 {"index": "block:3", "name": "aux", "types": ["schematic"],
- "groups": [{"index": "group:4", "name": "x"}], "buses": [{"index": "bus:4"}]},
+ "groups": [{"index": "group:4", "name": "x", "members": ["comp:20"]}], "buses": [{"index": "bus:4"}],
+ "comps": [{"index": "comp:20", "label": "ALONE", "types": ["connector"], "partition": "lib", "definition": "comp:30"}]},
 {"index": "block:4", "name": "lib", "types": ["symbol"],
  "comps": [
   {"index": "comp:30", "name": "off.1", "types": ["symbol"]},
@@ -144,6 +146,7 @@ TEST_F(Query, PagesAreListedInEveryOrder) {
 TEST_F(Query, ConnectorsAreListedByLabel) {
     const Case cases[] = {
         {"connectors plant.json", 0, R"(Label  Page  Path  Block  Sheet  Symbol                    Key
+ALONE     3  /S    aux    x      lib:off.1                 3:0:7/[20:0:7]
 NET       1  /     plant  B      lib:off.1                 [6:0:7]
 NET       2  /S    sub    1\x1B  kicad:global_label.input  2:0:7/[11:0:7]
 )",
@@ -179,7 +182,65 @@ NET       2  /S    sub    1\x1B  kicad:global_label.input  2:0:7/[11:0:7]
     Check(cases);
 }
 
-TEST_F(Query, BusesAreListedWithTheirMembers) {
+TEST_F(Query, ConnectorsLeadToTheirOtherEnds) {
+    const char* const first = R"(Label  Page  Path  Block  Sheet  Symbol     Key
+NET       1  /     plant  B      lib:off.1  [6:0:7]
+)";
+    const Case cases[] = {
+        {"connectors next plant.json '2:0:7/[11:0:7]'", 0, first, ""},
+        {"connectors all plant.json '2:0:7/[11:0:7]'", 0, first, ""},
+        {"connectors next plant.json '[6:0:7]' --json", 0, R"({
+  "label": "NET",
+  "key": "2:0:7/[11:0:7]",
+  "block": "sub",
+  "sheet": "1\u001b",
+  "path": [
+    "S"
+  ],
+  "symbol": "kicad:global_label.input"
+}
+)",
+         ""},
+        {"connectors next plant.json '3:0:7/[20:0:7]' --json", 1, "null\n", "quill: The connector stands alone\n"},
+        {"connectors all plant.json '3:0:7/[20:0:7]'", 1, "", "quill: The connector stands alone\n"},
+        {"connectors next plant.json '[9:0:7]'", 2, "", "quill: There is no sheet connector with the key [9:0:7]\n"},
+        {"connectors next plant.json", 2, "", "quill: KEY is required. \"quill --help\" says how it is used.\n"},
+        {"connectors", 2, "", "quill: DESIGN is required. \"quill --help\" says how it is used.\n"},
+        {"connectors lonely plant.json", 1, R"(Label  Page  Path  Block  Sheet  Symbol     Key
+ALONE     3  /S    aux    x      lib:off.1  3:0:7/[20:0:7]
+)",
+         ""},
+        {"connectors lonely --json " QUILL_EXAMPLES "/vibration-recorder.json", 0, "[]\n", ""},
+    };
+    Check(cases);
+}
+
+TEST_F(Query, SheetsAndNetsOfABlockAreListed) {
+    const Case cases[] = {
+        {"sheets plant.json plant", 0, "Sheet  Id  Objects\nB                6\nA                3  excluded\n", ""},
+        {"sheets " QUILL_EXAMPLES "/vibration-recorder.json display --json", 0, R"([
+  {
+    "sheet": "1",
+    "id": 1,
+    "objects": 24,
+    "excluded": false
+  }
+]
+)",
+         ""},
+        {"sheets plant.json lib", 2, "", "quill: The design has no schematic block called lib\n"},
+        {"nets plant.json", 0, R"(Block  Name    Nets  Pins
+sub    (none)     1     0
+sub    N2         2     1
+)",
+         ""},
+        {"nets plant.json --json aux", 0, "[]\n", ""},
+        {"nets plant.json nowhere", 2, "", "quill: The design has no schematic block called nowhere\n"},
+    };
+    Check(cases);
+}
+
+TEST_F(Query, LabelsAreExpandedBuiltAndChecked) {
     const Case cases[] = {
         {"buses plant.json", 0, R"(Block  Sheet  Label    Nets  First    Last
 plant  B      D[1:0]      2  D[1]     D[0]
@@ -208,6 +269,36 @@ plant  B      $F[1:0]     1  $F[1:0]  $F[1:0]
         {"bus expand \"$(printf 'A\\302\\233')\" --json", 0,
          "{\n  \"label\": \"A\\u009b\",\n  \"members\": [\n    \"A\\u009b\"\n  ]\n}\n", ""},
         {"bus expand", 2, "", "quill: LABEL is required. \"quill --help\" says how it is used.\n"},
+        {"bus build 'D[3]' 'D[2]' 'D[1]' 'A[7]' CLK", 0, "D[3:1],A7,CLK\n", ""},
+        {"bus build 'A(7)' 'A(8)' 'B(0)' --limiter '()' --bracket-singles", 0, "A(7:8),B(0)\n", ""},
+        {"bus build --old '{A}2' A A A", 0, "{A}3\n", ""},
+        {"bus build --old db 'D[1]' 'D[0]' CLK --design plant.json --json", 0, "{\n  \"label\": \"db\"\n}\n", ""},
+        {"bus build --old X A --design plant.json", 2, "", "quill: Buses list each other in a circle: X, Y\n"},
+        {"bus build 'A[3].'", 1, "", "quill: No label can be built of these nets\n"},
+        {"bus contents plant.json", 1, R"(Bus  Contents    Nets
+DB   D[1:0],CLK  D[1:0],CLK
+X    Y           circle: X, Y
+Y    X,Z         circle: Y, X
+)",
+         "quill: Bus X stands for no nets: circle: X, Y\nquill: Bus Y stands for no nets: circle: Y, X\n"},
+        {"label check 'A~B'", 0, R"(Question          Answer
+may be a label    yes
+may name a net    yes
+inverted          no
+inverted in part  yes
+)",
+         ""},
+        {"label check '~A$' --json", 1, R"({
+  "text": "~A$",
+  "label": true,
+  "netLabel": false,
+  "inverted": true,
+  "partlyInverted": false
+}
+)",
+         ""},
+        {"label invert 'A~B'", 0, "~AB\n", ""},
+        {"label invert '~A~B' --off --json", 0, "{\n  \"text\": \"~A~B\",\n  \"label\": \"AB\"\n}\n", ""},
         {"bus", 2, "", "quill: A subcommand is required. \"quill --help\" says how it is used.\n"},
     };
     Check(cases);
