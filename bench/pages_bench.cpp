@@ -197,6 +197,18 @@ void ExcludeHalf(benchmark::State& state) {
     }
 }
 
+// An update goes before each removal; the whole is to stay below twice UpdateHalves. The names are looked at, since it
+// is they that have to follow.
+void RemoveHalf(benchmark::State& state) {
+    PageTraverser pages = Updated(TwoHalves());
+    for (auto _ : state) {
+        pages.update();
+        benchmark::DoNotOptimize(pages.getPageByName("none"));
+        pages.removePage(pages.firstPage());
+        if (pages.pagesCount() != 50'000) state.SkipWithError("not half of the pages");
+    }
+}
+
 void NumberOfEach(benchmark::State& state) {
     const PageTraverser pages = Updated(TwoHalves());
     std::vector<PageID> all;
@@ -210,6 +222,7 @@ void NumberOfEach(benchmark::State& state) {
 BENCHMARK(UpdateHalves)->Unit(benchmark::kMillisecond);
 BENCHMARK(Iterate)->Unit(benchmark::kMillisecond);
 BENCHMARK(ExcludeHalf)->Unit(benchmark::kMillisecond);
+BENCHMARK(RemoveHalf)->Unit(benchmark::kMillisecond);
 BENCHMARK(NumberOfEach)->Unit(benchmark::kMillisecond);
 
 void PrintOrders(benchmark::State& state) {

@@ -34,6 +34,7 @@ sqlite | sqlite3.h                  | libsqlite3-dev             | designs kept 
 test   | /usr/src/googletest/CMakeLists.txt | googletest         | test framework, built from its source
 bench  | benchmark/benchmark.h      | libbenchmark-dev           | benchmarks
 clang  | clang++                    | clang                      | second compiler, thread-safety analysis
+deliver | pkg-config                | pkgconf                    | tries the installed library
 format | clang-format-14            | clang-format-14            | checks the formatting
 tidy   | run-clang-tidy-14          | clang-tidy-14              | static analysis
 m32    | /usr/lib/gcc/*/*/32/libstdc++.a | g++-multilib          | compiles for 32 bits

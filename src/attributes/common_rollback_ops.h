@@ -9,7 +9,7 @@
 namespace Quill::Utils {
 
 // Static operations only. A save point is a snapshot; its comment is an attribute of the snapshot. A database failure
-// is returned as it came, never thrown.
+// is returned as it came, never thrown; an empty handle is an object that is not found.
 class QUILLUTILS_EXPORT CommonRollbackOps {
 public:
     // Locks the snapshot for the time of the call. When another client holds it, nothing is changed.

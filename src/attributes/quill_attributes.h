@@ -9,6 +9,7 @@
 namespace NQuillUtils {
 
 // Static operations only, to be called or derived from. Names are compared byte by byte where nothing else is said.
+// Any thread may call; what concerns packaging reads the current flow (attributes/attribute_names.h).
 class QUILLUTILS_EXPORT CQuillAttributes {
 public:
     // Whether `attrName` is the stored name of the library's own key `key`. The bare key is not.

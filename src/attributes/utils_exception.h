@@ -43,8 +43,8 @@ public:
     virtual std::string GetErrorText() const;  // what the code means, in words: "No memory available"
     virtual const std::string& GetMessage() const;
     virtual std::string GetDescription() const;  // for users: "No memory available (Could not create mutex)"
-    virtual std::string ToString()
-        const;  // for logs: "Utils Exception: Error[2,NoMemory] Message[Could not create mutex]"
+    // For logs: "Utils Exception: Error[2,NoMemory] Message[Could not create mutex]".
+    virtual std::string ToString() const;
 
 private:
     ECode m_error;

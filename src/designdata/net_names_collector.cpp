@@ -43,9 +43,8 @@ public:
             m_stale = true;
             Require((*m_snapshot)->AddEventObserver(this));
         } catch (const Orin::Result& failed) {
-            Orin::Result reported = failed;
             zolt::Logging::FatalError("Cannot attach NetsNamesCollector observer to Orin: " +
-                                      std::string(reported.GetDescription().View()));
+                                      std::string(failed.GetDescription().View()));
         }
     }
 

@@ -159,7 +159,8 @@ bool QuillInOrin::GetBusSignals(const Orin::IBus& bus, BusSignals& signals) {
     Orin::String value;
     if (!Read(bus, NReservedKeys::Signals, value)) return false;
     ForEachPair(value.View(), [&](std::string_view position, std::string_view net) {
-        signals.emplace_back(Text::ParseInt32(position).value, ToIndex(net));
+        // Both numbers of a pair are read with 64 bits; a position keeps the lower ones.
+        signals.emplace_back(static_cast<int>(Text::ParseInt64(position).value), ToIndex(net));
     });
     return true;
 }

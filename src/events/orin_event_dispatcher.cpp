@@ -15,6 +15,7 @@
 #include "events/detail/orin_client_observer.h"
 #include "events/detail/orin_event_observer.h"
 #include "events/detail/orin_event_observer_ex.h"
+#include "events/detail/this_thread.h"
 #include "platform/interface_manager.h"
 
 namespace NQuillUtils::NEvents {
@@ -38,10 +39,10 @@ void LetGo(std::unique_ptr<Wrapper> wrapper) {
 
 }  // namespace
 
-class CORINEventDispatcher::CImpl : public Orin::ClientObserver, public IInvalidClientProvider {
+class CORINEventDispatcher::CImpl : public Orin::ClientObserver, public InvalidClientProvider {
 public:
     CImpl()
-        : m_owner(Quill::Platform::CurrentThreadId()),
+        : m_owner(ThisThread()),
           m_eventMutex(std::make_unique<OrinUtils::Mutex>()),
           m_clientMutex(std::make_unique<OrinUtils::Mutex>()) {}
 
@@ -74,13 +75,13 @@ public:
         if (found == m_eventByObserver.end()) return;
         const auto registration = found->second;
         if (!IsSameSnapshot(registration->snapshot, *snapshot)) return;
-        auto remover = std::make_unique<ClientRemover<Orin::EventObserver>>(&m_invalidEvents, observer);
-        std::list<Orin::EventObserver*> invalid{observer};
+        NotificationQueue::Item remover(
+            std::make_unique<ClientRemover<Orin::EventObserver>>(&m_invalidEvents, observer));
+        m_invalidEvents.Append(observer);
         // From the handle that it was registered with: the given one may be another client's. Other threads have left
         // the wrapper when this returns, so what they queued stands before the remover.
         registration->snapshot->RemoveEventObserver(registration->wrapper.get());
-        m_invalidEvents.splice(m_invalidEvents.end(), invalid);
-        NotificationQueue::Instance().Push(std::move(remover));
+        NotificationQueue::Instance().Push(remover);
         std::unique_ptr<CORINEventObserver> wrapper = std::move(registration->wrapper);
         m_eventByObserver.erase(found);
         m_events.erase(registration);
@@ -102,11 +103,11 @@ public:
         // Of several equal keys the first in the map is the earliest.
         const auto first = m_clientByObserver.lower_bound(found->first);
         const auto registration = first->second;
-        auto remover = std::make_unique<ClientRemover<Orin::ClientObserver>>(&m_invalidClients, observer);
-        std::list<Orin::ClientObserver*> invalid{observer};
+        NotificationQueue::Item remover(
+            std::make_unique<ClientRemover<Orin::ClientObserver>>(&m_invalidClients, observer));
+        m_invalidClients.Append(observer);
         connection->RemoveClientObserver(registration->wrapper.get());
-        m_invalidClients.splice(m_invalidClients.end(), invalid);
-        NotificationQueue::Instance().Push(std::move(remover));
+        NotificationQueue::Instance().Push(remover);
         std::unique_ptr<CORINClientObserver> wrapper = std::move(registration->wrapper);
         m_clientByObserver.erase(first);
         m_clients.erase(registration);
@@ -131,13 +132,6 @@ public:
                 // The item is abandoned as it is: nothing is known of its state, and the rest must be delivered.
             }
         }
-    }
-
-    const std::list<Orin::EventObserver*>& GetInvalidEventObservers() const override {
-        return m_invalidEvents;
-    }
-    const std::list<Orin::ClientObserver*>& GetInvalidClientObservers() const override {
-        return m_invalidClients;
     }
 
     void OnErrorAdd(const Orin::String&, const Orin::String&, const Index&, const Index&, Orin::EEventsAdd) override {}
@@ -168,8 +162,6 @@ private:
     std::unique_ptr<OrinUtils::Mutex> m_clientMutex;
     std::list<EventRegistration> m_events;
     std::list<ClientRegistration> m_clients;
-    std::list<Orin::EventObserver*> m_invalidEvents;
-    std::list<Orin::ClientObserver*> m_invalidClients;
     // Where each registration stands, so that many observers cost no search.
     std::unordered_map<Orin::EventObserver*, std::list<EventRegistration>::iterator> m_eventByObserver;
     std::multimap<std::pair<Orin::OrinPI*, Orin::ClientObserver*>, std::list<ClientRegistration>::iterator>

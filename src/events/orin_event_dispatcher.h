@@ -53,7 +53,7 @@ protected:
     // Copies share one state; one of them at most may be destroyed, as the last thing that is done with any.
     CORINEventDispatcher(const CORINEventDispatcher&);
     CORINEventDispatcher& operator=(const CORINEventDispatcher&);
-    // Leaves the observers attached to their snapshots: the snapshots go first.
+    // Leaves the observers attached to their snapshots: the snapshots go first, and what is queued is dispatched.
     virtual ~CORINEventDispatcher();
 
     static CORINEventDispatcher* m_pORINEventDispather;

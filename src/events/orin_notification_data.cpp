@@ -1,7 +1,8 @@
 #include "events/orin_notification_data.h"
 
-#include <algorithm>
 #include <type_traits>
+
+#include "events/detail/invalid_observers.h"
 
 namespace NQuillUtils::NEvents {
 
@@ -26,11 +27,6 @@ struct Code {
 
 std::string TextOrEmpty(const char* text) {
     return text ? text : "";
-}
-
-template <class Observer>
-bool Lists(const std::list<Observer*>& observers, const Observer* observer) {
-    return std::find(observers.begin(), observers.end(), observer) != observers.end();
 }
 
 }  // namespace
@@ -182,9 +178,8 @@ void ORINNOTIFICATIONDATA::Call() {
 }
 
 bool ORINNOTIFICATIONDATA::IsValid(const IInvalidClientProvider* provider) const {
-    if (m_type > LastEventType && m_type <= LastType)
-        return !Lists(provider->GetInvalidClientObservers(), m_clientObserver);
-    return !Lists(provider->GetInvalidEventObservers(), m_eventObserver);
+    if (m_type > LastEventType && m_type <= LastType) return !IsListed(*provider, m_clientObserver);
+    return !IsListed(*provider, m_eventObserver);
 }
 
 }  // namespace NQuillUtils::NEvents

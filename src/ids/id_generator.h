@@ -60,8 +60,8 @@ template <int Locked>
 class QUILLUTILS_EXPORT IdGenerator<AttributeId, Locked> : public IdGeneratorBase<AttributeId, Locked> {
 public:
     // For a sheet that has no attributes yet: nothing is looked at but the sheet's id, and ids start at sequence number
-    // 1. NoSheetId when that id cannot be read. With Locked = 1 it is NotSupported, since there is no view to lock
-    // without the block.
+    // 1. NoSheetId when that id cannot be read, also because the handle is empty. With Locked = 1 it is NotSupported,
+    // since there is no view to lock without the block.
     IdGeneratorResult Init(const Orin::ContainerT<const Orin::IGroup>& group);
 
     // For the sheet `group` of `block`, after all attributes drawn on it. With Locked = 1 the sheet's view is locked

@@ -73,8 +73,9 @@ QUILLUTILS_EXPORT void splitNetName(const std::string& net, std::string& stem, s
 QUILLUTILS_EXPORT std::string BuildBusLabel(std::vector<std::string>& members, bool bracketSingles);
 
 // The label of a bus whose members may have changed: `oldLabel` itself when it still names exactly `members`, read in
-// the brackets that `limiterText` ("", "[]", "()") stands for, else a new label. `members` is left as it is. Calls on
-// several threads take turns, since the limiter is put in force for the process meanwhile.
+// the brackets that `limiterText` ("", "[]", "()") stands for, else a new label. `members` is left as it is. A text
+// that stands for no limiter leaves the one in force. One call at a time in the process, since the limiter is put in
+// force for all of it meanwhile; the function does not see to that.
 //
 // An old label is resolved through the project's bus contents before it is read; one that begins with "$" is a single
 // net. In a new label the stem of a member is what stands before its bracket when an item of the old label begins

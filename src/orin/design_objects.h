@@ -1,7 +1,9 @@
 // The objects of a design: blocks, components, groups, nets, buses, pins, and places in the hierarchy.
 //
-// Queries may be made from any thread. Operations that edit are called through write handles; without the lock they
-// fail with NotLocked, on a snapshot whose transaction another client holds with AccessDenied, and change nothing.
+// Queries may be made from any thread. An attribute that is not there gives AttributeNotFound, to read as to remove.
+// Operations that edit are called through write handles; without the lock they fail with NotLocked, on a snapshot whose
+// transaction another client holds with AccessDenied, and change nothing. To set an attribute without a name gives
+// InvalidArgument.
 #pragma once
 
 #include "orin/enums.h"
@@ -25,7 +27,7 @@ class ORINPI_EXPORT IBlock : public IObject {
 public:
     virtual Result GetAttribute(const String& name, String& value) const = 0;
     virtual Result SetAttribute(const String& name, const String& value) = 0;
-    virtual Result RemoveAttribute(const String& name) = 0;  // AttributeNotFound when there is none
+    virtual Result RemoveAttribute(const String& name) = 0;
     virtual Result GetAttributes(ListAttribute& attributes) const = 0;
     // A component as defined in this block; ObjectNotFound when it belongs to another block.
     virtual Result GetComp(ContainerT<const IComp>& comp, const Index& index) const = 0;

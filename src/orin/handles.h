@@ -9,7 +9,8 @@
 namespace Orin {
 
 // A read-only handle, one pointer wide. Copying it allocates nothing and looks nothing up; the object's face stays
-// usable while a handle names it, and IsValid tells whether the object still exists in the design.
+// usable while a handle names it, and IsValid tells whether the object still exists in the design. One handle is used
+// by one thread at a time, as all classes of this file; copies of it may be used by others.
 template <class T>
 class ContainerT {
     static_assert(std::is_const_v<T>, "a handle that can write is a MutableContainerT");
@@ -135,9 +136,11 @@ public:
 };
 
 // An iteration, filled by a GetIter... operation; itself a handle to its current element. A default-made one is at its
-// end. The element may be deleted while the iteration stands on it; advancing then works as always.
+// end. The element may be deleted while the iteration stands on it; advancing then works as always. Advancing and
+// copying throw std::bad_alloc for want of memory.
 //
-//     for (IteratorT<const INet> net; ...; ++net) net->GetLabel(label);
+//     IteratorT<const INet> net;
+//     for (Result found = block->GetIterNets(net); found && net; ++net) ...
 template <class T>
 class IteratorT : public ContainerT<T> {
 public:

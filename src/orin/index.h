@@ -33,7 +33,8 @@ enum class EObjectType : std::uint8_t {
 };
 
 // A 64-bit value of three parts: 32 bits low, 24 bits middle, 8 bits top. The top byte is the object's kind; the other
-// two tell objects of one kind apart. An index is never given to a second object, also after its object was deleted.
+// two tell objects of one kind apart. The database chooses an index once only, also after its object was deleted; who
+// asks for one by its value may be given that of a deleted object.
 class Index {
 public:
     constexpr Index() noexcept = default;  // the empty index, value 0

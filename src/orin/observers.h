@@ -74,8 +74,8 @@ protected:
     EventObserver& operator=(const EventObserver&) = default;
 };
 
-// Hears of what concerns a client's connection. The two leading texts of the error callbacks are the project and the
-// error's description.
+// Hears of what concerns a client's connection. The error callbacks begin with the project and the error's description,
+// those of snapshots and of constraint definitions with the description alone.
 class ORINPI_EXPORT ClientObserver {
 public:
     virtual ~ClientObserver();

@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -29,8 +30,12 @@ struct Directory {
 Result Project::Enter(const String& name, Project& project) {
     Directory& directory = Directory::Instance();
     const std::lock_guard lock(directory.mutex);
-    const bool entered = directory.projects.emplace(name.View(), &project).second;
-    return entered ? Result() : Result(EErrorCode::AlreadyExists, name);
+    try {
+        const bool entered = directory.projects.emplace(name.View(), &project).second;
+        return entered ? Result() : Result(EErrorCode::AlreadyExists, name);
+    } catch (const std::bad_alloc&) {
+        return EErrorCode::OutOfMemory;
+    }
 }
 
 void Project::Remove(const String& name, const Project& project) noexcept {
@@ -88,12 +93,16 @@ Result OrinPI::RemoveClientObserver(ClientObserver* observer) {
 Result OrinPI::AttachSubClient(const String& project, const String& client) {
     const RefPtr<Project> found = Project::Find(project);
     if (!found) return Result(EErrorCode::UnknownProject, project);
+    // The room comes first: a client that is attached is held, so that it is closed one day.
+    try {
+        if (m_impl == nullptr) m_impl = std::make_unique<Impl>();
+        m_impl->subClients.reserve(m_impl->subClients.size() + 1);
+    } catch (const std::bad_alloc&) {
+        return EErrorCode::OutOfMemory;
+    }
     RefPtr<const Connection> connection;
     Result result = found->Attach(connection, client);
-    if (result) {
-        if (m_impl == nullptr) m_impl = std::make_unique<Impl>();
-        m_impl->subClients.push_back(std::move(connection));
-    }
+    if (result) m_impl->subClients.push_back(std::move(connection));
     return result;
 }
 

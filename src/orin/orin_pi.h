@@ -50,8 +50,10 @@ public:
     // The snapshot of that name as this client sees it; "QUILL" names the working design.
     Result GetSnapshotByName(ContainerT<const ISnapshot>& snapshot, const String& name);
 
-    // Observers are borrowed until they are removed or the client goes. AlreadyExists for one that is registered.
+    // Observers are borrowed until they are removed or the client goes. InvalidArgument for null, AlreadyExists for one
+    // that is registered.
     Result AddClientObserver(ClientObserver* observer);
+    // ObjectNotFound for one that is not registered. Does not wait for a callback that another thread is making.
     Result RemoveClientObserver(ClientObserver* observer);
 
     // Becomes a client of its own, called `client`, of the project; UnknownProject when there is none of that name.
@@ -61,7 +63,7 @@ public:
 
 private:
     class Impl;
-    std::unique_ptr<Impl> m_impl;  // null while nothing is attached
+    std::unique_ptr<Impl> m_impl;  // null until something is attached
 };
 
 }  // namespace Orin

@@ -37,9 +37,10 @@ public:
     // A transaction belongs to the client of this handle, one at a time on a snapshot. TransactionActive when this
     // client has one, AccessDenied when another client has, TransactionVetoed when an observer refused.
     virtual Result BeginTransaction(const ETransactionType& type) const = 0;
-    // NoTransaction when this client has none. A commit that fails leaves the transaction active.
+    // NoTransaction when this client has none. AccessDenied from inside a callback of a rollback or of a deletion, which
+    // must be able to take itself back. A commit that fails leaves the transaction active.
     virtual Result CommitTransaction() const = 0;
-    // Undoes everything since the begin. NoTransaction when this client has none.
+    // Undoes everything since the begin. Fails as the commit does.
     virtual Result RollbackTransaction() const = 0;
     // Whether this handle's client has a transaction on the snapshot.
     virtual Result IsTransactionActive(bool& active) const = 0;

@@ -48,7 +48,8 @@ public:
     // ObjectNotFound when the block does not own the group.
     static Result Init(ContainerT<const IBlockViewQuill>& view, const IBlock& block, const IGroup& group);
 
-    virtual Result GetModificationTime(int& seconds) const = 0;                                      // since 1970, UTC
+    // Since 1970, UTC; ViewDataNotFound when none was recorded.
+    virtual Result GetModificationTime(int& seconds) const = 0;
     virtual Result GetAttr(const String& name, const String& value, AttrDataQuill& data) const = 0;  // of the block
     virtual Result GetCompData(const IComp& comp, CompDataQuill& data) const = 0;
     virtual Result GetCompLabel(const IComp& comp, LabelDataQuill& data) const = 0;
@@ -75,9 +76,10 @@ public:
 // The graphical view of a symbol.
 class ORINPI_EXPORT ICompViewQuill : public IObject {
 public:
+    // ObjectNotFound when the component was deleted; one that is drawn nowhere has an empty view.
     static Result Init(ContainerT<const ICompViewQuill>& view, const IComp& comp);
 
-    virtual Result GetModificationTime(int& seconds) const = 0;  // since 1970, UTC
+    virtual Result GetModificationTime(int& seconds) const = 0;  // as of a block's view
     virtual Result GetAttr(const String& name, const String& value, AttrDataQuill& data) const = 0;
     virtual Result GetPinData(const IPin& pin, PinDataQuill& data) const = 0;
     virtual Result GetPinLabel(const IPin& pin, LabelDataQuill& data) const = 0;

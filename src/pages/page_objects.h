@@ -1,6 +1,7 @@
 // What order suppliers read pages through: the design's index resolver and the object lists of the pages in work.
 #pragma once
 
+#include <cstddef>
 #include <unordered_map>
 
 #include "orin/design_objects.h"
@@ -29,11 +30,21 @@ public:
         return objects;
     }
 
-    void Forget() noexcept { m_lists.clear(); }
+    void Forget() noexcept {
+        // Clearing keeps the room of a table and goes through all of it, so the room of a large block is given up: many
+        // small ones may follow.
+        constexpr std::size_t SmallBlock = 64;
+        if (m_lists.size() <= SmallBlock)
+            m_lists.clear();
+        else
+            Lists().swap(m_lists);
+    }
 
 private:
+    using Lists = std::unordered_map<Orin::Index, Orin::ListT<Orin::Index>>;
+
     Orin::IUIDManager m_resolver;
-    std::unordered_map<Orin::Index, Orin::ListT<Orin::Index>> m_lists;
+    Lists m_lists;
 };
 
 }  // namespace Quill

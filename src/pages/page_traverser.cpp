@@ -148,6 +148,7 @@ private:
     void FinishPage(Visit& visit);
     std::string PrintOrderOf(const Path& path, const Sheet& sheet);
     void NumberLevels();
+    void ForEachRecorded(const PageID& page, void (PageHolder::*change)(const PageID&));
 
     PageObjects m_objects;
     Path m_rootPath;
@@ -330,16 +331,21 @@ void PageTraverser::Impl::NumberLevels() {
 
 void PageTraverser::Impl::Exclude(const PageID& page) {
     m_excluded.insert(detail::KeyOf(page));
-    for (const PageTree::PageNumber below : m_tree.PagesFrom(detail::KeyOf(page)))
-        m_holder->excludePage(detail::WithoutName(m_tree.KeyOf(below)));
+    ForEachRecorded(page, &PageHolder::excludePage);
     m_holder->renumber();
 }
 
 void PageTraverser::Impl::Include(const PageID& page) {
     m_excluded.erase(detail::KeyOf(page));
-    for (const PageTree::PageNumber below : m_tree.PagesFrom(detail::KeyOf(page)))
-        m_holder->includePage(detail::WithoutName(m_tree.KeyOf(below)));
+    ForEachRecorded(page, &PageHolder::includePage);
     m_holder->renumber();
+}
+
+// A page whose child blocks are all without sheets stays as it is, be it named itself or below the one that is: what is
+// printed of existing designs rests on it.
+void PageTraverser::Impl::ForEachRecorded(const PageID& page, void (PageHolder::*change)(const PageID&)) {
+    for (const PageTree::PageNumber number : m_tree.PagesFrom(detail::KeyOf(page)))
+        if (m_tree.IsRecorded(number)) ((*m_holder).*change)(detail::WithoutName(m_tree.KeyOf(number)));
 }
 
 void PageTraverser::Impl::Remove(const PageID& page) {

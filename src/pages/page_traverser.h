@@ -94,7 +94,7 @@ public:
 
     // Marks the page, or takes its mark away, and does the same to what is below it; then numbers anew. An empty PageID
     // stands for the whole design. A page whose only child blocks are without sheets has nothing recorded below it, not
-    // even itself, so that excluding it marks it and does nothing else.
+    // even itself: excluding it marks it and does nothing else, and excluding a page above passes it over.
     void excludePage(const PageID& page);
     void includePage(const PageID& page);
     // Whether the page is marked itself, by its sheet or by excludePage.

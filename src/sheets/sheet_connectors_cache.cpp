@@ -181,9 +181,10 @@ void CSheetConnectorsCache::CImpl::Open(const Snapshot& snapshot) {
 
 void CSheetConnectorsCache::CImpl::Detach() noexcept {
     if (m_snapshot) static_cast<void>(m_snapshot->RemoveEventObserver(this));
+    // Closing the client lets go of the observer where the removal failed. No event comes from here on.
+    if (std::exchange(m_hasClient, false)) static_cast<void>(m_database.DetachSubClient());
     static_cast<void>(m_snapshot.Release());
     m_objects = {};
-    if (std::exchange(m_hasClient, false)) static_cast<void>(m_database.DetachSubClient());
 }
 
 void CSheetConnectorsCache::CImpl::SetSymbols(std::vector<std::string> keys) {

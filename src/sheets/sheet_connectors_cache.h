@@ -19,8 +19,8 @@ namespace Quill {
 struct CSheetConnectorData {
     Orin::Index index;                   // the component
     Orin::ListT<Orin::Index> hierarchy;  // the way to the page: the hierarchical components, root first
-    std::string
-        key;  // tells occurrences apart: "low:middle:top/" of each index of the way, "[low:middle:top]" of the own
+    // Tells occurrences apart: "low:middle:top/" of each index of the way, "[low:middle:top]" of the own.
+    std::string key;
 };
 
 // Tells which library components serve as what on sheets; implemented by the application.

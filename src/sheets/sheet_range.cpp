@@ -100,13 +100,10 @@ private:
 };
 
 void SheetRange::Impl::Load(Block block) {
-    ++m_loads;
-    m_entries.clear();
-    m_byIndex.clear();
-    m_ids = {};
-    m_names = {};
-    m_block = {};
-    m_snapshot = {};
+    Impl loaded;
+    loaded.m_loads = m_loads + 1;
+    *this = Impl();  // what a failure on the way leaves
+    m_loads = loaded.m_loads;
 
     if (!block) throw Orin::Result(Orin::EErrorCode::ObjectNotFound);
     Snapshot snapshot;
@@ -116,25 +113,26 @@ void SheetRange::Impl::Load(Block block) {
     sheetTypes |= Orin::EGroupType::GeneratedSheet;
     ThrowIfFailed(block->GetListOwnedGroups(groups, sheetTypes));
 
-    m_block = block;
-    m_snapshot = snapshot;
-    m_entries.reserve(groups.Count());
+    loaded.m_block = block;
+    loaded.m_snapshot = snapshot;
+    loaded.m_entries.reserve(groups.Count());
     const Orin::String attribute = OrderAttributeName();
     for (const Orin::GroupInfo& info : groups) {
         Sheet sheet;
         if (!block->GetGroup(sheet, info.index)) continue;
         const double order = ReadOrder(*sheet, attribute);
-        m_entries.push_back(std::make_unique<Entry>(Entry{sheet, order, order}));
-        m_byIndex.emplace(info.index, m_entries.back().get());
+        loaded.m_entries.push_back(std::make_unique<Entry>(Entry{sheet, order, order}));
+        loaded.m_byIndex.emplace(info.index, loaded.m_entries.back().get());
         int id = 0;
-        if (ReadSheetId(*sheet, id)) m_ids.Insert(id);
-        m_names.Insert(info.name.View());
+        if (ReadSheetId(*sheet, id)) loaded.m_ids.Insert(id);
+        loaded.m_names.Insert(info.name.View());
     }
-    std::stable_sort(m_entries.begin(), m_entries.end(),
+    std::stable_sort(loaded.m_entries.begin(), loaded.m_entries.end(),
                      [](const auto& a, const auto& b) { return a->position < b->position; });
     // Only the positions are made consecutive. The stored orders that are not are written with the next move.
-    for (std::size_t i = 0; i < m_entries.size(); ++i)
-        m_entries[i]->position = static_cast<double>(i + 1);
+    for (std::size_t i = 0; i < loaded.m_entries.size(); ++i)
+        loaded.m_entries[i]->position = static_cast<double>(i + 1);
+    *this = std::move(loaded);
 }
 
 const SheetRange::Entry* SheetRange::Impl::Lookup(const Sheet& sheet) const {

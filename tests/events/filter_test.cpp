@@ -1,11 +1,14 @@
-// The rules of each callback, called by hand on what the dispatcher registers with a snapshot.
-#include <functional>
+// The rules of each callback, called by hand on what the dispatcher registers with a snapshot or a connection.
+#include <map>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "events/orin_event_dispatcher.h"
-#include "orin/uid_manager.h"
+#include "orin/orin_pi.h"
+#include "tests/events/fake_snapshot.h"
 #include "tests/events/recording.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -16,126 +19,333 @@ namespace {
 
 using namespace Orin;
 using NQuillUtils::NEvents::CORINEventDispatcher;
+using Tests::FakeSnapshot;
+using Tests::Line;
 using Tests::Log;
 using Tests::OnAnotherThread;
 
-// Answers with success and nothing, and keeps the observer.
-class FakeSnapshot : public ISnapshot {
-public:
-    mutable EventObserver* observer = nullptr;
+Index Of(unsigned type) {
+    return type == 0 ? Index() : Index(std::uint64_t{type} << 56 | 1);
+}
 
-    Result GetName(String&) const override { return {}; }
-    Result GetIndex(Index&) const override { return {}; }
-    Result IsValid() const override { return {}; }
-    Result GetAttribute(const String&, String&) const override { return {}; }
-    Result SetAttribute(const String&, const String&) override { return {}; }
-    Result GetBlock(ContainerT<const IBlock>&, const Index&) const override { return {}; }
-    Result GetIterBlocks(IteratorT<const IBlock>&) const override { return {}; }
-    Result GetIterComps(IteratorT<const IComp>&, const CompTypes&) const override { return {}; }
-    Result FindBlock(ListT<BlockInfo>&, const String&, const SearchParams&) const override { return {}; }
-    Result GetDefaultConfig(ContainerT<const IConfig>&, const String&) const override { return {}; }
-    Result GetInfo(SnapshotInfo&) const override { return {}; }
-    Result GetUIDManager(IUIDManager&) const override { return {}; }
-    Result BeginTransaction(const ETransactionType&) const override { return {}; }
-    Result CommitTransaction() const override { return {}; }
-    Result RollbackTransaction() const override { return {}; }
-    Result IsTransactionActive(bool&) const override { return {}; }
-    Result AddEventObserver(EventObserver* added) const override {
-        observer = added;
+// How a callback is made on the objects and the kind of a case. Those about one or two objects of any type are `typed`,
+// by how many; and some of them are told of minor objects as well.
+struct Callback {
+    void (*call)(EventObserver&, const Index& parent, const Index& object, int kind);
+    int typed = 0;
+    bool minor = false;
+};
+#define CALL(expression) \
+    [](EventObserver& o, [[maybe_unused]] auto& p, [[maybe_unused]] auto& x, [[maybe_unused]] int k) { o.expression; }
+
+const String kMark = "$$Internal___ReadOnlySheet";
+
+const std::map<std::string, Callback> kCallbacks = {
+    {"BeforeAdd", {CALL(OnBeforeAdd(p, x, EEventsAdd{k}, true)), 2, false}},
+    {"BeforeDelete", {CALL(OnBeforeDelete(p, x, EEventsDelete{k}, true)), 2, true}},
+    {"BeforeQuillDataChange", {CALL(OnBeforeQuillDataChange(p, x, EEventsQuillDataChange{k}, true)), 2, false}},
+    {"BeforeConnectivityChange",
+     {CALL(OnBeforeConnectivityChange(p, x, EEventsConnectivityChange{k}, true)), 2, false}},
+    {"AfterAdd", {CALL(OnAfterAdd(p, x, EEventsAdd{k}, true)), 2, false}},
+    {"AfterDelete", {CALL(OnAfterDelete(p, x, EEventsDelete{k}, true)), 2, true}},
+    {"AfterQuillDataChange", {CALL(OnAfterQuillDataChange(p, x, EEventsQuillDataChange{k}, true)), 2, false}},
+    {"AfterConnectivityChange", {CALL(OnAfterConnectivityChange(p, x, EEventsConnectivityChange{k}, true)), 2, false}},
+    {"BeforeDeleteAll", {CALL(OnBeforeDeleteAll(x, EEventsDeleteAll{k}, true)), 1, false}},
+    {"BeforeChange", {CALL(OnBeforeChange(x, EEventsChange{k}, true)), 1, true}},
+    {"BeforeImport", {CALL(OnBeforeImport(x, EEventsImport{k}, true)), 1, false}},
+    {"AfterDeleteAll", {CALL(OnAfterDeleteAll(x, EEventsDeleteAll{k}, true)), 1, false}},
+    {"AfterChange", {CALL(OnAfterChange(x, EEventsChange{k}, true)), 1, true}},
+    {"AfterImport", {CALL(OnAfterImport(x, EEventsImport{k}, true)), 1, false}},
+    {"Lock", {CALL(OnLock(x, "p", "c"))}},
+    {"UnLock", {CALL(OnUnLock(x, "p", "c"))}},
+    {"MultiLock", {CALL(OnMultiLock({x}, "p", "c"))}},
+    {"MultiUnLock", {CALL(OnMultiUnLock({x}, "p", "c"))}},
+    {"BeforeRollbackTransaction", {CALL(OnBeforeRollbackTransaction())}},
+    {"AfterTransaction", {CALL(OnAfterTransaction())}},
+    {"BeforeTransaction", {[](EventObserver& o, auto&, auto&, int k) {
+         bool veto = false;
+         o.OnBeforeTransaction(static_cast<unsigned>(k), ETransactionType::Edit, veto);
+         o.OnBeforeTransaction(static_cast<unsigned>(k), veto);
+     }}},
+    {"BeforeSwap", {CALL(OnBeforeSwap(p, x, x, EEventsSwap{k}, true))}},
+    {"AfterSetAttribute", {CALL(OnAfterSetAttribute(x, kMark, "b", {}, 0, true))}},
+    {"SetBareName", {CALL(OnAfterSetAttribute(x, "__ReadOnlySheet", "b", {}, 0, true))}},
+    {"AfterRemoveAttribute", {CALL(OnAfterRemoveAttribute(x, kMark, {}, 0, true))}},
+};
+
+// One callback with the types of its two objects and its kind, and what the observer is told: nothing when it is "",
+// the same callback when it is "=". "throws" is for a wrapper that throws a failed result.
+struct Case {
+    const char* callback;
+    unsigned parent, object;
+    int kind;
+    const char* want;
+};
+
+const Case kPlain[] = {
+    {"BeforeChange", 0, 14, 27, "="},
+    {"Lock", 0, 21, 0, "Lock 21:1 'p' 'c'"},
+    {"UnLock", 0, 8, 0, "UnLock 8:1 'p' 'c'"},
+    {"UnLock", 0, 21, 0, ""},
+    {"MultiLock", 0, 21, 0, "MultiLock [21:1]1 'p' 'c'"},
+    {"MultiUnLock", 0, 21, 0, "MultiUnLock [21:1]1 'p' 'c'"},
+    {"BeforeTransaction", 0, 0, 7, "BeforeTransaction 7 0"},
+    {"BeforeRollbackTransaction", 0, 0, 0, "BeforeRollbackTransaction"},
+    {"AfterTransaction", 0, 0, 0, "AfterTransaction"},
+    {"BeforeSwap", 5, 14, 1, ""},
+    {"AfterSetAttribute", 0, 5, 0, ""},
+    {"AfterRemoveAttribute", 0, 5, 0, ""},
+};
+
+// Where no object can be read: what would be read is empty. Whether an event is translated is decided before the
+// filter, by the kind and the type of the object.
+const Case kEx[] = {
+    {"AfterAdd", 5, 21, 57, "AddNet 21:1 - ''"},
+    {"AfterAdd", 8, 16, 2, "AddBus 16:1 - ''"},
+    {"AfterAdd", 14, 55, 49, "AddNetQuill 55:1 - ''"},
+    {"AfterAdd", 5, 7, 53, "="},
+    {"BeforeAdd", 5, 14, 57, "="},
+    {"BeforeDelete", 0, 5, 3, "throws"},
+    {"BeforeDelete", 5, 7, 3, "="},
+    {"BeforeDelete", 5, 7, 41, "DeleteBlockComp 7:1 - - 0"},
+    {"BeforeDelete", 5, 14, 41, "="},
+    {"BeforeDelete", 5, 69, 45, "DeleteGroup 69:1 - '' ''"},
+    {"BeforeDelete", 5, 22, 45, ""},
+    {"BeforeDelete", 5, 14, 47, "DeleteNet 14:1 - ''"},
+    {"BeforeDelete", 5, 16, 47, "="},
+    {"BeforeDelete", 5, 16, 4, "DeleteBus 16:1 - ''"},
+    {"BeforeDelete", 5, 14, 4, "="},
+    {"BeforeDelete", 14, 55, 44, "DeleteNetQuill 55:1 - ''"},
+    {"BeforeDelete", 5, 14, 44, "="},
+    {"AfterDelete", 5, 14, 47, "="},
+    {"BeforeChange", 0, 14, 23, "BeforeLabelChange 14:1 - ''"},
+    {"BeforeChange", 0, 16, 23, "BeforeLabelChange 16:1 - ''"},
+    {"AfterChange", 0, 7, 23, "AfterLabelChange 7:1 - ''"},
+    {"AfterChange", 0, 8, 23, "="},
+    {"BeforeChange", 0, 55, 13, "BeforeNetQuillSetData 55:1 - - 0"},
+    {"AfterChange", 0, 55, 13, "AfterNetQuillSetData 55:1 - - 0"},
+    {"AfterChange", 0, 14, 13, "="},
+    {"BeforeChange", 0, 5, 27, "throws"},
+    {"AfterChange", 0, 5, 27, "throws"},
+    {"AfterChange", 0, 69, 27, "="},
+    {"AfterChange", 0, 5, 6, "="},
+    {"SetBareName", 0, 5, 0, ""},
+    {"AfterSetAttribute", 0, 5, 0, "ReadOnlyFlagChange 5:1"},
+    {"AfterRemoveAttribute", 0, 5, 0, "ReadOnlyFlagChange 5:1"},
+    {"AfterSetAttribute", 0, 69, 0, "ReadOnlyFlagChange -"},
+    {"AfterRemoveAttribute", 0, 14, 0, ""},
+};
+
+const Case kNavigator[] = {
+    {"BeforeChange", 0, 21, 3, "BeforeRipBus 21:1 - []0"},
+    {"AfterChange", 0, 16, 3, "AfterRipBus 16:1 - []0"},
+    {"BeforeChange", 0, 5, 6, "throws"},
+    {"AfterChange", 0, 5, 7, "throws"},
+    {"BeforeChange", 0, 5, 23, "="},
+    {"AfterChange", 0, 14, 6, "="},
+    {"AfterChange", 0, 14, 23, "="},
+    {"BeforeDelete", 5, 16, 1, "DeleteBus 16:1 - []0"},
+    {"BeforeDelete", 0, 5, 1, "DeleteBlock 5:1"},
+    {"BeforeDelete", 5, 69, 1, "DeleteBlock 69:1"},
+    {"BeforeDelete", 5, 14, 47, "="},
+    {"AfterDelete", 5, 16, 4, "="},
+    {"AfterAdd", 5, 14, 57, "="},
+    {"AfterSetAttribute", 0, 5, 0, ""},
+};
+
+// An observer that is registered with a snapshot; `Call` makes a callback of its wrapper.
+template <class Observer>
+struct Registered {
+    CORINEventDispatcher& dispatcher = *CORINEventDispatcher::Instance();
+    FakeSnapshot fake;
+    ContainerT<const ISnapshot> snapshot{fake};
+    Observer observer;
+
+    template <class Add>
+    explicit Registered(const Add& add) {
+        (dispatcher.*add)(&snapshot, &observer, "", 0);
+    }
+    ~Registered() {
+        dispatcher.RemoveEventObserver(&snapshot, &observer);
+        dispatcher.DispatchEvents();
+    }
+    // Makes the calls on the owner thread and off it.
+    template <class Calls>
+    void Check(const Calls& calls, const Log& told) {
+        observer.log.clear();
+        calls();
+        EXPECT_EQ(observer.log, told);
+        dispatcher.DispatchEvents();
+        EXPECT_EQ(observer.log, told);
+        observer.log.clear();
+        OnAnotherThread(calls);
+        EXPECT_EQ(observer.log, Log{});
+        dispatcher.DispatchEvents();
+        EXPECT_EQ(observer.log, told);
+    }
+};
+using Plain = Registered<Tests::Recording<EventObserver>>;
+
+std::string Same(const std::string& callback, const Index& parent, const Index& object, int kind) {
+    return kCallbacks.at(callback).typed == 2 ? Line(callback, parent, object, kind, 1)
+                                              : Line(callback, object, kind, 1);
+}
+
+template <class Observer, std::size_t Count>
+void CheckCases(Registered<Observer> registered, const Case (&cases)[Count]) {
+    for (const Case& one : cases) {
+        const Index parent = Of(one.parent), object = Of(one.object);
+        const std::string same = Same(one.callback, parent, object, one.kind), want = one.want;
+        SCOPED_TRACE(same);
+        const auto call = [&] {
+            bool thrown = false;
+            try {
+                kCallbacks.at(one.callback).call(*registered.fake.observer, parent, object, one.kind);
+            } catch (const Result&) {
+                thrown = true;
+            }
+            EXPECT_EQ(thrown, want == "throws");
+        };
+        registered.Check(call, want.empty() || want == "throws" ? Log{} : Log{want == "=" ? same : want});
+    }
+}
+
+TEST(EventFilter, EachCallbackIsHandedOnTranslatedOrDroppedOnTheOwnerThreadAndOffIt) {
+    using Dispatcher = CORINEventDispatcher;
+    CheckCases(Plain(&Dispatcher::AddEventObserver), kPlain);
+    CheckCases(Registered<Tests::RecordingEx>(&Dispatcher::AddEventObserverEx), kEx);
+    CheckCases(Registered<Tests::RecordingNavigator>(&Dispatcher::AddEventObserverNavigator), kNavigator);
+}
+
+TEST(EventFilter, EachCallbackDropsTheTypesThatItsRuleNames) {
+    Plain registered(&CORINEventDispatcher::AddEventObserver);
+    for (const auto& [name, callback] : kCallbacks) {
+        if (callback.typed == 0) continue;
+        SCOPED_TRACE(name);
+        const auto isTold = [minor = callback.minor](unsigned type) {
+            if ((type >= 21 && type <= 54) || type == 62 || type == 63 || type == 71) return false;
+            return minor || (type != 8 && type != 11 && type != 12 && type != 13);
+        };
+        std::vector<std::pair<unsigned, unsigned>> objects;
+        for (unsigned type = 1; type < 256; ++type)
+            objects.insert(objects.end(), {{5, type}, {type, 14}, {type, 0x31}});
+        Log told;
+        for (const auto& [parent, object] : objects)
+            if ((isTold(object) && (callback.typed == 1 || isTold(parent))) ||
+                (name == "BeforeDelete" && object == 0x31))
+                told.push_back(Same(name, Of(parent), Of(object), 1));
+        registered.Check(
+            [&, call = callback.call] {
+                for (const auto& [parent, object] : objects)
+                    call(*registered.fake.observer, Of(parent), Of(object), 1);
+            },
+            told);
+    }
+}
+
+// Keeps the client observers that are registered with it.
+class FakeConnection : public Connection {
+public:
+    mutable std::vector<ClientObserver*> observers;
+
+    Result GetSnapshotByName(ContainerT<const ISnapshot>&, const String&) const override { return {}; }
+    Result AddClientObserver(ClientObserver* added) const override {
+        observers.push_back(added);
         return {};
     }
-    Result RemoveEventObserver(EventObserver*) const override { return {}; }
-    Result RemoveAttribute(const String&) override { return {}; }
-    Result GetAttributes(ListAttribute&) const override { return {}; }
-    Result GetIterConfigs(IteratorT<const IConfig>&) const override { return {}; }
+    Result RemoveClientObserver(ClientObserver* removed) const override {
+        std::erase(observers, removed);
+        return {};
+    }
+    void Close() const noexcept override {}
 
 private:
-    Index Identity() const noexcept override { return Index(); }
-    Result AcquireLock(ELockScope, RefPtr<LockToken>&) const override { return {}; }
     void OnUnreferenced() const noexcept override {}
 };
 
-Index Of(unsigned type) {
-    return Index(std::uint64_t{type} << 56 | 1);
+TEST(ClientFilter, EachCallbackHasItsRuleOnTheOwnerThreadAndOffIt) {
+    CORINEventDispatcher& dispatcher = *CORINEventDispatcher::Instance();
+    const FakeConnection fake;
+    fake.AddReference();
+    OrinPI connection{RefPtr<const Connection>(&fake)};
+    Tests::RecordingClient observer;
+    const auto calls = [&] {
+        const Index block = Of(5), net = Of(14);
+        for (ClientObserver* const o : fake.observers) {
+            o->OnErrorAdd("p", "e", block, net, EEventsAdd{57});
+            o->OnErrorDelete("p", "e", block, Of(22), EEventsDelete{47});
+            o->OnErrorDeleteAll("p", "e", net, EEventsDeleteAll{1});
+            o->OnErrorChange("p", "e", net, EEventsChange{27});
+            o->OnErrorQuillDataChange("p", "e", block, net, EEventsQuillDataChange{2});
+            o->OnErrorConnectivityChange("p", "e", block, net, EEventsConnectivityChange{3});
+            o->OnErrorSwap("p", "e", block, net, Of(55), EEventsSwap{1});
+            o->OnErrorImport("p", "e", block, EEventsImport{1});
+            o->OnErrorTransaction("p", "e");
+            o->OnErrorUnexpected("p", "");
+            o->OnWorkingModeChange(EClientWorkingMode{2});
+            o->OnErrorSetAttribute("p", "e", net, kMark, "", EAttributeType::User, 0);
+            o->OnRestore("p", "s");
+            o->OnErrorSnapshotAdd("e", "s");
+            o->OnErrorDefConstraintDelete("e", "s");
+        }
+    };
+    const Log once = {"ErrorAdd 'p' 'e' 5:1 14:1 57",
+                      "ErrorDelete 'p' 'e' 5:1 22:1 47",
+                      "ErrorDeleteAll 'p' 'e' 14:1 1",
+                      "ErrorChange 'p' 'e' 14:1 27",
+                      "ErrorQuillDataChange 'p' 'e' 5:1 14:1 2",
+                      "ErrorConnectivityChange 'p' 'e' 5:1 14:1 3",
+                      "ErrorSwap 'p' 'e' 5:1 14:1 55:1 1",
+                      "ErrorImport 'p' 'e' 5:1 1",
+                      "ErrorTransaction 'p' 'e'",
+                      "ErrorUnexpected 'p' ''",
+                      "WorkingModeChange 2"};
+    Log twice = once;
+    twice.insert(twice.end(), once.begin(), once.end());
+    dispatcher.AddClientObserver(&connection, &observer);
+    dispatcher.AddClientObserver(nullptr, &observer);
+    dispatcher.AddClientObserver(&connection, nullptr);
+    calls();
+    EXPECT_EQ(observer.log, once);
+    dispatcher.DispatchEvents();
+    OnAnotherThread(calls);
+    EXPECT_EQ(observer.log, once);
+    dispatcher.DispatchEvents();
+    EXPECT_EQ(observer.log, twice);
+
+    observer.log.clear();
+    dispatcher.AddClientObserver(&connection, &observer);
+    calls();
+    EXPECT_EQ(observer.log, twice) << "the same observer may be registered twice";
+    OnAnotherThread(calls);
+    dispatcher.RemoveClientObserver(&connection, &observer);
+    observer.log.clear();
+    dispatcher.DispatchEvents();
+    EXPECT_EQ(observer.log, Log{}) << "what was queued is not told, whichever registration it came through";
+    calls();
+    EXPECT_EQ(observer.log, once) << "the other registration stands";
+    dispatcher.RemoveClientObserver(&connection, &observer);
+    dispatcher.RemoveClientObserver(&connection, &observer);
+    EXPECT_TRUE(fake.observers.empty());
+    dispatcher.DispatchEvents();
 }
 
-struct Case {
-    const char* why;
-    std::function<void(EventObserver&)> call;
-    const char* want;  // "" when it is dropped
-};
-
-const Index kBlock = Of(5);
-const Index kNet = Of(14);
-
-const Case kCases[] = {
-    {"relevant", [](auto& o) { o.OnBeforeAdd(kBlock, kNet, EEventsAdd{57}, true); }, "BeforeAdd 5:1 14:1 57 undo"},
-    {"minor object", [](auto& o) { o.OnBeforeAdd(kBlock, Of(8), EEventsAdd{1}, false); }, ""},
-    {"minor parent", [](auto& o) { o.OnAfterAdd(Of(13), kNet, EEventsAdd{1}, false); }, ""},
-    {"irrelevant parent", [](auto& o) { o.OnAfterAdd(Of(21), kNet, EEventsAdd{1}, false); }, ""},
-    {"before the range", [](auto& o) { o.OnAfterAdd(kBlock, Of(20), EEventsAdd{1}, false); }, "AfterAdd 5:1 20:1 1"},
-    {"behind the range", [](auto& o) { o.OnAfterAdd(kBlock, Of(55), EEventsAdd{1}, false); }, "AfterAdd 5:1 55:1 1"},
-    {"end of the range", [](auto& o) { o.OnAfterAdd(kBlock, Of(54), EEventsAdd{1}, false); }, ""},
-    {"62", [](auto& o) { o.OnAfterAdd(kBlock, Of(62), EEventsAdd{1}, false); }, ""},
-    {"64", [](auto& o) { o.OnAfterAdd(kBlock, Of(64), EEventsAdd{1}, false); }, "AfterAdd 5:1 64:1 1"},
-    {"71", [](auto& o) { o.OnAfterAdd(kBlock, Of(71), EEventsAdd{1}, false); }, ""},
-    {"deleted minor", [](auto& o) { o.OnBeforeDelete(kBlock, Of(8), EEventsDelete{1}, false); },
-     "BeforeDelete 5:1 8:1 1"},
-    {"deleted 0x31", [](auto& o) { o.OnBeforeDelete(Of(63), Of(0x31), EEventsDelete{1}, false); },
-     "BeforeDelete 63:1 49:1 1"},
-    {"deleted 0x32", [](auto& o) { o.OnBeforeDelete(kBlock, Of(0x32), EEventsDelete{1}, false); }, ""},
-    {"0x31 is gone", [](auto& o) { o.OnAfterDelete(kBlock, Of(0x31), EEventsDelete{1}, false); }, ""},
-    {"minor is gone", [](auto& o) { o.OnAfterDelete(Of(8), Of(11), EEventsDelete{1}, false); },
-     "AfterDelete 8:1 11:1 1"},
-    {"all", [](auto& o) { o.OnBeforeDeleteAll(kNet, EEventsDeleteAll{1}, false); }, "BeforeDeleteAll 14:1 1"},
-    {"all of minor", [](auto& o) { o.OnBeforeDeleteAll(Of(12), EEventsDeleteAll{1}, false); }, ""},
-    {"all gone", [](auto& o) { o.OnAfterDeleteAll(kNet, EEventsDeleteAll{1}, false); }, "AfterDeleteAll 14:1 1"},
-    {"minor changes", [](auto& o) { o.OnBeforeChange(Of(12), EEventsChange{1}, false); }, "BeforeChange 12:1 1"},
-    {"other renamed", [](auto& o) { o.OnBeforeChange(kNet, EEventsChange{27}, false); }, "BeforeChange 14:1 27"},
-    {"changes", [](auto& o) { o.OnAfterChange(Of(22), EEventsChange{1}, false); }, ""},
-    {"data", [](auto& o) { o.OnBeforeQuillDataChange(kBlock, kNet, EEventsQuillDataChange{1}, false); },
-     "BeforeData 5:1 14:1 1"},
-    {"data of a pin", [](auto& o) { o.OnAfterQuillDataChange(kBlock, Of(8), EEventsQuillDataChange{1}, false); }, ""},
-    {"connects", [](auto& o) { o.OnAfterConnectivityChange(kNet, kBlock, EEventsConnectivityChange{1}, false); },
-     "AfterConnectivity 14:1 5:1 1"},
-    {"connects a pin", [](auto& o) { o.OnBeforeConnectivityChange(kNet, Of(8), EEventsConnectivityChange{1}, false); },
-     ""},
-    {"import", [](auto& o) { o.OnBeforeImport(kBlock, EEventsImport{1}, false); }, "BeforeImport 5:1 1"},
-    {"imported minor", [](auto& o) { o.OnAfterImport(Of(11), EEventsImport{1}, false); }, ""},
-    {"swap", [](auto& o) { o.OnBeforeSwap(kBlock, kNet, kNet, EEventsSwap{1}, false); }, ""},
-    {"attribute", [](auto& o) { o.OnAfterSetAttribute(kBlock, "a", "b", EAttributeType{0}, 0, false); }, ""},
-    {"lock of any", [](auto& o) { o.OnLock(Of(21), "p", "c"); }, "Lock 21:1 p c"},
-    {"unlock of relevant", [](auto& o) { o.OnUnLock(Of(8), "p", "c"); }, "UnLock 8:1 p c"},
-    {"unlock of irrelevant", [](auto& o) { o.OnUnLock(Of(21), "p", "c"); }, ""},
-    {"locks", [](auto& o) { o.OnMultiLock({Of(21)}, "p", "c"); }, "MultiLock 1 p c"},
-    {"unlocks", [](auto& o) { o.OnMultiUnLock({Of(21)}, "p", "c"); }, "MultiUnLock 1 p c"},
-    {"rollback", [](auto& o) { o.OnBeforeRollbackTransaction(); }, "Rollback"},
-    {"end", [](auto& o) { o.OnAfterTransaction(); }, "AfterTransaction"},
-};
-
-TEST(EventFilter, EachCallbackHasItsRuleOnTheOwnerThreadAndOffIt) {
+TEST(EventFilter, ManyRemovedObserversAreToldApartFromThoseThatCameBack) {
     CORINEventDispatcher& dispatcher = *CORINEventDispatcher::Instance();
     FakeSnapshot fake;
-    fake.AddReference();
     ContainerT<const ISnapshot> snapshot(fake);
-    Tests::Recording<EventObserver> observer;
-    dispatcher.AddEventObserver(&snapshot, &observer, "", 0);
-    ASSERT_NE(fake.observer, nullptr);
-    for (const Case& one : kCases) {
-        SCOPED_TRACE(one.why);
-        const Log want = *one.want ? Log{one.want} : Log{};
-        observer.log.clear();
-        one.call(*fake.observer);
-        EXPECT_EQ(observer.log, want);
-        dispatcher.DispatchEvents();
-        EXPECT_EQ(observer.log, want);
-        observer.log.clear();
-        OnAnotherThread([&] { one.call(*fake.observer); });
-        EXPECT_EQ(observer.log, Log{});
-        dispatcher.DispatchEvents();
-        EXPECT_EQ(observer.log, want);
+    std::vector<Tests::Recording<EventObserver>> observers(40);
+    for (int round = 0; round < 3; ++round)
+        for (auto& observer : observers) {
+            dispatcher.RemoveEventObserver(&snapshot, &observer);
+            dispatcher.AddEventObserver(&snapshot, &observer, "", 0);
+            OnAnotherThread([&] { fake.observer->OnAfterTransaction(); });
+        }
+    dispatcher.DispatchEvents();
+    for (auto& observer : observers) {
+        EXPECT_EQ(observer.log, Log{"AfterTransaction"}) << "of its last registration";
+        dispatcher.RemoveEventObserver(&snapshot, &observer);
     }
-    dispatcher.RemoveEventObserver(&snapshot, &observer);
     dispatcher.DispatchEvents();
 }
 
@@ -145,24 +355,18 @@ TEST(EventFilter, AThrowingCallLeavesTheRestOfTheQueueToBeDelivered) {
             Recording::OnAfterTransaction();
             throw std::runtime_error("no");
         }
-    } thrower;
-    CORINEventDispatcher& dispatcher = *CORINEventDispatcher::Instance();
-    FakeSnapshot fake;
-    fake.AddReference();
-    ContainerT<const ISnapshot> snapshot(fake);
-    dispatcher.AddEventObserver(&snapshot, &thrower, "", 0);
+    };
+    Registered<Thrower> thrower(&CORINEventDispatcher::AddEventObserver);
     OnAnotherThread([&] {
 #if defined(__SANITIZE_ADDRESS__)
         const __lsan::ScopedDisabler abandoned;  // an item whose call throws is not destroyed
 #endif
-        fake.observer->OnAfterTransaction();
-        fake.observer->OnBeforeRollbackTransaction();
+        thrower.fake.observer->OnAfterTransaction();
+        thrower.fake.observer->OnBeforeRollbackTransaction();
     });
-    dispatcher.DispatchEvents();
-    EXPECT_EQ(thrower.log, (Log{"AfterTransaction", "Rollback"}));
-    EXPECT_THROW(fake.observer->OnAfterTransaction(), std::runtime_error) << "a direct call is the database's affair";
-    dispatcher.RemoveEventObserver(&snapshot, &thrower);
-    dispatcher.DispatchEvents();
+    thrower.dispatcher.DispatchEvents();
+    EXPECT_EQ(thrower.observer.log, (Log{"AfterTransaction", "BeforeRollbackTransaction"}));
+    EXPECT_THROW(thrower.fake.observer->OnAfterTransaction(), std::runtime_error) << "that is the database's affair";
 }
 
 }  // namespace

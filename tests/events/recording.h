@@ -1,4 +1,4 @@
-// Observers that write down what they are told.
+// Observers that write down what they are told, as words: "AfterAdd 5:1 14:2 57 undo".
 #pragma once
 
 #include <string>
@@ -10,118 +10,145 @@
 namespace Tests {
 
 using Log = std::vector<std::string>;
+using I = Orin::Index;
+using S = Orin::String;
+using IndexList = Orin::ListT<I>;
 
-inline std::string Text(const Orin::Index& index) {
+inline std::string Text(const I& index) {
     return std::to_string(index.Top()) + ":" + std::to_string(index.Low());
 }
 
-template <class Kind>
-std::string Line(const char* name, const Orin::Index& parent, const Orin::Index& object, Kind kind, bool undo) {
-    return std::string(name) + " " + (parent.IsEmpty() ? "" : Text(parent) + " ") + Text(object) + " " +
-           std::to_string(static_cast<int>(kind)) + (undo ? " undo" : "");
+inline std::string Word(const I& index) {
+    return index.IsEmpty() ? "-" : Text(index);
+}
+inline std::string Word(const IndexList& list) {
+    return "[" + (list.IsEmpty() ? "" : Text(list[0])) + "]" + std::to_string(list.Count());
+}
+inline std::string Word(const Orin::NetDataQuill& data) {
+    return std::to_string(data.objectId);
+}
+inline std::string Word(const S& text) {
+    return "'" + std::string(text.View()) + "'";
+}
+inline std::string Word(const std::string& text) {
+    return "'" + text + "'";
+}
+inline std::string Word(const char* text) {
+    return Word(std::string(text));
+}
+template <class Number>
+std::string Word(Number number) {
+    return std::to_string(static_cast<long>(number));
 }
 
-// The database callbacks, on top of any observer base.
+template <class... Values>
+std::string Line(std::string name, const Values&... values) {
+    ((name += " " + Word(values)), ...);
+    return name;
+}
+
+// One callback, with its parameters and what of them is written down. The semicolon behind it belongs to the assertion.
+#define TESTS_TELL(name, parameters, ...)              \
+    void On##name parameters override {                \
+        this->log.push_back(Line(#name, __VA_ARGS__)); \
+    }                                                  \
+    static_assert(true)
+
+// The database callbacks, on top of any observer base. Some of those that no wrapper hands on say "never".
 template <class Base>
 class Recording : public Base {
 public:
     Log log;
 
-    using I = Orin::Index;
-    using S = Orin::String;
-    void OnBeforeAdd(const I& p, const I& o, Orin::EEventsAdd k, bool u) override {
-        log.push_back(Line("BeforeAdd", p, o, k, u));
-    }
-    void OnBeforeDelete(const I& p, const I& o, Orin::EEventsDelete k, bool u) override {
-        log.push_back(Line("BeforeDelete", p, o, k, u));
-    }
-    void OnBeforeDeleteAll(const I& o, Orin::EEventsDeleteAll k, bool u) override {
-        log.push_back(Line("BeforeDeleteAll", {}, o, k, u));
-    }
-    void OnBeforeChange(const I& o, Orin::EEventsChange k, bool u) override {
-        log.push_back(Line("BeforeChange", {}, o, k, u));
-    }
-    void OnBeforeQuillDataChange(const I& p, const I& o, Orin::EEventsQuillDataChange k, bool u) override {
-        log.push_back(Line("BeforeData", p, o, k, u));
-    }
-    void OnBeforeConnectivityChange(const I& p, const I& o, Orin::EEventsConnectivityChange k, bool u) override {
-        log.push_back(Line("BeforeConnectivity", p, o, k, u));
-    }
-    void OnBeforeImport(const I& o, Orin::EEventsImport k, bool u) override {
-        log.push_back(Line("BeforeImport", {}, o, k, u));
-    }
-    void OnBeforeSwap(const I&, const I&, const I&, Orin::EEventsSwap, bool) override { log.push_back("Swap"); }
-    void OnAfterAdd(const I& p, const I& o, Orin::EEventsAdd k, bool u) override {
-        log.push_back(Line("AfterAdd", p, o, k, u));
-    }
-    void OnAfterDelete(const I& p, const I& o, Orin::EEventsDelete k, bool u) override {
-        log.push_back(Line("AfterDelete", p, o, k, u));
-    }
-    void OnAfterDeleteAll(const I& o, Orin::EEventsDeleteAll k, bool u) override {
-        log.push_back(Line("AfterDeleteAll", {}, o, k, u));
-    }
-    void OnAfterChange(const I& o, Orin::EEventsChange k, bool u) override {
-        log.push_back(Line("AfterChange", {}, o, k, u));
-    }
-    void OnAfterQuillDataChange(const I& p, const I& o, Orin::EEventsQuillDataChange k, bool u) override {
-        log.push_back(Line("AfterData", p, o, k, u));
-    }
-    void OnAfterConnectivityChange(const I& p, const I& o, Orin::EEventsConnectivityChange k, bool u) override {
-        log.push_back(Line("AfterConnectivity", p, o, k, u));
-    }
-    void OnAfterImport(const I& o, Orin::EEventsImport k, bool u) override {
-        log.push_back(Line("AfterImport", {}, o, k, u));
-    }
-    void OnAfterSetAttribute(const I&, const S&, const S&, Orin::EAttributeType, int, bool) override {
-        log.push_back("SetAttribute");
-    }
-    void OnLock(const I& o, const S& a, const S& b) override { Lock("Lock ", Text(o), a, b); }
-    void OnUnLock(const I& o, const S& a, const S& b) override { Lock("UnLock ", Text(o), a, b); }
-    void OnMultiLock(const Orin::ListT<I>& o, const S& a, const S& b) override {
-        Lock("MultiLock ", std::to_string(o.Count()), a, b);
-    }
-    void OnMultiUnLock(const Orin::ListT<I>& o, const S& a, const S& b) override {
-        Lock("MultiUnLock ", std::to_string(o.Count()), a, b);
-    }
-    void OnBeforeTransaction(unsigned, const Orin::ETransactionType&, bool&) override { log.push_back("typed"); }
+    TESTS_TELL(BeforeAdd, (const I& p, const I& o, Orin::EEventsAdd k, bool u), p, o, k, u);
+    TESTS_TELL(BeforeDelete, (const I& p, const I& o, Orin::EEventsDelete k, bool u), p, o, k, u);
+    TESTS_TELL(BeforeDeleteAll, (const I& o, Orin::EEventsDeleteAll k, bool u), o, k, u);
+    TESTS_TELL(BeforeChange, (const I& o, Orin::EEventsChange k, bool u), o, k, u);
+    TESTS_TELL(BeforeQuillDataChange, (const I& p, const I& o, Orin::EEventsQuillDataChange k, bool u), p, o, k, u);
+    TESTS_TELL(BeforeConnectivityChange, (const I& p, const I& o, Orin::EEventsConnectivityChange k, bool u), p, o, k,
+               u);
+    TESTS_TELL(BeforeImport, (const I& o, Orin::EEventsImport k, bool u), o, k, u);
+    TESTS_TELL(AfterAdd, (const I& p, const I& o, Orin::EEventsAdd k, bool u), p, o, k, u);
+    TESTS_TELL(AfterDelete, (const I& p, const I& o, Orin::EEventsDelete k, bool u), p, o, k, u);
+    TESTS_TELL(AfterDeleteAll, (const I& o, Orin::EEventsDeleteAll k, bool u), o, k, u);
+    TESTS_TELL(AfterChange, (const I& o, Orin::EEventsChange k, bool u), o, k, u);
+    TESTS_TELL(AfterQuillDataChange, (const I& p, const I& o, Orin::EEventsQuillDataChange k, bool u), p, o, k, u);
+    TESTS_TELL(AfterConnectivityChange, (const I& p, const I& o, Orin::EEventsConnectivityChange k, bool u), p, o, k,
+               u);
+    TESTS_TELL(AfterImport, (const I& o, Orin::EEventsImport k, bool u), o, k, u);
+    TESTS_TELL(Lock, (const I& o, const S& a, const S& b), o, a, b);
+    TESTS_TELL(UnLock, (const I& o, const S& a, const S& b), o, a, b);
+    TESTS_TELL(MultiLock, (const IndexList& o, const S& a, const S& b), o, a, b);
+    TESTS_TELL(MultiUnLock, (const IndexList& o, const S& a, const S& b), o, a, b);
     void OnBeforeTransaction(unsigned number, bool& veto) override {
-        log.push_back("Transaction " + std::to_string(number) + (veto ? " vetoed" : ""));
+        log.push_back(Line("BeforeTransaction", number, veto));
         veto = true;
     }
-    void OnBeforeRollbackTransaction() override { log.push_back("Rollback"); }
+    void OnBeforeRollbackTransaction() override { log.push_back("BeforeRollbackTransaction"); }
     void OnAfterTransaction() override { log.push_back("AfterTransaction"); }
 
-private:
-    void Lock(const char* name, const std::string& what, const S& a, const S& b) {
-        log.push_back(name + what + " " + std::string(a.View()) + " " + std::string(b.View()));
+    void OnBeforeTransaction(unsigned, const Orin::ETransactionType&, bool&) override { log.push_back("never"); }
+    void OnBeforeSwap(const I&, const I&, const I&, Orin::EEventsSwap, bool) override { log.push_back("never"); }
+    void OnAfterSetAttribute(const I&, const S&, const S&, Orin::EAttributeType, int, bool) override {
+        log.push_back("never");
     }
+    void OnAfterRemoveAttribute(const I&, const S&, Orin::EAttributeType, int, bool) override {
+        log.push_back("never");
+    }
+};
+
+class RecordingEx : public Recording<NQuillUtils::NEvents::EventObserverEx> {
+public:
+    using L = const std::string&;
+    using D = const Orin::NetDataQuill&;
+    TESTS_TELL(AddNetQuill, (I o, I b, L l), o, b, l);
+    TESTS_TELL(AddNet, (I o, I b, L l), o, b, l);
+    TESTS_TELL(AddBus, (I o, I b, L l), o, b, l);
+    TESTS_TELL(DeleteGroup, (I o, I b, L n, L t), o, b, n, t);
+    TESTS_TELL(DeleteNetQuill, (I o, I b, L l), o, b, l);
+    TESTS_TELL(DeleteNet, (I o, I b, L l), o, b, l);
+    TESTS_TELL(DeleteBus, (I o, I b, L l), o, b, l);
+    TESTS_TELL(DeleteBlock, (I o, L n), o, n);
+    TESTS_TELL(DeleteBlockComp, (I o, I p, I c, std::uint32_t i), o, p, c, i);
+    TESTS_TELL(BeforeNetQuillSetData, (I o, I n, I b, D d), o, n, b, d);
+    TESTS_TELL(AfterNetQuillSetData, (I o, I n, I b, D d), o, n, b, d);
+    TESTS_TELL(BeforeLabelChange, (I o, I b, L l), o, b, l);
+    TESTS_TELL(AfterLabelChange, (I o, I b, L l), o, b, l);
+    TESTS_TELL(BlockNameChange, (I o, L a, L b), o, a, b);
+    TESTS_TELL(ReadOnlyFlagChange, (I o), o);
+};
+
+class RecordingNavigator : public Recording<NQuillUtils::NEvents::EventObserverNavigator> {
+public:
+    TESTS_TELL(BeforeRipBus, (I o, I b, const IndexList& g), o, b, g);
+    TESTS_TELL(AfterRipBus, (I o, I b, const IndexList& g), o, b, g);
+    TESTS_TELL(DeleteBus, (I o, I b, const IndexList& g), o, b, g);
+    TESTS_TELL(DeleteBlock, (I o), o);
+    TESTS_TELL(DesignRootChange, (I o, const std::string& a, const std::string& b), o, a, b);
 };
 
 class RecordingClient : public Orin::ClientObserver {
 public:
     Log log;
 
-    using I = Orin::Index;
-    using S = Orin::String;
-    void OnErrorAdd(const S& a, const S& b, const I& p, const I& o, Orin::EEventsAdd k) override {
-        Error(Line("Add", p, o, k, false), a, b);
-    }
-    void OnErrorChange(const S& a, const S& b, const I& o, Orin::EEventsChange k) override {
-        Error(Line("Change", {}, o, k, false), a, b);
-    }
-    void OnErrorSwap(const S& a, const S& b, const I& p, const I& f, const I& s, Orin::EEventsSwap k) override {
-        Error("Swap " + Text(p) + Line("", f, s, k, false), a, b);
-    }
-    void OnErrorTransaction(const S& a, const S& b) override { Error("Transaction", a, b); }
-    void OnErrorUnexpected(const S& a, const S& b) override { Error("Unexpected", a, b); }
-    void OnWorkingModeChange(Orin::EClientWorkingMode mode) override {
-        log.push_back("Mode " + std::to_string(static_cast<int>(mode)));
-    }
-
-private:
-    void Error(const std::string& what, const S& a, const S& b) {
-        log.push_back(what + " " + std::string(a.View()) + " " + std::string(b.View()));
-    }
+    using T = const S&;
+    using P = const I&;
+    TESTS_TELL(ErrorAdd, (T a, T b, P p, P o, Orin::EEventsAdd k), a, b, p, o, k);
+    TESTS_TELL(ErrorDelete, (T a, T b, P p, P o, Orin::EEventsDelete k), a, b, p, o, k);
+    TESTS_TELL(ErrorDeleteAll, (T a, T b, P o, Orin::EEventsDeleteAll k), a, b, o, k);
+    TESTS_TELL(ErrorChange, (T a, T b, P o, Orin::EEventsChange k), a, b, o, k);
+    TESTS_TELL(ErrorQuillDataChange, (T a, T b, P p, P o, Orin::EEventsQuillDataChange k), a, b, p, o, k);
+    TESTS_TELL(ErrorConnectivityChange, (T a, T b, P p, P o, Orin::EEventsConnectivityChange k), a, b, p, o, k);
+    TESTS_TELL(ErrorSwap, (T a, T b, P p, P f, P s, Orin::EEventsSwap k), a, b, p, f, s, k);
+    TESTS_TELL(ErrorImport, (T a, T b, P o, Orin::EEventsImport k), a, b, o, k);
+    TESTS_TELL(ErrorTransaction, (T a, T b), a, b);
+    TESTS_TELL(ErrorUnexpected, (T a, T b), a, b);
+    TESTS_TELL(WorkingModeChange, (Orin::EClientWorkingMode mode), mode);
+    // No wrapper hands these on.
+    TESTS_TELL(ErrorSetAttribute, (T a, T b, P, T, T, Orin::EAttributeType, int), a, b);
+    TESTS_TELL(Restore, (T a, T b), a, b);
+    TESTS_TELL(ErrorSnapshotAdd, (T a, T b), a, b);
+    TESTS_TELL(ErrorDefConstraintDelete, (T a, T b), a, b);
 };
 
 template <class Function>

@@ -127,6 +127,8 @@ TEST_F(Pages, AreExcludedWithAllBelowAndComeBack) {
     EXPECT_TRUE(pages.isMarkedExcluded(page));
     EXPECT_EQ(pages.pageNumber(page), "4");
     EXPECT_EQ(pages.numbersForPage(page), Numbers{});
+    pages.excludePage({});
+    EXPECT_EQ(NamesOf(pages), "3;") << "not excluded from above either";
     EXPECT_EQ(pages.heldPages().size(), 7U) << "every page, excluded or not";
 }
 

@@ -8,6 +8,7 @@
 
 #include "designdb/testing/fault_injector.h"
 #include "sheet_design.h"
+#include "tests/designdb/allocation_failure.h"
 
 namespace Quill::Testing {
 namespace {
@@ -266,6 +267,16 @@ TEST(SheetRange, LoadsTheOnlyBlockOfAName) {
         EXPECT_THROW(range.Init(design.snapshot, "top"), Orin::Result) << operation;
         EXPECT_EQ(range.Count(), left) << operation;
     }
+    unsigned passed = 0;
+    do {  // until no allocation is left to fail
+        Tests::FailAllocation(passed++);
+        try {
+            range.Init(design.block);
+        } catch (...) {
+            EXPECT_EQ(range.Count(), 0);
+        }
+    } while (Tests::AllocationFailed());
+    EXPECT_EQ(range.Count(), 5);
 }
 
 TEST(SheetRange, FindsAndComparesSheets) {

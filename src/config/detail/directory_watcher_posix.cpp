@@ -1,3 +1,7 @@
+// Else a 32-bit build could not ask about directories with 64-bit serial numbers or large file systems, and would watch
+// them blind.
+#define _FILE_OFFSET_BITS 64
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>

@@ -1,10 +1,7 @@
 // The last item of an observer that was taken out.
 #pragma once
 
-#include <algorithm>
-#include <list>
-
-#include "events/notification.h"
+#include "events/detail/invalid_observers.h"
 
 namespace NQuillUtils::NEvents {
 
@@ -15,16 +12,13 @@ template <class T>
 class ClientRemover : public INotification {
 public:
     // Borrows both; the list must outlive the item.
-    ClientRemover(std::list<T*>* invalid, T* observer) : m_invalid(invalid), m_observer(observer) {}
+    ClientRemover(InvalidObservers<T>* invalid, T* observer) : m_invalid(invalid), m_observer(observer) {}
 
-    void Call() override {
-        const auto found = std::find(m_invalid->begin(), m_invalid->end(), m_observer);
-        if (found != m_invalid->end()) m_invalid->erase(found);
-    }
+    void Call() override { m_invalid->Erase(m_observer); }
     bool IsValid(const IInvalidClientProvider*) const override { return true; }
 
 private:
-    std::list<T*>* m_invalid;
+    InvalidObservers<T>* m_invalid;
     T* m_observer;
 };
 

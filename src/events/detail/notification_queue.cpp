@@ -7,11 +7,9 @@ NotificationQueue& NotificationQueue::Instance() {
     return *queue;
 }
 
-void NotificationQueue::Push(std::unique_ptr<INotification> item) {
-    Items node{item.get()};
+void NotificationQueue::Push(Item& item) {
     const OrinUtils::ScopedLock lock(&m_mutex);
-    m_items.splice(m_items.end(), node);
-    item.release();
+    m_items.splice(m_items.end(), item.m_node);
 }
 
 void NotificationQueue::TakeAll(Items& items) {

@@ -18,7 +18,22 @@ public:
     // Made by the first caller and never destroyed, so that a late callback finds it at the end of the process.
     static NotificationQueue& Instance();
 
-    void Push(std::unique_ptr<INotification> item);
+    // An item made ready to be pushed: all memory that its place in the queue takes.
+    class Item {
+    public:
+        explicit Item(std::unique_ptr<INotification> item) : m_node{item.get()} { static_cast<void>(item.release()); }
+        ~Item() {
+            if (!m_node.empty()) delete m_node.front();
+        }
+        Item(const Item&) = delete;
+        Item& operator=(const Item&) = delete;
+
+    private:
+        friend class NotificationQueue;
+        Items m_node;  // empty once it is pushed
+    };
+
+    void Push(Item& item);
     // Appends all items to `items`, which owns them from then on.
     void TakeAll(Items& items);
 

@@ -1,17 +1,10 @@
 #include "events/detail/notifications.h"
 
-#include <algorithm>
-
 #include "text/number.h"
 
 namespace NQuillUtils::NEvents {
 
 using Orin::ContainerT;
-
-bool IsEventObserverValid(const IInvalidClientProvider* provider, const Orin::EventObserver* observer) {
-    const std::list<Orin::EventObserver*>& invalid = provider->GetInvalidEventObservers();
-    return std::find(invalid.begin(), invalid.end(), observer) == invalid.end();
-}
 
 ContainerT<const Orin::IBlock> RequireBlock(const IUIDManager& objects, const Index& block) {
     ContainerT<const Orin::IBlock> found;

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "events/detail/invalid_observers.h"
 #include "events/event_observers.h"
-#include "events/notification.h"
 #include "orin/uid_manager.h"
 
 namespace NQuillUtils::NEvents {
@@ -15,8 +15,6 @@ namespace NQuillUtils::NEvents {
 using Orin::Index;
 using Orin::IUIDManager;
 using IndexList = Orin::ListT<Index>;
-
-bool IsEventObserverValid(const IInvalidClientProvider* provider, const Orin::EventObserver* observer);
 
 // The block of that index. Throws the failed Result.
 Orin::ContainerT<const Orin::IBlock> RequireBlock(const IUIDManager& objects, const Index& block);
@@ -26,7 +24,7 @@ template <class Observer>
 class ObserverNotification : public INotification {
 public:
     bool IsValid(const IInvalidClientProvider* provider) const override {
-        return IsEventObserverValid(provider, m_observer);
+        return !IsListed<Orin::EventObserver>(*provider, m_observer);
     }
 
 protected:

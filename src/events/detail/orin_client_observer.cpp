@@ -1,9 +1,6 @@
 #include "events/detail/orin_client_observer.h"
 
-#include <memory>
-#include <type_traits>
-
-#include "events/detail/notification_queue.h"
+#include "events/detail/queue_item.h"
 
 namespace NQuillUtils::NEvents {
 
@@ -11,34 +8,16 @@ using Orin::ClientObserver;
 using Orin::Index;
 using Orin::String;
 
-namespace {
-
-template <class T>
-decltype(auto) RecordArgument(const T& argument) {
-    if constexpr (std::is_enum_v<T>)
-        return static_cast<int>(argument);
-    else
-        return (argument);
-}
-
-}  // namespace
-
-template <class... Arguments>
-void CORINClientObserver::QueueRecord(Type type, const Arguments&... arguments) {
-    const OrinUtils::ScopedLock lock(m_mutex);
-    NotificationQueue::Instance().Push(
-        std::make_unique<ORINNOTIFICATIONDATA>(type, m_observer, RecordArgument(arguments)...));
-}
-
 template <ORINNOTIFICATIONDATA::Type type, auto Callback, class... Arguments>
 void CORINClientObserver::Deliver(const String& project, const String& error, const Arguments&... arguments) {
-    if (Quill::Platform::CurrentThreadId() == m_owner) {
+    if (ThisThread() == m_owner) {
         const Delivery delivery(*this);
         (m_observer->*Callback)(project, error, arguments...);
     } else if constexpr (sizeof...(arguments) == 0) {
-        QueueRecord(type, static_cast<const char*>(project), static_cast<const char*>(error), 0);
+        QueueRecord(m_mutex, type, m_observer, static_cast<const char*>(project), static_cast<const char*>(error), 0);
     } else {
-        QueueRecord(type, static_cast<const char*>(project), static_cast<const char*>(error), arguments...);
+        QueueRecord(m_mutex, type, m_observer, static_cast<const char*>(project), static_cast<const char*>(error),
+                    arguments...);
     }
 }
 
@@ -93,11 +72,11 @@ void CORINClientObserver::OnErrorUnexpected(const String& project, const String&
 }
 
 void CORINClientObserver::OnWorkingModeChange(Orin::EClientWorkingMode mode) {
-    if (Quill::Platform::CurrentThreadId() == m_owner) {
+    if (ThisThread() == m_owner) {
         const Delivery delivery(*this);
         m_observer->OnWorkingModeChange(mode);
     } else {
-        QueueRecord(Type::OnWorkingModeChange, "", "", mode);
+        QueueRecord(m_mutex, Type::OnWorkingModeChange, m_observer, "", "", mode);
     }
 }
 

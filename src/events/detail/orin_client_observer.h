@@ -2,9 +2,9 @@
 #pragma once
 
 #include "attributes/utils_exception.h"
+#include "events/detail/this_thread.h"
 #include "events/detail/wrapper_use.h"
 #include "events/orin_notification_data.h"
-#include "platform/thread.h"
 
 namespace NQuillUtils::NEvents {
 
@@ -44,8 +44,6 @@ private:
     // With the event kind, or 0, behind the callback's other arguments for the record.
     template <Type type, auto Callback, class... Arguments>
     void Deliver(const Orin::String& project, const Orin::String& error, const Arguments&... arguments);
-    template <class... Arguments>
-    void QueueRecord(Type type, const Arguments&... arguments);
 
     Quill::Platform::ThreadId m_owner;
     Orin::ClientObserver* m_observer;

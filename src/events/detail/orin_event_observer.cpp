@@ -1,7 +1,5 @@
 #include "events/detail/orin_event_observer.h"
 
-#include <type_traits>
-
 namespace NQuillUtils::NEvents {
 
 using Orin::EventObserver;
@@ -16,14 +14,6 @@ constexpr bool AreRelevant(const Index& parent, const Index& object, bool allowM
     return IsRelevantIndex(parent, allowMinor) && IsRelevantIndex(object, allowMinor);
 }
 
-template <class T>
-decltype(auto) RecordArgument(const T& argument) {
-    if constexpr (std::is_enum_v<T>)
-        return static_cast<int>(argument);
-    else
-        return (argument);
-}
-
 }  // namespace
 
 CORINEventObserver::CORINEventObserver(EventObserver* observer, OrinUtils::Mutex* mutex,
@@ -36,25 +26,14 @@ CORINEventObserver::CORINEventObserver(EventObserver* observer, OrinUtils::Mutex
       m_number(number),
       m_alwaysDirect(alwaysDirect) {}
 
-void CORINEventObserver::Queue(std::unique_ptr<INotification> item) {
-    const OrinUtils::ScopedLock lock(m_mutex);
-    NotificationQueue::Instance().Push(std::move(item));
-}
-
-template <class... Arguments>
-void CORINEventObserver::QueueRecord(Type type, const Arguments&... arguments) {
-    const OrinUtils::ScopedLock lock(m_mutex);
-    NotificationQueue::Instance().Push(
-        std::make_unique<ORINNOTIFICATIONDATA>(type, m_observer, RecordArgument(arguments)...));
-}
-
 template <ORINNOTIFICATIONDATA::Type type, auto Callback, class... Arguments>
 void CORINEventObserver::Deliver(const Arguments&... arguments) {
     if (DeliversDirectly()) {
         const Delivery delivery(*this);
         (m_observer->*Callback)(arguments...);
     } else {
-        QueueRecord(type, arguments...);
+        // Copies, so that the arguments of a direct call can stay in registers.
+        QueueRecord(m_mutex, type, m_observer, Arguments(arguments)...);
     }
 }
 
@@ -85,10 +64,10 @@ void CORINEventObserver::OnBeforeChange(const Index& object, Orin::EEventsChange
     if (DeliversDirectly()) {
         const Delivery delivery(*this);
         m_observer->OnBeforeChange(object, kind, undo);
-        if (!m_use.Released()) QueueRecord(Type::OnBeforeChange, object, kind, undo);
+        if (!m_use.Released()) QueueRecord(m_mutex, Type::OnBeforeChange, m_observer, object, kind, undo);
     } else {
-        QueueRecord(Type::OnBeforeChange, object, kind, undo);
-        QueueRecord(Type::OnBeforeChange, object, kind, undo);
+        QueueRecord(m_mutex, Type::OnBeforeChange, m_observer, object, kind, undo);
+        QueueRecord(m_mutex, Type::OnBeforeChange, m_observer, object, kind, undo);
     }
 }
 
@@ -171,7 +150,7 @@ void CORINEventObserver::OnBeforeTransaction(unsigned transaction, bool& veto) {
         const Delivery delivery(*this);
         m_observer->OnBeforeTransaction(transaction, veto);
     } else {
-        QueueRecord(Type::OnBeforeTransaction, static_cast<unsigned long>(transaction));
+        QueueRecord(m_mutex, Type::OnBeforeTransaction, m_observer, static_cast<unsigned long>(transaction));
     }
 }
 
@@ -180,7 +159,7 @@ void CORINEventObserver::OnBeforeRollbackTransaction() {
         const Delivery delivery(*this);
         m_observer->OnBeforeRollbackTransaction();
     } else {
-        QueueRecord(Type::OnBeforeRollbackTransaction, 0UL);
+        QueueRecord(m_mutex, Type::OnBeforeRollbackTransaction, m_observer, 0UL);
     }
 }
 
@@ -189,7 +168,7 @@ void CORINEventObserver::OnAfterTransaction() {
         const Delivery delivery(*this);
         m_observer->OnAfterTransaction();
     } else {
-        QueueRecord(Type::OnAfterTransaction, 0UL);
+        QueueRecord(m_mutex, Type::OnAfterTransaction, m_observer, 0UL);
     }
 }
 

@@ -4,19 +4,20 @@
 #include <memory>
 #include <string>
 
-#include "attributes/utils_exception.h"
-#include "events/detail/notification_queue.h"
+#include "events/detail/queue_item.h"
+#include "events/detail/this_thread.h"
 #include "events/detail/wrapper_use.h"
-#include "events/orin_notification_data.h"
-#include "platform/thread.h"
 
 namespace NQuillUtils::NEvents {
 
 // Whether an object is one that the schematic layer cares about; `allowMinor` takes pins, paths and the like for such.
 constexpr bool IsRelevantIndex(const Orin::Index& index, bool allowMinor) noexcept {
+    constexpr auto types = [](unsigned first, unsigned last) { return (~0ULL >> (63 - last + first)) << first; };
+    constexpr std::uint64_t Irrelevant = types(21, 54) | types(62, 63);
+    constexpr std::uint64_t Minor = types(8, 8) | types(11, 13);
     const std::uint32_t type = index.Top();
-    if ((type >= 21 && type <= 54) || type == 62 || type == 63 || type == 71) return false;
-    return allowMinor || (type != 8 && (type < 11 || type > 13));
+    if (type >= 64) return type != 71;
+    return ((allowMinor ? Irrelevant : Irrelevant | Minor) >> type & 1) == 0;
 }
 
 // Drops callbacks about irrelevant objects; calls the observer at once on the owner thread, and queues a record on any
@@ -65,7 +66,7 @@ public:
     virtual void Reserved();
 
 protected:
-    bool DeliversDirectly() const noexcept { return m_alwaysDirect || Quill::Platform::CurrentThreadId() == m_owner; }
+    bool DeliversDirectly() const noexcept { return ThisThread() == m_owner || m_alwaysDirect; }
 
     // Builds a notification from `arguments` and calls it at once or queues it. The wrapper may be gone afterwards.
     template <class Notification, class... Arguments>
@@ -75,8 +76,7 @@ protected:
             const Delivery delivery(*this);
             notification.Call();
         } else {
-            // The database is read before the mutex is taken.
-            Queue(std::make_unique<Notification>(arguments...));
+            QueueItem(m_mutex, [&] { return std::make_unique<Notification>(arguments...); });
         }
     }
 
@@ -85,9 +85,6 @@ private:
 
     template <Type type, auto Callback, class... Arguments>
     void Deliver(const Arguments&... arguments);
-    template <class... Arguments>
-    void QueueRecord(Type type, const Arguments&... arguments);
-    void Queue(std::unique_ptr<INotification> item);
 
     Orin::EventObserver* m_observer;
     OrinUtils::Mutex* m_mutex;

@@ -1,5 +1,7 @@
 #include "events/detail/orin_event_observer_ex.h"
 
+#include <algorithm>
+
 #include "attributes/reserved_keys.h"
 #include "properties/property_mangler.h"
 
@@ -14,6 +16,17 @@ using Quill::Utils::CPropertyMangler;
 
 namespace {
 
+// Mangled once, and kept to the end of the process: callbacks may still come when static objects go.
+const Orin::String& ReadOnlyMark() {
+    static const auto* const mark =
+        new Orin::String(CPropertyMangler::Mangle(NReservedKeys::ReadOnlySheet, PropertyType::Internal));
+    return *mark;
+}
+const Orin::String& DesignNameAttribute() {
+    static const auto* const name = new Orin::String(CPropertyMangler::Mangle("Design_Name", PropertyType::Internal));
+    return *name;
+}
+
 bool RenamesBlock(const Index& object, EEventsChange kind) {
     return kind == EEventsChange::Name && object.GetType() == EObjectType::Block;
 }
@@ -27,13 +40,20 @@ bool ChangesAttributeOfBlock(const Index& object, EEventsChange kind) {
 
 void TextsBeforeChange::Remember(const Index& object, const Orin::String& text) {
     const std::lock_guard lock(m_mutex);
-    m_texts[{Quill::Platform::CurrentThreadId(), object}] = text;
+    m_texts[ThisThread()].emplace_back(object, text);
 }
 
 Orin::String TextsBeforeChange::Take(const Index& object) {
     const std::lock_guard lock(m_mutex);
-    const auto node = m_texts.extract({Quill::Platform::CurrentThreadId(), object});
-    return node.empty() ? Orin::String() : node.mapped();
+    const auto own = m_texts.find(ThisThread());
+    if (own == m_texts.end()) return {};
+    auto& texts = own->second;
+    const auto found = std::find_if(texts.rbegin(), texts.rend(), [&](const auto& one) { return one.first == object; });
+    if (found == texts.rend()) return {};
+    Orin::String text = std::move(found->second);
+    texts.erase(found.base() - 1, texts.end());
+    if (texts.empty()) m_texts.erase(own);
+    return text;
 }
 
 void CORINEventObserverEx::OnAfterAdd(const Index& parent, const Index& object, EEventsAdd kind, bool undo) {
@@ -110,7 +130,7 @@ void CORINEventObserverEx::OnAfterChange(const Index& object, EEventsChange kind
 void CORINEventObserverEx::TranslateAttribute(const Index& object, const Orin::String& name) {
     const EObjectType type = object.GetType();
     if (type != EObjectType::Block && type != EObjectType::Group) return;
-    if (name != CPropertyMangler::Mangle(NReservedKeys::ReadOnlySheet, PropertyType::Internal)) return;
+    if (name != ReadOnlyMark()) return;
     Index block = object;
     if (type == EObjectType::Group) {
         block = Index();
@@ -143,7 +163,7 @@ void CORINEventObserverNavigator::OnBeforeDelete(const Index& parent, const Inde
 
 Orin::String CORINEventObserverNavigator::DesignName(const Index& block) const {
     Orin::String name;
-    RequireBlock(Objects(), block)->GetAttribute(CPropertyMangler::Mangle("Design_Name", PropertyType::Internal), name);
+    RequireBlock(Objects(), block)->GetAttribute(DesignNameAttribute(), name);
     return name;
 }
 

@@ -4,6 +4,7 @@
 #include <map>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 #include "events/detail/notifications.h"
 #include "events/detail/orin_event_observer.h"
@@ -11,17 +12,18 @@
 
 namespace NQuillUtils::NEvents {
 
-// What a text was before a change, from the before-callback to the after-callback of one thread. Several threads may
-// change several blocks at once, and an observer may make a change of its own in between.
+// What a text was before a change, from the before-callback to the after-callback. Several threads may change several
+// blocks at once, and an observer may make changes of its own in between, also of the same block.
 class TextsBeforeChange {
 public:
     void Remember(const Index& object, const Orin::String& text);
-    // Forgets the text; "" when there is none.
+    // The text that this thread remembered last for the object, "" when there is none. It is forgotten, and so is what
+    // was remembered since: those changes have failed, as no after-callback came.
     Orin::String Take(const Index& object);
 
 private:
     std::mutex m_mutex;
-    std::map<std::pair<Quill::Platform::ThreadId, Index>, Orin::String> m_texts;
+    std::map<Quill::Platform::ThreadId, std::vector<std::pair<Index, Orin::String>>> m_texts;
 };
 
 // Whether an event is translated is decided before the filter of the plain wrapper, which sees what is not translated.

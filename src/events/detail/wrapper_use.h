@@ -1,34 +1,27 @@
 // Keeps a wrapper alive while one of its own callbacks runs.
 #pragma once
 
-#include <atomic>
-
 namespace NQuillUtils::NEvents {
 
-// How many deliveries of one wrapper are under way on the owner thread. An observer may have itself taken out while it
-// is being called; its wrapper, whose callback is then still on the stack, goes when that callback has returned. Other
-// threads need no counting: taking an observer out of the database waits until they have left the wrapper.
+// Which deliveries of one wrapper are under way on the owner thread. An observer may have itself taken out while it is
+// being called; its wrapper, whose callback is then still on the stack, goes when that callback has returned. Other
+// threads are not noted: taking an observer out of the database waits until they have left the wrapper.
+//
+// One thread at a time, as the dispatcher makes no wrapper that always calls directly.
 class WrapperUse {
 public:
-    void Enter() noexcept { m_depth.store(Depth() + 1, std::memory_order_relaxed); }
-    // True when the wrapper was released and this was its last use: the caller deletes it.
-    bool Leave() noexcept {
-        m_depth.store(Depth() - 1, std::memory_order_relaxed);
-        return m_released && Depth() == 0;
-    }
-    // True when it is not in use: the caller deletes it. Otherwise the last use does.
+    // True when the wrapper is not in use: the caller deletes it. Otherwise the outermost delivery does.
     bool Release() noexcept {
         m_released = true;
-        return Depth() == 0;
+        return !m_inUse;
     }
     bool Released() const noexcept { return m_released; }
 
 private:
-    int Depth() const noexcept { return m_depth.load(std::memory_order_relaxed); }
+    template <class Wrapper>
+    friend class Delivery;
 
-    // One thread counts, as the dispatcher makes no wrapper that always calls directly; so plain loads and stores do,
-    // and a callback pays for no atomic exchange.
-    std::atomic<int> m_depth{0};
+    bool m_inUse = false;
     bool m_released = false;
 };
 
@@ -36,15 +29,20 @@ private:
 template <class Wrapper>
 class Delivery {
 public:
-    explicit Delivery(Wrapper& wrapper) noexcept : m_wrapper(wrapper) { m_wrapper.Use().Enter(); }
+    explicit Delivery(Wrapper& wrapper) noexcept : m_wrapper(wrapper), m_isInner(wrapper.Use().m_inUse) {
+        m_wrapper.Use().m_inUse = true;
+    }
     ~Delivery() {
-        if (m_wrapper.Use().Leave()) delete &m_wrapper;
+        if (m_isInner) return;
+        m_wrapper.Use().m_inUse = false;
+        if (m_wrapper.Use().m_released) delete &m_wrapper;
     }
     Delivery(const Delivery&) = delete;
     Delivery& operator=(const Delivery&) = delete;
 
 private:
     Wrapper& m_wrapper;
+    const bool m_isInner;  // the wrapper is called again from inside a callback of its own
 };
 
 }  // namespace NQuillUtils::NEvents

@@ -1,101 +1,129 @@
 #include "pages/detail/page_tree.h"
 
-#include <algorithm>
 #include <cstddef>
 
 namespace Quill::detail {
 
+PageTree::PageNumber PageTree::Find(const PageKey& page) const {
+    return m_byKey.Find(PageKeyHash()(page), [&](PageNumber number) { return m_pages[number].key == page; });
+}
+
+PageTree::OccurrenceNumber PageTree::Find(const Orin::Index& block, const Orin::Index& path) const {
+    return m_byPlace.Find(PageKeyHash()({path, block}), [&](OccurrenceNumber number) {
+        return m_occurrences[number].path == path && m_occurrences[number].block == block;
+    });
+}
+
 std::pair<PageTree::OccurrenceNumber, bool> PageTree::EnterOccurrence(const Orin::Index& block,
                                                                       const Orin::Index& path) {
-    const auto [entry, added] =
-        m_byPlace.try_emplace({block, path}, static_cast<OccurrenceNumber>(m_occurrences.size()));
-    if (added) m_occurrences.emplace_back();
-    return {entry->second, added};
+    m_byPlace.Reserve();
+    const OccurrenceNumber known = Find(block, path);
+    if (known != None) return {known, false};
+    const auto number = static_cast<OccurrenceNumber>(m_occurrences.size());
+    m_occurrences.push_back({.block = block, .path = path});
+    m_byPlace.Add(PageKeyHash()({path, block}), number);
+    return {number, true};
 }
 
 void PageTree::PutBelow(PageNumber parent, OccurrenceNumber occurrence) {
-    Occurrence& below = m_occurrences[occurrence];
-    const PageNumber last = below.otherParents.empty() ? below.parent : below.otherParents.back();
-    if (last == parent) return;
-    if (last == NoPage)
-        below.parent = parent;
-    else
-        below.otherParents.push_back(parent);
-    std::vector<PageNumber>& pages = m_pages[parent].below;
-    pages.insert(pages.end(), below.pages.begin(), below.pages.end());
+    if (m_occurrences[occurrence].lastParent == parent) return;
+    const auto link = static_cast<std::uint32_t>(m_below.size());
+    m_below.push_back({.occurrence = occurrence});
+    m_occurrences[occurrence].lastParent = parent;
+    Page& above = m_pages[parent];
+    (above.firstBelow == None ? above.firstBelow : m_below[above.lastBelow].next) = link;
+    above.lastBelow = link;
 }
 
 PageTree::PageNumber PageTree::EnterPage(OccurrenceNumber occurrence, const PageKey& page) {
-    const auto [entry, added] = m_byKey.try_emplace(page, static_cast<PageNumber>(m_pages.size()));
-    if (!added) return entry->second;
-    m_pages.push_back({.key = page});
+    m_byKey.Reserve();
+    const PageNumber known = Find(page);
+    if (known != None) return known;
+    const auto number = static_cast<PageNumber>(m_pages.size());
+    m_pages.push_back({.key = page, .occurrence = occurrence});
+    m_byKey.Add(PageKeyHash()(page), number);
     Occurrence& own = m_occurrences[occurrence];
-    own.pages.push_back(entry->second);
-    if (own.parent != NoPage) m_pages[own.parent].below.push_back(entry->second);
-    for (const PageNumber parent : own.otherParents)
-        m_pages[parent].below.push_back(entry->second);
-    return entry->second;
+    (own.firstPage == None ? own.firstPage : m_pages[own.lastPage].nextSister) = number;
+    own.lastPage = number;
+    return number;
 }
 
 std::vector<PageTree::PageNumber> PageTree::PagesFrom(const PageKey& page) const {
     std::vector<PageNumber> found;
-    const auto start = m_byKey.find(page);
-    if (start == m_byKey.end()) return found;
-    const Page& first = m_pages[start->second];
-    if (!first.isHere || (first.below.empty() && !first.isLeaf)) return found;
+    const PageNumber start = Find(page);
+    if (start == None || !m_pages[start].isHere || !IsRecorded(start)) return found;
 
     // `found` is the list of those to look at, too: behind `next` stand the pages whose pages below are not in it yet.
     // The marks keep the search from a page that stands below two others, or in a circle.
     ++m_searches;
-    m_pages[start->second].search = m_searches;
-    found.push_back(start->second);
+    m_pages[start].search = m_searches;
+    found.push_back(start);
     for (std::size_t next = 0; next < found.size(); ++next) {
-        for (const PageNumber below : m_pages[found[next]].below) {
+        ForEachBelow(found[next], [&](PageNumber below) {
             Page& candidate = m_pages[below];
-            if (!candidate.isHere || candidate.search == m_searches) continue;
-            candidate.search = m_searches;
-            found.push_back(below);
-        }
+            if (candidate.isHere && candidate.search != m_searches) {
+                candidate.search = m_searches;
+                found.push_back(below);
+            }
+            return false;
+        });
     }
     return found;
 }
 
 std::vector<PageKey> PageTree::PagesOf(const Orin::Index& block, const Orin::Index& path) const {
     std::vector<PageKey> keys;
-    const auto found = m_byPlace.find({block, path});
-    if (found == m_byPlace.end()) return keys;
-    for (const PageNumber page : m_occurrences[found->second].pages)
+    const OccurrenceNumber found = Find(block, path);
+    if (found == None) return keys;
+    for (PageNumber page = m_occurrences[found].firstPage; page != None; page = m_pages[page].nextSister)
         if (m_pages[page].isHere) keys.push_back(m_pages[page].key);
     return keys;
 }
 
 void PageTree::TakeOut(const PageKey& page) {
-    const auto found = m_byKey.find(page);
-    if (found != m_byKey.end() && found->second != Root) m_pages[found->second].isHere = false;
+    const PageNumber found = Find(page);
+    if (found != None && found != Root) m_pages[found].isHere = false;
+}
+
+void PageTree::Unchain(PageNumber page) {
+    Occurrence& occurrence = m_occurrences[m_pages[page].occurrence];
+    PageNumber before = None;
+    for (PageNumber sister = occurrence.firstPage; sister != page; sister = m_pages[sister].nextSister)
+        before = sister;
+    (before == None ? occurrence.firstPage : m_pages[before].nextSister) = m_pages[page].nextSister;
+    if (occurrence.lastPage == page) occurrence.lastPage = before;
 }
 
 void PageTree::PutIn(OccurrenceNumber occurrence, const PageKey& page,
                      const std::function<bool(const Orin::Index&)>& standsBehind) {
-    const auto known = m_byKey.find(page);
-    if (known != m_byKey.end() && m_pages[known->second].isHere) return;
-    const PageNumber number = known != m_byKey.end() ? known->second : EnterPage(occurrence, page);
+    const PageNumber known = Find(page);
+    if (known != None && m_pages[known].isHere) return;
+    const PageNumber number = known != None ? known : EnterPage(occurrence, page);
     m_pages[number].isHere = true;
     MarkAsLeaf(number);
 
-    std::vector<PageNumber>& sisters = m_occurrences[occurrence].pages;
-    std::erase(sisters, number);
-    sisters.insert(std::find_if(sisters.begin(), sisters.end(),
-                                [&](PageNumber sister) { return standsBehind(m_pages[sister].key.group); }),
-                   number);
+    Occurrence& own = m_occurrences[occurrence];
+    Unchain(number);
+    m_pages[number].occurrence = occurrence;
+    PageNumber before = None, behind = own.firstPage;
+    while (behind != None && !standsBehind(m_pages[behind].key.group)) {
+        before = behind;
+        behind = m_pages[behind].nextSister;
+    }
+    m_pages[number].nextSister = behind;
+    (before == None ? own.firstPage : m_pages[before].nextSister) = number;
+    if (behind == None) own.lastPage = number;
 }
 
 void PageTree::Clear() {
     m_pages.clear();
-    m_byKey.clear();
+    m_byKey.Clear();
     m_occurrences.clear();
-    m_byPlace.clear();
+    m_byPlace.Clear();
+    m_below.clear();
     m_pages.push_back({.key = PageKey()});
-    m_byKey.emplace(PageKey(), Root);
+    m_byKey.Reserve();
+    m_byKey.Add(PageKeyHash()(PageKey()), Root);
 }
 
 }  // namespace Quill::detail

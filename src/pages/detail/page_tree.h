@@ -1,15 +1,13 @@
 // Which pages belong to which block occurrence, and which stand below which: what a walk found out about the hierarchy.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "pages/detail/page_key.h"
+#include "pages/detail/slot_index.h"
 
 namespace Quill::detail {
 
@@ -37,8 +35,13 @@ public:
 
     const PageKey& KeyOf(PageNumber page) const { return m_pages[page].key; }
 
-    // The page and all pages below it, each once, the page first. Empty when the page is not here, and when it is no
-    // leaf and nothing was entered below it.
+    // Whether the page is a leaf or something was entered below it.
+    bool IsRecorded(PageNumber page) const {
+        return m_pages[page].isLeaf || ForEachBelow(page, [](PageNumber) { return true; });
+    }
+
+    // The page and all pages below it, each once, the page first. Empty when the page is not here or not recorded;
+    // pages below it that are not recorded are among them.
     std::vector<PageNumber> PagesFrom(const PageKey& page) const;
 
     // The pages of an occurrence in sheet order; empty when it is not here.
@@ -54,32 +57,47 @@ public:
     void Clear();
 
 private:
-    static constexpr PageNumber NoPage = 0xFFFFFFFF;
+    static constexpr std::uint32_t None = 0xFFFFFFFF;
 
+    // Lists are chains of numbers, so that entering a page takes no memory of its own.
     struct Page {
         PageKey key;
-        std::vector<PageNumber> below = {};
+        OccurrenceNumber occurrence = None;  // the root's has none
+        PageNumber nextSister = None;        // the next page of the same occurrence
+        std::uint32_t firstBelow = None, lastBelow = None;
+        std::uint32_t search = 0;  // the last search that came by
         bool isHere = true;
         bool isLeaf = false;
-        std::uint32_t search = 0;  // the last search that came by
     };
     struct Occurrence {
-        std::vector<PageNumber> pages = {};
-        PageNumber parent = NoPage;
-        std::vector<PageNumber> otherParents = {};  // there is one parent as a rule
-    };
-    struct OccurrenceKey {
         Orin::Index block, path;
-        bool operator==(const OccurrenceKey&) const = default;
+        PageNumber firstPage = None, lastPage = None;
+        PageNumber lastParent = None;
     };
-    struct OccurrenceHash {
-        std::size_t operator()(const OccurrenceKey& key) const noexcept { return PageKeyHash()({key.path, key.block}); }
+    struct Below {
+        OccurrenceNumber occurrence;
+        std::uint32_t next = None;
     };
 
-    mutable std::deque<Page> m_pages;
-    std::unordered_map<PageKey, PageNumber, PageKeyHash> m_byKey;
+    PageNumber Find(const PageKey& page) const;
+    OccurrenceNumber Find(const Orin::Index& block, const Orin::Index& path) const;
+    void Unchain(PageNumber page);
+
+    // Calls take(page) for each page that was entered below, until it gives true; whether it did.
+    template <class Take>
+    bool ForEachBelow(PageNumber page, const Take& take) const {
+        for (std::uint32_t link = m_pages[page].firstBelow; link != None; link = m_below[link].next)
+            for (PageNumber below = m_occurrences[m_below[link].occurrence].firstPage; below != None;
+                 below = m_pages[below].nextSister)
+                if (take(below)) return true;
+        return false;
+    }
+
+    mutable std::vector<Page> m_pages;
+    SlotIndex m_byKey;
     std::vector<Occurrence> m_occurrences;
-    std::unordered_map<OccurrenceKey, OccurrenceNumber, OccurrenceHash> m_byPlace;
+    SlotIndex m_byPlace;
+    std::vector<Below> m_below;  // the occurrences below a page, in its chain
     mutable std::uint32_t m_searches = 0;
 };
 
