@@ -35,7 +35,7 @@ struct KicadOptions {
 // What the import keeps beside the design proper. Components have these among their system attributes, so that no
 // property of the design's author is in the way.
 namespace KicadAttributes {
-inline constexpr char Uuid[] = "KiCad UUID";  // of blocks, groups, components, buses
+inline constexpr char Uuid[] = "KiCad UUID";  // of sheets, components and pins of sheet symbols
 // The text of a label as the file has it: of nets and buses the one that names them, of global and hierarchical labels
 // and pins of sheet symbols their own.
 inline constexpr char Source[] = "KiCad Label";

@@ -34,24 +34,12 @@ std::optional<Indexed> ReadIndexed(std::string_view text) {
     return Indexed{text.substr(0, open), *first, *last};
 }
 
-// Takes the first item off a list; the braces of escapes and subscripts hold no list.
-std::string_view TakeItem(std::string_view& list) {
-    std::size_t depth = 0;
-    std::size_t end = 0;
-    for (; end < list.size() && (list[end] != ',' || depth > 0); ++end) {
-        if (list[end] == '{') ++depth;
-        if (list[end] == '}' && depth > 0) --depth;
-    }
-    const std::string_view item = list.substr(0, end);
-    list.remove_prefix(std::min(end + 1, list.size()));
-    return item;
-}
-
 }  // namespace
 
 void BusMembers::AddBus(std::string_view text, bool global, std::uint32_t bus) {
     while (!text.empty()) {
-        const std::string_view item = TakeItem(text);
+        const std::string_view item = text.substr(0, text.find(','));
+        text.remove_prefix(std::min(item.size() + 1, text.size()));
         const auto indexed = ReadIndexed(item);
         if (indexed && indexed->first != indexed->last) {
             const auto [lowest, highest] = std::minmax(indexed->first, indexed->last);

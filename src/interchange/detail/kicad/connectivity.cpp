@@ -283,6 +283,9 @@ void SetName(ConnectedItems& items, Names& names) {
     const auto same = [key](const NetLabel* a, const NetLabel* b) { return key(a) == key(b); };
     names.erase(std::unique(names.begin(), names.end(), same), names.end());
     if (names.empty()) return;
+    // Sheet pins, which sort last, say what a bus is called inside: one of them counts when nothing else does.
+    while (names.size() > 1 && names.back()->rank == LabelRank::SheetPin)
+        names.pop_back();
     items.rank = names.front()->rank;
     items.name = names.front()->text;
     std::set<std::string_view> texts{items.name};
@@ -328,7 +331,7 @@ Connectivity BlockConnector::Collect() {
                 break;
             case NodeKind::Label:
                 items.labels.push_back(node.id);
-                if (node.label->rank != LabelRank::SheetPin && !node.label->text.empty()) {
+                if ((node.bus || node.label->rank != LabelRank::SheetPin) && !node.label->text.empty()) {
                     names[places[m_sets.Find(i)]].push_back(node.label);
                 }
                 break;

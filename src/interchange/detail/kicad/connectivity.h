@@ -46,7 +46,7 @@ enum class LabelRank : std::uint8_t {
     Power,  // the value of a power symbol, at its pin
     Local,
     Hierarchical,
-    SheetPin,  // connects what it touches, and names nothing
+    SheetPin,  // names a bus that would have no members otherwise, and no net
 };
 
 struct NetLabel {

@@ -10,6 +10,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Sheets that stand in sheets multiply; walking more places than this takes longer than anybody waits.
+constexpr std::uint64_t MostPlaces = 1'000'000;
+
 class Loader {
 public:
     Loader(const fs::path& root, bool allowMissing, std::vector<KicadMessage>& warnings)
@@ -20,7 +23,7 @@ public:
         Open(m_root, ReadWholeFile(m_root, m_root.generic_string()));
         for (FileId file = 0; file < m_hierarchy.files.size(); ++file)
             LoadChildren(file);
-        RefuseCycles();
+        CountPlaces(RefuseCycles());
         return std::move(m_hierarchy);
     }
 
@@ -95,7 +98,9 @@ private:
     }
 
     // Walks down from the root with a stack of its own; a file that is met while it is on the stack is below itself.
-    void RefuseCycles() const {
+    // Gives the files, each behind all that stand below it.
+    std::vector<FileId> RefuseCycles() const {
+        std::vector<FileId> order;
         enum class State : std::uint8_t { New, Open, Done };
         std::vector<State> states(m_hierarchy.files.size(), State::New);
         struct Level {
@@ -110,6 +115,7 @@ private:
             const std::size_t next = stack.back().next++;
             if (next == here.children.size()) {
                 states[file] = State::Done;
+                order.push_back(file);
                 stack.pop_back();
                 continue;
             }
@@ -125,6 +131,20 @@ private:
             }
             states[*child] = State::Open;
             stack.push_back({*child, 0});
+        }
+        return order;
+    }
+
+    void CountPlaces(const std::vector<FileId>& order) const {
+        std::vector<std::uint64_t> places(m_hierarchy.files.size());
+        places[0] = 1;
+        std::uint64_t all = 0;
+        for (auto file = order.rbegin(); file != order.rend(); ++file) {
+            all += places[*file];
+            if (all > MostPlaces)
+                throw m_hierarchy.files[0]->source.Whole("the hierarchy has more than a million places");
+            for (const std::optional<FileId>& child : m_hierarchy.files[*file]->children)
+                if (child) places[*child] = std::min(places[*child] + places[*file], MostPlaces + 1);
         }
     }
 

@@ -227,8 +227,10 @@ private:
     }
 
     bool Spend(std::size_t cost) {
-        ++m_items;
-        if (m_items > MostLabelMembers || cost > LongestMemberList || cost > m_budget.left) return false;
+        // Far more than a list within the limits takes: one label must not use up what is there for all.
+        constexpr std::size_t MostOfOneLabel = 4 * LongestMemberList;
+        m_spent += cost;
+        if (m_spent > MostOfOneLabel || cost > m_budget.left) return false;
         m_budget.left -= cost;
         return true;
     }
@@ -297,7 +299,7 @@ private:
     LabelBudget& m_budget;
     std::vector<List> m_lists;            // innermost last
     std::set<const std::string*> m_open;  // names of the aliases among them
-    std::size_t m_items = 0;
+    std::size_t m_spent = 0;
 };
 
 class RangeCollector final : public MemberSink {

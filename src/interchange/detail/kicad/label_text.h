@@ -34,7 +34,8 @@ inline constexpr std::size_t MostLabelMembers = 65'536;
 inline constexpr std::size_t LongestMemberList = 65'536;  // bytes
 
 // What all lists of one import may cost together, in items looked at and bytes written; each function below takes its
-// share off. When it is used up, the next groups count as too large.
+// share off, one label no more than four times the length above. When it is used up, the next groups count as too
+// large.
 struct LabelBudget {
     std::size_t left = std::size_t{1} << 26;
 };
@@ -56,6 +57,7 @@ public:
     // it is, "D03" too. Where several stems fit ("D1" and "D" for "D12") the shortest one holds.
     std::string WithBrackets(std::string_view label) const;
 
+    // The members from stem + lowest to stem + highest.
     void AddRange(std::string_view stem, std::uint64_t lowest, std::uint64_t highest);
 
 private:

@@ -1,5 +1,11 @@
 #include "interchange/detail/kicad/label_writer.h"
 
+#include <map>
+#include <set>
+
+#include "labels/bus_label_expander.h"
+#include "labels/net_limiter.h"
+
 namespace Quill::Interchange::Kicad {
 
 namespace {
@@ -64,6 +70,44 @@ WrittenLabel LabelWriter::Write(std::string_view text, const KnownBuses& buses, 
             m_warnings.push_back(source.At(
                 start, "the label \"" + std::string(text) + "\" " + std::string(known.text) + "; it stays as it is"));
     return {std::move(label.text), label.kind != LabelKind::Plain};
+}
+
+void RefuseCollisions(const Hierarchy& hierarchy, const PlannedBlock& block, LabelWriter& labels) {
+    if (block.pages.size() < 2) return;
+    std::map<std::string, std::set<std::size_t>, std::less<>> pagesOf;
+    for (std::size_t page = 0; page < block.pages.size(); ++page) {
+        const SchematicFile& file = *hierarchy.files[block.pages[page].file];
+        for (const Label& label : file.content.labels) {
+            const bool local = label.type == LabelType::Local;
+            if (!local && label.type != LabelType::Hierarchical) continue;
+            const WrittenLabel written = local ? labels.Local(label.text, file.source, label.start)
+                                               : labels.Wide(label.text, file.source, label.start);
+            BusContents::BusLabelExpander members(written.text, BusContents::SquareLimiter);
+            std::size_t left = written.bus ? MostLabelMembers : 1;
+            for (auto member = members.Next(); member && left > 0; member = members.Next(), --left) {
+                const auto known = pagesOf.find(*member);
+                if (known != pagesOf.end()) {
+                    known->second.insert(page);
+                } else {
+                    pagesOf.emplace(*member, std::set<std::size_t>{page});
+                }
+            }
+        }
+    }
+    std::string list;
+    for (const auto& [name, pages] : pagesOf) {
+        if (pages.size() < 2) continue;
+        list.append(list.empty() ? " " : "; ").append(name);
+        const char* before = " (";
+        for (const std::size_t page : pages) {
+            list.append(before).append(hierarchy.files[block.pages[page].file]->name);
+            before = ", ";
+        }
+        list.append(")");
+    }
+    if (!list.empty())
+        throw hierarchy.files[block.pages.front().file]->source.Whole(
+            "merging flat sheets would join labels of one name on different sheets:" + list);
 }
 
 }  // namespace Quill::Interchange::Kicad

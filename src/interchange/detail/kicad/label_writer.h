@@ -47,4 +47,8 @@ private:
     std::unordered_set<std::string_view> m_hierarchical;  // texts of the block's hierarchical labels
 };
 
+// Throws a KicadMessage that lists them when labels that belong to one page would name nets of several pages of a
+// block, which the writer has started: local and hierarchical labels, and the members of those that are buses.
+void RefuseCollisions(const Hierarchy& hierarchy, const PlannedBlock& block, LabelWriter& labels);
+
 }  // namespace Quill::Interchange::Kicad

@@ -1,5 +1,6 @@
 #include "interchange/detail/kicad/read_parts.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace Quill::Interchange::Kicad {
@@ -154,11 +155,19 @@ Field ReadField(TokenReader& reader) {
         } else if (key == "hide") {
             hidden = ReadFlag(reader);
         } else {
+            if (key == "id") field.number = reader.ReadInteger();
             reader.Leave();
         }
     }
     field.look.hidden = field.look.hidden || hidden;
     return field;
+}
+
+void OrderFields(std::vector<Field>& fields) {
+    const bool numbered = std::all_of(fields.begin(), fields.end(), [](const Field& field) { return field.number; });
+    if (numbered)
+        std::stable_sort(fields.begin(), fields.end(),
+                         [](const Field& a, const Field& b) { return *a.number < *b.number; });
 }
 
 void ReadStroke(TokenReader& reader, Orin::LineStyle& style) {

@@ -31,6 +31,7 @@ Orin::Point ReadPointList(TokenReader& reader);   // (key x y)
 std::vector<Orin::Point> ReadPoints(TokenReader& reader);
 TextLook ReadEffects(TokenReader& reader);
 Field ReadField(TokenReader& reader);
+void OrderFields(std::vector<Field>& fields);  // by their numbers, when all have one
 void ReadStroke(TokenReader& reader, Orin::LineStyle& style);
 void ReadFill(TokenReader& reader, Orin::LineStyle& style);
 std::vector<Instance> ReadInstances(TokenReader& reader);  // of an item, by project

@@ -30,6 +30,7 @@ struct Field {
     std::string_view name;
     std::string_view value;
     std::size_t valueStart = 0;
+    std::optional<std::int32_t> number;  // which older files have
     Orin::Point at;
     int angle = 0;  // in degrees, counter-clockwise
     TextLook look;

@@ -153,6 +153,7 @@ void ReadSymbol(Schematic& schematic, TokenReader& reader) {
             reader.Leave();
         }
     }
+    OrderFields(symbol.fields);
     schematic.symbols.push_back(std::move(symbol));
 }
 
@@ -196,6 +197,7 @@ void ReadSheet(Schematic& schematic, TokenReader& reader) {
             reader.Leave();
         }
     }
+    OrderFields(sheet.fields);
     // The first two properties are the sheet's name and file, whatever they are called: their names were translated
     // once.
     if (!sheet.fields.empty()) sheet.name = sheet.fields[0].value;

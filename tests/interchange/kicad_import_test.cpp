@@ -1,0 +1,526 @@
+// Small designs made for one rule each.
+#include "interchange/kicad_import.h"
+
+#include <chrono>
+#include <fstream>
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include "interchange/design_json.h"
+#include "interchange/project_data.h"
+#include "labels/bus_contents_utils.h"
+#include "tests/interchange/imported_design.h"
+
+namespace {
+
+using namespace Quill;
+using namespace Quill::Interchange;
+using namespace Quill::Interchange::Testing;
+using namespace Orin;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+// A folder of its own for the files of one test.
+class KicadImport : public testing::Test {
+protected:
+    KicadImport() {
+        const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+        m_folder = std::filesystem::path(testing::TempDir()) / (std::string("kicad_") + test.name());
+        std::filesystem::remove_all(m_folder);
+        std::filesystem::create_directories(m_folder);
+    }
+    ~KicadImport() override { std::filesystem::remove_all(m_folder); }
+
+    std::filesystem::path Put(const std::string& file, const std::string& text) {
+        const std::filesystem::path path = m_folder / file;
+        std::filesystem::create_directories(path.parent_path());
+        std::ofstream(path, std::ios::binary) << text;
+        return path;
+    }
+    // A message without the folder in front.
+    std::string Short(std::string message) const {
+        const std::string folder = m_folder.generic_string() + "/";
+        for (std::size_t at; (at = message.find(folder)) != message.npos;)
+            message.erase(at, folder.size());
+        return message;
+    }
+
+    std::filesystem::path m_folder;
+};
+
+std::string Schematic(const std::string& items, const std::string& uuid = "root") {
+    return "(kicad_sch (version 20231120) (generator \"test\")\n (uuid \"" + uuid + "\") (paper \"A4\")\n" + items +
+           ")\n";
+}
+
+std::string Sheet(const std::string& name, const std::string& file, const std::string& uuid,
+                  const std::string& more = "") {
+    return " (sheet (at 10 10) (size 20 20) (uuid \"" + uuid + "\")\n  (property \"Blattname\" \"" + name +
+           "\" (at 10 9 0))\n  (property \"Blattdatei\" \"" + file + "\" (at 10 31 0))\n" + more + ")\n";
+}
+
+std::string Page(const std::string& project, const std::string& path, const std::string& page) {
+    return "(instances (project \"" + project + "\" (path \"" + path + "\" (page \"" + page + "\"))))";
+}
+
+// "SHEET NAMES number", walked depth first.
+std::vector<std::string> PagesOf(const ImportedDesign& design) {
+    std::vector<std::string> pages;
+    for (const PageID& page : design.Pages(EAlgorithm::DepthFirst)) {
+        ContainerT<const IPath> path;
+        ContainerT<const IBlock> block;
+        ContainerT<const IGroup> group;
+        EXPECT_TRUE(design.objects.GetPath(path, page.path) && path->GetBlock(block) &&
+                    block->GetGroup(group, page.group));
+        std::string text;
+        ListT<Index> steps;
+        EXPECT_TRUE(path->GetListHierarchyIndexes(steps));
+        for (const Index& step : steps) {
+            ContainerT<const IComp> comp;
+            EXPECT_TRUE(design.objects.GetComp(comp, step));
+            text += LabelOf(*comp) + "/";
+        }
+        String name;
+        EXPECT_TRUE(group->GetName(name));
+        text.append(name.View());
+        ListT<Index> members;
+        EXPECT_TRUE(group->GetListObjects(members));
+        for (const Index& member : members) {
+            ContainerT<const IComp> comp;
+            if (!path->GetCompInPath(comp, member)) continue;
+            const std::string number = AttributeOf(*comp, "$$NotCommonProperty_@PRINTORDER", EAttributeType::User);
+            if (!number.empty()) text += " " + number;
+        }
+        pages.push_back(text);
+    }
+    return pages;
+}
+
+TEST_F(KicadImport, FaultsNameTheirPlaceAndNothingIsWritten) {
+    struct Case {
+        const char* why;
+        std::string root;
+        std::string child;  // no file when empty
+        std::string want;
+    };
+    const std::string good = Schematic("");
+    const Case cases[] = {
+        {"an empty file", "", "", "root.kicad_sch:1:1: the file is empty"},
+        {"another format", "(kicad_pcb (version 1))", "",
+         "root.kicad_sch:1:1: this is no KiCad schematic: it does not begin with (kicad_sch"},
+        {"brackets that do not close", "(kicad_sch\n (wire (pts", "",
+         "root.kicad_sch:2:12: the text ends inside a list"},
+        {"a quote that does not close", "(kicad_sch (a b)\r\n (uuid \"x", "",
+         "root.kicad_sch:2:8: a text without its closing quote"},
+        {"a bracket too many", good + ")", "", "root.kicad_sch:4:1: text after the end of the schematic"},
+        {"no number", Schematic("(junction (at 1 1_0))"), "", "root.kicad_sch:3:17: a number should stand here"},
+        {"a value that is missing", Schematic("(junction (at 1))"), "", "root.kicad_sch:3:16: a value is missing"},
+        {"a length out of this world", Schematic("(junction (at 1 1e300))"), "",
+         "root.kicad_sch:3:17: a length beyond one kilometre"},
+        {"an error in a child", Schematic(Sheet("A", "sub/a.kicad_sch", "u")), "(kicad_sch\n (wire))) x",
+         "sub/a.kicad_sch:2:9: text after the end of the schematic"},
+        {"a child that is missing", Schematic(Sheet("A", "sub/b.kicad_sch", "u")), good,
+         "root.kicad_sch:5:26: sheet \"A\": sub/b.kicad_sch: cannot be read: No such file or directory"},
+        {"a sheet without a file", Schematic(" (sheet (at 1 1))"), good,
+         "root.kicad_sch:3:2: sheet \"\": no file is named"},
+        {"a file below itself", Schematic(Sheet("A", "sub/a.kicad_sch", "u")),
+         Schematic(Sheet("B", "../root.kicad_sch", "u")),
+         "sub/a.kicad_sch:5:26: the hierarchy contains itself: root > sub/a > root"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        std::filesystem::remove_all(m_folder / "sub");
+        if (!c.child.empty()) Put("sub/a.kicad_sch", c.child);
+        ImportedDesign design;
+        EXPECT_EQ(Short(design.Import(Put("root.kicad_sch", c.root))), c.want);
+        EXPECT_EQ(design.name, "untouched");
+        EXPECT_TRUE(design.IsEmpty());
+    }
+    ImportedDesign design;
+    EXPECT_EQ(Short(design.Import(m_folder / "none.kicad_sch")),
+              "none.kicad_sch: cannot be read: No such file or directory");
+    ASSERT_EQ(design.Import(Put("root.kicad_sch", good)), "");
+    EXPECT_THAT(design.Import(m_folder / "root.kicad_sch"), HasSubstr("holds a design already"));
+}
+
+TEST_F(KicadImport, DepthOfBracketsIsNoMatter) {
+    const std::size_t deep = 2'000'000;
+    ImportedDesign design;
+    EXPECT_EQ(design.Import(Put("root.kicad_sch", Schematic(std::string(deep, '(') + std::string(deep, ')')))), "");
+}
+
+TEST_F(KicadImport, SheetsThatMultiplyWithoutBoundAreRefused) {
+    for (int level = 0; level < 30; ++level) {
+        const std::string below = std::to_string(level + 1) + ".kicad_sch";
+        Put(std::to_string(level) + ".kicad_sch",
+            Schematic(level < 29 ? Sheet("a", below, "a") + Sheet("b", below, "b") : std::string()));
+    }
+    ImportedDesign design;
+    EXPECT_EQ(Short(design.Import(m_folder / "0.kicad_sch")),
+              "0.kicad_sch: the hierarchy has more than a million places");
+}
+
+TEST_F(KicadImport, InstancesOfOtherProjectsAndPathsWithoutTheRootAreTold) {
+    Put("a.kicad_sch", Schematic(Sheet("low", "b.kicad_sch", "ub", Page("root", "/root/ua1", "7"))));
+    Put("b.kicad_sch", Schematic(""));
+    struct Case {
+        const char* why;
+        std::string instances;  // of sheet "one"
+        std::string list;       // of the root
+        std::vector<std::string> want;
+    };
+    const std::string own = "(project \"root\" (path \"/root\" (page \"2\")))";
+    const std::string other = "(project \"old\" (path \"/root\" (page \"9\")))";
+    const Case cases[] = {
+        {"the project's own wins",
+         "(instances " + own + other + ")",
+         "",
+         {"1", "one/1 2", "one/low/1 7", "two/1", "two/low/1"}},
+        {"another's holds alone",
+         "(instances " + other + ")",
+         "",
+         {"1", "one/1 9", "one/low/1 7", "two/1", "two/low/1"}},
+        {"another design's is stale",
+         "(instances (project \"x\" (path \"/other\" (page \"9\"))))",
+         "",
+         {"1", "one/1", "one/low/1 7", "two/1", "two/low/1"}},
+        {"the root lists them",
+         "",
+         "(sheet_instances (path \"/\" (page \"#\")) (path \"/ua1\" (page \"3\")) (path \"/root/ua2\" (page \"3\")) "
+         "(path \"/ua2/ub\" (page \"iv\")) (path \"/ua3\" (page \"5\")))",
+         {"1 #", "one/1 3", "one/low/1 7", "two/1 3", "two/low/1 iv"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        ImportedDesign design;
+        ASSERT_EQ(design.Import(Put("root.kicad_sch", Schematic(Sheet("one", "a.kicad_sch", "ua1", c.instances) +
+                                                                Sheet("two", "a.kicad_sch", "ua2") + c.list))),
+                  "");
+        EXPECT_EQ(PagesOf(design), c.want);
+        EXPECT_EQ(design.name, "root");
+    }
+}
+
+TEST_F(KicadImport, MissingChildrenMayBeAllowed) {
+    KicadOptions options;
+    options.allowMissing = true;
+    ImportedDesign design;
+    ASSERT_EQ(design.Import(Put("root.kicad_sch", Schematic(Sheet("A", "none.kicad_sch", "u"))), options), "");
+    EXPECT_THAT(PagesOf(design), ElementsAre("1"));
+    ASSERT_EQ(design.warnings.size(), 1U);
+    EXPECT_EQ(Short(design.warnings[0].Message()),
+              "root.kicad_sch:5:26: sheet \"A\": none.kicad_sch: cannot be read: No such file or directory");
+}
+
+TEST_F(KicadImport, FlatSheetsAreMergedInTheOrderOfTheirNumbers) {
+    const auto label = [](const char* text) {
+        return std::string(" (label \"") + text + "\" (at 1 1 0))\n (wire (pts (xy 1 1) (xy 2 1)))";
+    };
+    const std::string pin = "(pin \"P\" input (at 10 12 180))";
+    KicadOptions options;
+    options.mergeFlatSheets = true;
+    const auto root =
+        Put("root.kicad_sch",
+            Schematic(Sheet("ten", "ten.kicad_sch", "u1", Page("root", "/root", "10")) +
+                      Sheet("Two", "two.kicad_sch", "u2", Page("root", "/root", "2")) +
+                      Sheet("two", "last.kicad_sch", "u3") + Sheet("pins", "pins.kicad_sch", "u4", pin) +
+                      Sheet("x", "twice.kicad_sch", "u5") + Sheet("y", "twice.kicad_sch", "u6") + label("A")));
+    Put("ten.kicad_sch", Schematic(label("B")));
+    Put("two.kicad_sch", Schematic(label("C") + Sheet("low", "low.kicad_sch", "u7", Page("root", "/root/u2", "3"))));
+    Put("low.kicad_sch", Schematic(label("D")));
+    for (const char* file : {"last.kicad_sch", "pins.kicad_sch", "twice.kicad_sch"})
+        Put(file, Schematic(""));
+    ImportedDesign design;
+    ASSERT_EQ(design.Import(root, options), "");
+    EXPECT_THAT(PagesOf(design), ElementsAre("1", "pins/1", "x/1", "y/1", "Two 2", "low 3", "ten 10", "two_1"));
+
+    Put("low.kicad_sch", Schematic(label("A") + label("B")));
+    ImportedDesign refused;
+    EXPECT_EQ(Short(refused.Import(root, options)),
+              "root.kicad_sch: merging flat sheets would join labels of one name on different sheets: "
+              "A (root, low); B (low, ten)");
+    EXPECT_TRUE(refused.IsEmpty());
+}
+
+// Library symbols: a power symbol that is turned and mirrored, and a part whose second body style has its pin
+// elsewhere.
+constexpr const char* Library = R"( (lib_symbols
+  (symbol "power:VCC" (power)
+   (symbol "VCC_0_1" (polyline (pts (xy 0 0) (xy 0 2.54))))
+   (symbol "VCC_1_1" (pin power_in line (at 2.54 5.08 270) (length 0) hide (name "VCC") (number "1"))))
+  (symbol "lib:PART"
+   (symbol "PART_1_1" (pin passive line (at 0 0 0) (length 2.54) (name "A") (number "1")))
+   (symbol "PART_1_2" (pin passive inverted (at 7.62 0 180) (length 2.54) (name "A") (number "1")))
+   (symbol "PART_2_0" (pin passive line (at 1 1 0) (length 1) (name "B") (number "2")))))
+)";
+
+TEST_F(KicadImport, PowerSymbolsNameTheNetAtTheirTurnedPin) {
+    struct Case {
+        const char* placed;
+        const char* end;  // where the pin comes to stand
+    };
+    const Case cases[] = {
+        {"(at 100 50 0)", "102.54 44.92"},
+        {"(at 100 50 90)", "94.92 47.46"},
+        {"(at 100 50 180)", "97.46 55.08"},
+        {"(at 100 50 270)", "105.08 52.54"},
+        {"(at 100 50 0) (mirror x)", "102.54 55.08"},
+        {"(at 100 50 0) (mirror y)", "97.46 44.92"},
+        {"(at 100 50 90) (mirror x)", "94.92 52.54"},
+        {"(at 100 50 90) (mirror y)", "105.08 47.46"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.placed);
+        const std::string symbol = std::string(" (symbol (lib_id \"power:VCC\") ") + c.placed +
+                                   " (unit 1) (property \"Referenz\" \"#PWR1\") (property \"Wert\" \"+5{slash}3\"))\n";
+        ImportedDesign design;
+        ASSERT_EQ(design.Import(Put("root.kicad_sch",
+                                    Schematic(Library + symbol + " (wire (pts (xy 200 200) (xy " + c.end + ")))"))),
+                  "");
+        IteratorT<const IBlock> blocks;
+        IteratorT<const INet> nets;
+        ASSERT_TRUE(design.snapshot->GetIterBlocks(blocks) && blocks->GetIterNets(nets));
+        ASSERT_TRUE(nets);
+        EXPECT_EQ(LabelOf(*nets), "+5/3");
+        ListT<DesignDb::NetPieceInfo> pieces;
+        Index net;
+        ASSERT_TRUE(nets->GetIndex(net) && design.inspector.GetPieces(net, pieces));
+        EXPECT_EQ(pieces.Count(), 1U);
+        ++nets;
+        EXPECT_FALSE(nets);
+    }
+}
+
+// "LABEL (OTHER LABELS): how many pins" of the nets of the root block, and of its buses "LABEL: their nets".
+std::vector<std::string> NetsOf(const ImportedDesign& design) {
+    std::vector<std::string> found;
+    IteratorT<const IBlock> blocks;
+    IteratorT<const INet> nets;
+    IteratorT<const IBus> buses;
+    EXPECT_TRUE(design.snapshot->GetIterBlocks(blocks) && blocks->GetIterNets(nets) && blocks->GetIterBuses(buses));
+    for (; nets; ++nets) {
+        IteratorT<const IPin> pins;
+        int count = 0;
+        EXPECT_TRUE(nets->GetIterPinsConnected(pins) && pins.GetCount(count));
+        String others;
+        const bool has = static_cast<bool>(nets->GetAttribute(KicadAttributes::OtherLabels, others));
+        found.push_back(LabelOf(*nets) + (has ? " (" + std::string(others.View()) + ")" : "") + ": " +
+                        std::to_string(count));
+    }
+    for (; buses; ++buses) {
+        IteratorT<const INet> connected;
+        EXPECT_TRUE(buses->GetIterNetsConnected(connected));
+        found.push_back(LabelOf(*buses) + ":");
+        for (; connected; ++connected)
+            found.back() += " " + LabelOf(*connected);
+    }
+    return found;
+}
+
+TEST_F(KicadImport, NetsBearTheLabelThatRanksFirst) {
+    const std::string library = R"( (lib_symbols
+  (symbol "l:PWR" (power) (symbol "PWR_1_1" (pin power_in line (at 0 0 0) (number "1"))))
+  (symbol "l:FLAG" (power) (symbol "FLAG_1_1" (pin power_out line (at 0 0 0) (number "1"))))
+  (symbol "l:NEAR" (power local) (symbol "NEAR_1_1" (pin power_in line (at 0 0 0) (number "1"))))
+  (symbol "l:IC" (symbol "IC_0_0" (pin power_in line (at 0 0 0) (hide yes) (name "VDD") (number "8"))
+   (pin passive line (at 5 0 0) (number "1")))))
+)";
+    const auto symbol = [](const char* name, const char* at, const char* value = "V") {
+        return std::string(" (symbol (lib_id \"l:") + name + "\") (at " + at +
+               " 0) (unit 1) (property \"Reference\" \"X\") (property \"Value\" \"" + value + "\"))";
+    };
+    const auto label = [](const char* kind, const char* text, const char* at) {
+        return std::string(" (") + kind + " \"" + text + "\" (at " + at + " 0))";
+    };
+    struct Case {
+        const char* why;
+        std::string items;
+        std::vector<std::string> want;
+    };
+    const Case cases[] = {
+        {"global, power, local, hierarchical",
+         " (wire (pts (xy 0 0) (xy 9 0)))" + label("hierarchical_label", "H", "0 0") + label("label", "B", "1 0") +
+             label("label", "A", "2 0") + symbol("PWR", "9 0") + label("global_label", "G", "3 0"),
+         {"G (V\nA\nB\nH): 3"}},
+        {"a local power symbol is a local label",
+         label("label", "B", "0 0") + symbol("NEAR", "0 0", "C"),
+         {"B (C): 1"}},
+        {"a flag names nothing", " (wire (pts (xy 0 0) (xy 9 0)))" + symbol("FLAG", "9 0"), {": 1"}},
+        {"hidden power pins connect by name",
+         symbol("IC", "0 0") + symbol("IC", "50 0") + symbol("PWR", "9 9", "VDD"),
+         {"VDD: 3"}},
+        {"wires that cross stay apart",
+         " (wire (pts (xy 0 0) (xy 9 0))) (wire (pts (xy 5 5) (xy 5 -5)))",
+         {": 0", ": 0"}},
+        {"a junction joins them",
+         " (wire (pts (xy 0 0) (xy 9 0))) (wire (pts (xy 5 5) (xy 5 -5))) (junction (at 5 0))",
+         {": 0"}},
+        {"local labels follow the buses of their block, and hierarchical ones that they are one net with",
+         label("label", "E2", "1 1") + label("label", "F2", "2 2") + label("hierarchical_label", "F2", "3 3") +
+             label("global_label", "E2", "4 4"),
+         {"E2: 0", "F[2]: 1", "E[2]: 1"}},
+        {"a bus without a label is called by a pin on it", " (bus (pts (xy 10 12) (xy 0 12)))", {"E[0:3]:"}},
+        {"nets join a bus by entries and by their names",
+         " (bus (pts (xy 0 0) (xy 0 9))) (bus_entry (at 0 5) (size 2 2)) (wire (pts (xy 2 7) (xy 5 7)))" +
+             label("label", "K[1..0]", "0 0") + label("label", "K1", "7 7") + label("label", "L", "5 7"),
+         {"L: 1", "K[1]: 0", "K[1:0]: L K[1]"}},
+    };
+    Put("child.kicad_sch", Schematic(label("label", "E[0..3]", "0 0") + label("label", "{F[0..3] PRO}", "9 9")));
+    Put("root.kicad_pro", "{\"schematic\": {\"bus_aliases\": {\"PRO\": [\"X\", \"Y\"]}}}");
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        const std::string pin =
+            c.items.find("(bus (pts (xy 10 12)") != c.items.npos ? "(pin \"E[0..3]\" input (at 10 12 180))" : "";
+        ImportedDesign design;
+        ASSERT_EQ(design.Import(
+                      Put("root.kicad_sch", Schematic(library + c.items + Sheet("s", "child.kicad_sch", "u", pin)))),
+                  "");
+        EXPECT_EQ(NetsOf(design), c.want);
+        EXPECT_TRUE(design.warnings.empty());
+    }
+}
+
+TEST_F(KicadImport, WarnsOfWhatItCannotTakeOver) {
+    struct Case {
+        const char* why;
+        std::string text;
+        std::string want;
+    };
+    const Case cases[] = {
+        {"an older format", "(kicad_sch (version 20200101))",
+         "root.kicad_sch: the format version 20200101 is not known; the file is read as far as it is understood"},
+        {"a newer one, with line ends of another system",
+         "(kicad_sch\r\n(version 20990101)\r\n(strange (new) things))\r\n",
+         "root.kicad_sch: the format version 20990101 is not known; the file is read as far as it is understood"},
+        {"images", Schematic("(image (at 1 1) (data |a(b|))"), "root.kicad_sch: images are left out: 1"},
+        {"a symbol of which there is no copy", Schematic("(symbol (lib_id \"a:b\") (at 1 1 0))"),
+         "root.kicad_sch:3:1: the file has no copy of the symbol a:b, so it has no pins"},
+        {"a label that cannot be written", Schematic("(bus_alias \"A\" (members \"{A}\"))(label \"{A}\" (at 1 1 0))"),
+         "root.kicad_sch:3:32: the label \"{A}\" has an alias that contains itself; it stays as it is"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.why);
+        ImportedDesign design;
+        ASSERT_EQ(design.Import(Put("root.kicad_sch", c.text)), "");
+        ASSERT_EQ(design.warnings.size(), 1U);
+        EXPECT_EQ(Short(design.warnings[0].Message()), c.want);
+    }
+    Put("root.kicad_pro", "{\"schematic\":");
+    ImportedDesign design;
+    ASSERT_EQ(design.Import(Put("root.kicad_sch", Schematic(""))), "");
+    ASSERT_EQ(design.warnings.size(), 1U);
+    EXPECT_EQ(Short(design.warnings[0].Message()), "root.kicad_pro: this is no JSON; its bus aliases are left out");
+}
+
+TEST_F(KicadImport, WritesWhatTheFilesSay) {
+    const std::string symbol = R"( (symbol (lib_id "lib:PART") (at 20 20 0) (unit 1) (convert 2) (in_bom no) (dnp no)
+   (uuid "s1") (property "Reference" "U?" (at 1 2 0)) (property "Value" "10\"k") (property "Mine" "x")
+   (instances (project "root" (path "/root" (reference "U7") (unit 2)))))
+)";
+    const std::string labels = R"( (global_label "D3" (shape output) (at 50 50 90) (uuid "g1"))
+ (bus (pts (xy 0 0) (xy 0 30))) (label "D[7..0]" (at 0 10 0))
+ (bus_entry (at 0 20) (size 2.54 -2.54) (uuid "e1")) (wire (pts (xy 2.54 17.46) (xy 9 17.46))) (label "D2" (at 5 17.46 0))
+ (label "OTHER" (at 9 17.46 0)) (text "no\\thing" (at 1 1 180)) (bezier (pts (xy 0 0) (xy 1 1) (xy 2 1) (xy 3 0)))
+ (bus_alias "PAIR" (members "P" "N")) (arc (start 1e0 0) (mid 2 1) (end 3 0))
+)";
+    ImportedDesign design;
+    ASSERT_EQ(design.Import(Put("root.kicad_sch", Schematic(Library + symbol + labels))), "");
+    EXPECT_TRUE(design.warnings.empty());
+    std::string text;
+    ASSERT_TRUE(WriteDesignJson(design.snapshot, design.name, text));
+    std::ifstream expected(QUILL_TEST_DATA "/kicad_import.json", std::ios::binary);
+    EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(expected), {}));
+    ImportedDesign again;
+    ASSERT_EQ(again.Import(m_folder / "root.kicad_sch"), "");
+    std::string same;
+    ASSERT_TRUE(WriteDesignJson(again.snapshot, again.name, same));
+    EXPECT_EQ(same, text);
+
+    EXPECT_EQ(BusContents::Utils::getNetLimiter(), -1);
+    {
+        const ProjectDataService service(design.snapshot);
+        EXPECT_EQ(BusContents::Utils::getNetLimiter(), 1);
+        EXPECT_EQ(BusContents::Utils::resolve_bus_contents("pair"), "P,N");
+    }
+    EXPECT_EQ(BusContents::Utils::resolve_bus_contents("pair"), "pair");
+}
+
+// Bytes, words and brackets changed, taken out, doubled and cut off, from a seed that says which.
+std::string Mutated(std::string text, std::mt19937& random) {
+    const auto below = [&random](std::size_t bound) { return random() % std::max<std::size_t>(bound, 1); };
+    static const std::string s_pieces[] = {
+        "(",    ")", "\"", "1e9", "-1e-9", "(at 1 1)",   "(mirror x)", "\\",     "|",           "\0",
+        "\xFF", "#", "[",  "..",  "{",     "9999999999", "(unit 0)",   "(sheet", "(path \"/\")"};
+    for (std::size_t edits = 1 + below(4); edits > 0; --edits) {
+        const std::size_t at = below(text.size());
+        const std::size_t length = below(below(8) == 0 ? 400 : 12);
+        switch (below(5)) {
+            case 0:
+                text.resize(at);
+                break;
+            case 1:
+                text.erase(at, length);
+                break;
+            case 2:
+                text.insert(at, text.substr(below(text.size()), length));
+                break;
+            case 3:
+                text.insert(at, s_pieces[below(std::size(s_pieces))]);
+                break;
+            default:
+                if (at < text.size()) text[at] = static_cast<char>(random());
+                break;
+        }
+    }
+    return text;
+}
+
+TEST_F(KicadImport, DamagedFilesGiveAFaultOrADesignThatCanBeWrittenAndReadAgain) {
+    const std::string child = Schematic(std::string(Library) +
+                                        " (hierarchical_label \"B[0..3]\" (shape input) (at 1 1 0))"
+                                        " (symbol (lib_id \"lib:PART\") (at 5 5 90) (unit 2) (uuid \"s\") (property "
+                                        "\"Reference\" \"R1\") (instances (project \"root\" (path \"/root/u\" "
+                                        "(reference \"R2\") (unit 1)))))");
+    const std::string root = Schematic(
+        std::string(Library) + " (bus_alias \"AL\" (members \"X\" \"Y[0..1]\"))" +
+        " (symbol (lib_id \"power:VCC\") (at 9 9 0) (mirror y) (unit 1) (property \"Reference\" \"#P\") (property "
+        "\"Value\" "
+        "\"VCC\"))" +
+        Sheet("A", "a.kicad_sch", "u", "(pin \"B[0..3]\" input (at 10 15 180))" + Page("root", "/root", "2")) +
+        " (bus (pts (xy 10 15) (xy 5 15))) (label \"P{AL}\" (at 5 15 0)) (bus_entry (at 7 15) (size 1 1))"
+        " (wire (pts (xy 8 16) (xy 8 20))) (junction (at 8 18)) (label \"~{P.X}\" (at 8 19 0)) (no_connect (at 3 3))"
+        " (text_box \"t\" (at 1 1 0) (size 3 3)) (circle (center 1 1) (radius 2)) (arc (start 1 1) (mid 2 2) (end 3 1))"
+        " (sheet_instances (path \"/\" (page \"1\"))) (symbol_instances (path \"/u/s\" (reference \"R3\") (unit 1)))");
+    Put("a.kicad_sch", child);
+    unsigned designs = 0;
+    for (unsigned seed = 0; seed < 2000; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        const bool damagesRoot = seed < 1400;
+        if (seed == 1400) Put("root.kicad_sch", root);
+        const auto path = damagesRoot ? Put("root.kicad_sch", Mutated(root, random)) : m_folder / "root.kicad_sch";
+        if (!damagesRoot) Put("a.kicad_sch", Mutated(child, random));
+        KicadOptions options;
+        options.allowMissing = seed % 2 == 0;
+        options.mergeFlatSheets = seed % 5 == 0;
+        ImportedDesign design;
+        const auto start = std::chrono::steady_clock::now();
+        const std::string fault = design.Import(path, options);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+        if (!fault.empty()) {
+            EXPECT_TRUE(design.IsEmpty());
+            EXPECT_EQ(fault.find(" /blocks"), fault.npos) << fault;  // a model that does not fit together
+            continue;
+        }
+        ++designs;
+        std::string text;
+        ASSERT_TRUE(WriteDesignJson(design.snapshot, design.name, text));
+        ImportedDesign read;
+        const auto refused = ReadDesignJson(text, read.snapshot, read.name);
+        EXPECT_FALSE(refused) << refused->Message();
+    }
+    EXPECT_GT(designs, 200U);
+}
+
+}  // namespace
