@@ -52,6 +52,7 @@ private:
 
 // The options that most commands have.
 void AddDesignArgument(CLI::App& command, std::string& design);
+void AddSheetArguments(CLI::App& command, std::string& block, std::string& sheet);
 void AddConfigOption(CLI::App& command, std::string& config);
 void AddJsonFlag(CLI::App& command, bool& json);
 
@@ -65,12 +66,22 @@ void AddConnectorsCommand(CommandLine& line);
 void AddConnectorsAllCommand(CommandLine& line);
 void AddConnectorsLonelyCommand(CommandLine& line);
 void AddConnectorsNextCommand(CommandLine& line);
+void AddIdsCommand(CommandLine& line);
 void AddImportCommand(CommandLine& line);
 void AddInfoCommand(CommandLine& line);
 void AddLabelCheckCommand(CommandLine& line);
 void AddLabelInvertCommand(CommandLine& line);
 void AddNetsCommand(CommandLine& line);
 void AddPagesCommand(CommandLine& line);
+void AddPagesExcludeCommand(CommandLine& line);
+void AddPagesIncludeCommand(CommandLine& line);
+void AddPagesWhyCommand(CommandLine& line);
 void AddSheetsCommand(CommandLine& line);
+void AddSheetsDownCommand(CommandLine& line);
+void AddSheetsMoveCommand(CommandLine& line);
+void AddSheetsNewCommand(CommandLine& line);
+void AddSheetsRenumberCommand(CommandLine& line);
+void AddSheetsUpCommand(CommandLine& line);
+void AddWalkCommand(CommandLine& line);
 
 }  // namespace Quill::Cli

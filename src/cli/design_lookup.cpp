@@ -1,6 +1,7 @@
 #include "cli/design_lookup.h"
 
 #include "cli/command.h"
+#include "text/ascii.h"
 
 namespace Quill::Cli {
 
@@ -52,6 +53,24 @@ ContainerT<const Orin::IBlock> FindBlock(const Orin::ISnapshot& snapshot, const 
     const std::vector<ContainerT<const Orin::IBlock>> found = FindBlocks(snapshot, name);
     if (found.size() != 1) throw CommandError("The design has several schematic blocks called " + name);
     return found.front();
+}
+
+ContainerT<const Orin::IGroup> FindSheet(const Orin::IBlock& block, const std::string& name) {
+    Orin::ListT<Orin::GroupInfo> sheets;
+    Need(block.GetListOwnedGroups(sheets, SheetTypes()));
+    ContainerT<const Orin::IGroup> found;
+    for (const Orin::GroupInfo& sheet : std::as_const(sheets)) {
+        if (sheet.name.View() != name) continue;
+        if (found) throw CommandError("Block " + NameOf(block) + " has several sheets called " + name);
+        Need(block.GetGroup(found, sheet.index));
+    }
+    if (!found) throw CommandError("Block " + NameOf(block) + " has no sheet called " + name);
+    return found;
+}
+
+bool IsMarkedExcluded(const Orin::IGroup& sheet) {
+    Orin::String mark;
+    return sheet.GetAttribute("ExcludeFromPrintout", mark) && Text::EqualNoCase(mark.View(), "TRUE");
 }
 
 std::vector<std::string> LabelsOnTheWay(const Orin::ISnapshot& snapshot, const Orin::ListT<Orin::Index>& hierarchy) {

@@ -40,6 +40,12 @@ std::vector<Orin::ContainerT<const Orin::IBlock>> FindBlocks(const Orin::ISnapsh
 // The only schematic block of that name. Throws a CommandError when there is none, or several.
 Orin::ContainerT<const Orin::IBlock> FindBlock(const Orin::ISnapshot& snapshot, const std::string& name);
 
+// The only sheet of the block with that name. Throws a CommandError when there is none, or several.
+Orin::ContainerT<const Orin::IGroup> FindSheet(const Orin::IBlock& block, const std::string& name);
+
+// Whether the sheet's own mark excludes it from printing.
+bool IsMarkedExcluded(const Orin::IGroup& sheet);
+
 // The labels of the hierarchical components that lead to the place, root first.
 std::vector<std::string> LabelsOnTheWay(const Orin::ISnapshot& snapshot, const Orin::ListT<Orin::Index>& hierarchy);
 

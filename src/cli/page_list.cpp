@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cli/command.h"
 #include "cli/design_lookup.h"
 #include "properties/property_mangler.h"
 
@@ -91,6 +92,19 @@ PageList ListPages(const OpenDesign& design, const std::string& config, EAlgorit
     for (const PageID& id : Walked(design, name, EAlgorithm::DepthFirst, ECompAlgorithm::Default).heldPages())
         if (!pages.containsPage(id)) list.dropped.push_back(reader.Read(id));
     return list;
+}
+
+const PageEntry& FindPage(const PageList& list, const std::string& numberOrName) {
+    for (const PageEntry& page : list.pages)
+        if (!page.number.empty() && page.number == numberOrName) return page;
+    const PageEntry* found = nullptr;
+    for (const PageEntry& page : list.pages) {
+        if (page.id.name != numberOrName) continue;
+        if (found != nullptr) throw CommandError("There are several pages called " + numberOrName);
+        found = &page;
+    }
+    if (found == nullptr) throw CommandError("There is no page " + numberOrName);
+    return *found;
 }
 
 }  // namespace Quill::Cli

@@ -34,4 +34,7 @@ struct PageList {
 // Walks the configuration called `config` (open_design.h). Throws a CommandError or the failed Orin::Result.
 PageList ListPages(const OpenDesign& design, const std::string& config, EAlgorithm order, ECompAlgorithm children);
 
+// The page with that number, else the only one with that name. Throws a CommandError when there is none, or several.
+const PageEntry& FindPage(const PageList& list, const std::string& numberOrName);
+
 }  // namespace Quill::Cli

@@ -1,66 +1,21 @@
 // quill pages: all pages of a design, numbered.
 #include <iostream>
 
-#include <fmt/format.h>
-
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
 #include "cli/page_list.h"
+#include "cli/page_options.h"
 
 namespace Quill::Cli {
 
 namespace {
 
-struct Order {
-    const char* name;
-    EAlgorithm algorithm;
-};
-
-constexpr Order Orders[] = {
-    {"depth", EAlgorithm::DepthFirst},
-    {"level", EAlgorithm::LevelByLevel},
-    {"print", EAlgorithm::PrintOrder},
-};
-
-struct ChildOrder {
-    const char* name;
-    ECompAlgorithm ascending;
-    ECompAlgorithm descending;
-};
-
-constexpr ChildOrder ChildOrders[] = {
-    {"default", ECompAlgorithm::Default, ECompAlgorithm::DefaultDescending},
-    {"custom", ECompAlgorithm::Custom, ECompAlgorithm::CustomDescending},
-    {"name", ECompAlgorithm::Name, ECompAlgorithm::NameDescending},
-    {"symbol", ECompAlgorithm::Symbol, ECompAlgorithm::SymbolDescending},
-    {"refdes", ECompAlgorithm::RefDes, ECompAlgorithm::RefDesDescending},
-};
-
 struct Options {
     std::string design;
-    std::string config;
-    std::string order = "depth";
-    std::string children = "default";
-    bool descending = false;
+    PageOptions pages;
     bool json = false;
 };
-
-// The row of that name; the command line lets no others through.
-template <class Row, std::size_t Size>
-const Row& RowOf(const Row (&rows)[Size], std::string_view name) {
-    for (const Row& row : rows)
-        if (row.name == name) return row;
-    throw CommandError(fmt::format("There is no order called {}", name));
-}
-
-template <class Row, std::size_t Size>
-CLI::IsMember NamesOf(const Row (&rows)[Size]) {
-    std::vector<std::string> names;
-    for (const Row& row : rows)
-        names.emplace_back(row.name);
-    return CLI::IsMember(names);
-}
 
 nlohmann::ordered_json AsJson(const std::vector<PageEntry>& pages) {
     auto answer = nlohmann::ordered_json::array();
@@ -86,16 +41,15 @@ std::string AsTable(const std::vector<PageEntry>& pages) {
 
 ExitCode Run(const Options& options) {
     const OpenDesign design = ReadDesign(options.design);
-    const ChildOrder& children = RowOf(ChildOrders, options.children);
-    const PageList list = ListPages(design, options.config, RowOf(Orders, options.order).algorithm,
-                                    options.descending ? children.descending : children.ascending);
+    const PageOptions& order = options.pages;
+    const PageList list = ListPages(design, order.config, order.Algorithm(), order.ChildAlgorithm());
     if (options.json) {
         PrintJson(AsJson(list.pages));
     } else {
         std::cout << AsTable(list.pages);
     }
     for (const PageEntry& page : list.dropped)
-        Say("The child order \"" + options.children + "\" drops " + page.Description());
+        Say("The child order \"" + order.children + "\" drops " + page.Description());
     return Done;
 }
 
@@ -126,11 +80,7 @@ void AddPagesCommand(CommandLine& line) {
         "  quill pages --children refdes --descending --json examples/vibration-recorder.json",
         [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
-    command.add_option("--order", options->order, "depth (default), level or print")->check(NamesOf(Orders));
-    command.add_option("--children", options->children, "default, custom, name, symbol or refdes")
-        ->check(NamesOf(ChildOrders));
-    command.add_flag("--descending", options->descending, "the child order backwards");
-    AddConfigOption(command, options->config);
+    AddPageOptions(command, options->pages);
     AddJsonFlag(command, options->json);
 }
 

@@ -10,7 +10,6 @@
 #include "cli/open_design.h"
 #include "sheets/sheet_name.h"
 #include "sheets/sheet_range.h"
-#include "text/ascii.h"
 
 namespace Quill::Cli {
 
@@ -37,8 +36,7 @@ SheetEntry Read(const Orin::IGroup& sheet) {
     Orin::ListT<Orin::Index> objects;
     Need(sheet.GetListObjects(objects));
     entry.objects = objects.Count();
-    Orin::String mark;
-    entry.excluded = sheet.GetAttribute("ExcludeFromPrintout", mark) && Text::EqualNoCase(mark.View(), "TRUE");
+    entry.excluded = IsMarkedExcluded(sheet);
     return entry;
 }
 

@@ -1,57 +1,14 @@
 // The commands that ask a design, on one small design that has what is out of the ordinary.
+#include "tests/cli/plant.h"
 #include "tests/cli/run_program.h"
 
 namespace {
 
 using Tests::Outcome;
 
-// Two blocks stand below sheet B under one label, sheet A is excluded and stands first in the block but second in the
-// user's order, print order 7 is given to three pages, and one name holds an escape character.
-const char* const Plant = R"({"format": "quill-design", "version": 1, "design": "plant",
-"attributes": [["$$Internal_BUS_CONTENTS", "DB\tD[1:0],CLK\nX\tY\nY\tX,Z\n"], ["$$Internal_NET_LIMITER", "[]"]],
-"blocks": [
-{"index": "block:1", "name": "plant", "types": ["schematic"],
- "groups": [
-  {"index": "group:1", "name": "A", "members": ["comp:4", "comp:5", "bus:3"],
-   "attributes": [["$$Internal_CUSTOM_ORDER", "2"], ["ExcludeFromPrintout", "TRUE"]]},
-  {"index": "group:2", "name": "B", "members": ["comp:1", "comp:2", "comp:3", "comp:6", "bus:1", "bus:2"],
-   "attributes": [["$$Internal_CUSTOM_ORDER", "1"]]}],
- "comps": [
-  {"index": "comp:1", "types": ["border", "titled"], "attributes": [["$$NotCommonProperty_@PRINTORDER", "7"]]},
-  {"index": "comp:2", "label": "S", "name": "b", "types": ["hierarchical"], "child": "block:2",
-   "attributes": [["REFDES", "U10"]]},
-  {"index": "comp:3", "label": "S", "name": "a", "types": ["hierarchical"], "child": "block:3",
-   "attributes": [["REFDES", "U2"]]},
-  {"index": "comp:4", "types": ["border", "titled"], "attributes": [["$$NotCommonProperty_@PRINTORDER", "3"]]},
-  {"index": "comp:5", "label": "T", "types": ["hierarchical"], "child": "block:2"},
-  {"index": "comp:6", "label": "NET", "types": ["connector"], "partition": "lib", "definition": "comp:30"}],
- "buses": [
-  {"index": "bus:1", "label": "D[1:0]"},
-  {"index": "bus:2", "label": "DB",
-   "attributes": [["KiCad Label", "DB{}"], ["KiCad Other Labels", "E[7]\n"], ["Other Labels", "E7\n$F[1:0]"]]},
-  {"index": "bus:3", "label": "D[1:0]"}]},
-{"index": "block:2", "name": "sub", "types": ["schematic"],
- "groups": [{"index": "group:3", "name": "1\u001b", "members": ["comp:10", "comp:11", "comp:12"]}],
- "comps": [
-  {"index": "comp:10", "types": ["border", "titled"], "attributes": [["$$NotCommonProperty_@PRINTORDER", "7"]]},
-  {"index": "comp:11", "label": "NET", "partition": "kicad", "definition": "comp:31", "pins": [{"index": "pin:1"}]},
-  {"index": "comp:12", "label": "PIN", "types": ["connector"], "partition": "kicad", "definition": "comp:32"}],
- "nets": [{"index": "net:1", "label": "N2"}, {"index": "net:2"}, {"index": "net:3", "label": "N2", "pins": ["pin:1"]}]},
-{"index": "block:3", "name": "aux", "types": ["schematic"],
- "groups": [{"index": "group:4", "name": "x", "members": ["comp:20"]}], "buses": [{"index": "bus:4"}],
- "comps": [{"index": "comp:20", "label": "ALONE", "types": ["connector"], "partition": "lib", "definition": "comp:30"}]},
-{"index": "block:4", "name": "lib", "types": ["symbol"],
- "comps": [
-  {"index": "comp:30", "name": "off.1", "types": ["symbol"]},
-  {"index": "comp:31", "name": "global_label.input", "types": ["symbol"]},
-  {"index": "comp:32", "name": "hierarchical_label.input", "types": ["symbol"]}]}],
-"configurations": [{"index": "config:1", "name": "plant", "root": "block:1"},
-                   {"index": "config:2", "name": "bench", "root": "block:3"},
-                   {"index": "config:3", "name": "nothing"}]})";
-
 class Query : public Tests::ProgramTest {
 protected:
-    Query() { Write("plant.json", Plant); }
+    Query() { Write("plant.json", Tests::Plant); }
 
     struct Case {
         const char* arguments;
@@ -141,6 +98,119 @@ TEST_F(Query, PagesAreListedInEveryOrder) {
     "excluded": false)"),
               std::string::npos)
         << json;
+}
+
+TEST_F(Query, PagesTellHowTheyCameByTheirNumbers) {
+    const Case cases[] = {
+        {"pages why plant.json 2", 0, R"(2: page $2I0\1\x1B (sheet 1\x1B of sub at /S)
+  the walk begins in block plant
+  sheet B is number 1 of 2 sheets of block plant
+  below it, component S is number 1 of 2 by the child order "default"
+  sheet 1\x1B is number 1 of 1 sheet of block sub
+  by "depth", 1 page stands before it
+  its number is 2
+)",
+         ""},
+        {"pages why plant.json A", 0, R"(no number: page A (sheet A of plant at /)
+  the walk begins in block plant
+  sheet A is number 2 of 2 sheets of block plant
+  the sheet is marked as excluded from printing
+  by "depth", 3 pages stand before it
+  excluded pages have no number
+)",
+         ""},
+        {"pages why plant.json A --order print | tail -n 3", 0, R"(  its print order is 3
+  by print order excluded pages are numbered too
+  in the order of all print orders, its number is 1
+)",
+         ""},
+        {"pages why plant.json '$3I0\\x' --order print | tail -n 1", 0,
+         "  no print order stands on the page, so it has no number\n", ""},
+        {"pages why plant.json \"$(printf '$5I0\\\\1\\033')\" --order print | tail -n 3", 0,
+         R"(  a page above is excluded from printing, and with it this page
+  its print order is 7
+  page B (sheet B of plant at /) has it before, so this page has no number
+)",
+         ""},
+        {"pages why plant.json 3 --order level --children refdes --descending --json", 0, R"({
+  "number": "3",
+  "name": "$3I0\\x",
+  "steps": [
+    "the walk begins in block plant",
+    "sheet B is number 1 of 2 sheets of block plant",
+    "below it, component S is number 2 of 2 by the child order \"refdes\" backwards",
+    "sheet x is number 1 of 1 sheet of block aux",
+    "the page is at level 1, counted from 0",
+    "by \"level\", 3 pages stand before it, 1 of them excluded",
+    "its number is 3"
+  ]
+}
+)",
+         ""},
+        {"pages why plant.json 4", 2, "", "quill: There is no page 4\n"},
+    };
+    Check(cases);
+}
+
+TEST_F(Query, GraphicsAndIdsOfASheetAreListed) {
+    Write("drawn.json", R"({"format": "quill-design", "version": 1, "blocks": [
+{"index": "block:1", "name": "b", "types": ["schematic", "drawn"],
+ "groups": [{"index": "group:1", "name": "1", "attributes": [["$$Internal_ID", "1"]], "members": ["comp:1", "net:1"],
+   "view": {"lines": [{"index": "line:1", "id": 5, "points": [[0, 0], [9, 9]]}],
+            "texts": [{"index": "text:1", "id": 5, "text": "note", "at": [1000000, 2000000]}]}}],
+ "comps": [{"index": "comp:1", "attributes": [["V", "5"]], "drawn": [
+   {"on": "group:1", "body": {"id": 1, "at": [25400000, 12700000]}, "label": {"id": 0},
+    "attributes": [{"name": "V", "value": "5", "id": 3, "attributeId": 4194305, "at": [5000, -5000]}]}]}],
+ "nets": [{"index": "net:1", "pieces": [{"index": "piece:1", "on": "group:1", "id": 4,
+   "joints": [[1, 0, 0], [2, 10, 0], [9, 20, 0]], "segments": [[1, 1, 2], [2, 2, 9]]}]}]}]})");
+    const Case cases[] = {
+        {"walk drawn.json b 1", 0, R"(Kind       Id  Attribute id  X (mm)  Y (mm)  Joints  Segments  Text
+component   1                25.400  12.700
+label                         0.000   0.000
+attribute   3       4194305   0.005  -0.005
+net         4                 0.000   0.000  1-2 9   1-2
+line        5                 0.000   0.000
+text        5                 1.000   2.000                    note
+)",
+         ""},
+        {"ids drawn.json b 1", 1, R"(Kind       Used  Highest     Next
+object        5        5        6
+attribute     1  4194305  4194306
+joint         3        9
+segment       2        2
+)",
+         "quill: object id 5 stands on several items\n"},
+        {"ids drawn.json b 2", 2, "", "quill: Block b has no sheet called 2\n"},
+    };
+    Check(cases);
+    EXPECT_NE(Run("walk drawn.json b 1 --json").out.find(R"("kind": "label",
+    "id": null,
+    "at": [
+      0,
+      0
+    ]
+  },
+  {
+    "kind": "attribute",
+    "id": 3,
+    "at": [
+      5000,
+      -5000
+    ],
+    "attributeId": 4194305
+  },)"),
+              std::string::npos);
+    EXPECT_EQ(Run("ids drawn.json b 1 --json | head -n 10").out, R"({
+  "object": {
+    "used": 5,
+    "highest": 5,
+    "next": 6,
+    "doubled": [
+      5
+    ]
+  },
+  "attribute": {
+)");
 }
 
 TEST_F(Query, ConnectorsAreListedByLabel) {

@@ -55,7 +55,7 @@ public:
     // The pages that are here, in the order of their entering.
     std::vector<PageID> List() const {
         std::vector<PageID> pages;
-        pages.reserve(m_slots.size());
+        pages.reserve(m_records.size());
         for (const Record& record : m_records)
             if (Find(record.page) == &record) pages.push_back(record.page);
         return pages;
