@@ -1,17 +1,22 @@
 // The database beside bare containers of plain structs under one uncontended shared mutex that copy their answer, at
 // random over 1,000,000 components. Batches of both alternate; `ratio` is ours to theirs, its limit 3.
-// And what it costs to build such a design: per_comp stays about the same from one size to the next.
+// What it costs to build such a design: per_comp stays about the same from one size to the next.
+// And, of the same design: two reader threads beside one, an edit that one idle observer hears of beside one that
+// nobody hears of, a save point and the first write after it.
 
-#include <chrono>
+#include <algorithm>
 #include <mutex>
+#include <optional>
 #include <random>
 #include <shared_mutex>
 #include <string>
+#include <thread>
 #include <unordered_map>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
+#include <time.h>
 
 #include "designdb/database.h"
 #include "designdb/editor.h"
@@ -34,6 +39,7 @@ struct Design {
     ContainerT<const ISnapshot> snapshot;
     IUIDManager objects;
     std::vector<Index> comps, sheets;
+    double undoBytes = 0;  // that the transaction held until it was committed
 
     explicit Design(std::size_t count) {
         static int s_designs = 0;
@@ -54,7 +60,10 @@ struct Design {
         comps.reserve(count);
         while (comps.size() < count)
             AddBlock(editor, top, *root);
+        const struct mallinfo2 open = mallinfo2();
         Need(snapshot->CommitTransaction());
+        const struct mallinfo2 done = mallinfo2();
+        undoBytes = static_cast<double>(open.uordblks + open.hblkhd - done.uordblks - done.hblkhd);
     }
 
 private:
@@ -116,6 +125,19 @@ struct Fixture {
     }
 };
 
+// Of this thread's work, whatever else the machine does meanwhile.
+template <class Work>
+double Seconds(Work&& work) {
+    const auto now = [] {
+        timespec time{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+    };
+    const double begin = now();
+    work();
+    return now() - begin;
+}
+
 // Times batches of both operations in turn, each on a random number below `limit`.
 template <class Ours, class Theirs>
 void Compare(benchmark::State& state, std::size_t limit, Ours&& ours, Theirs&& theirs) {
@@ -127,10 +149,10 @@ void Compare(benchmark::State& state, std::size_t limit, Ours&& ours, Theirs&& t
     const auto time = [&](auto& operation) {
         for (std::size_t& position : at)
             position = any(random);
-        const auto begin = std::chrono::steady_clock::now();
-        for (const std::size_t position : at)
-            operation(position);
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+        return Seconds([&] {
+            for (const std::size_t position : at)
+                operation(position);
+        });
     };
     for (auto _ : state) {
         const double our = time(ours);
@@ -200,20 +222,106 @@ void ListSheet(benchmark::State& state) {
         });
 }
 
+// Reads of two threads at once, each through a client of its own, to those of one in the same time: at least 1.6.
+void TwoReaders(benchmark::State& state) {
+    Fixture& f = Fixture::Get();
+    constexpr std::size_t Reads = 200000;
+    const auto read = [&](unsigned seed) {
+        const std::unique_ptr<OrinPI> connection = f.design.database.Connect("reader");
+        ContainerT<const ISnapshot> snapshot;
+        IUIDManager objects;
+        Need(connection->GetSnapshotByName(snapshot, WorkingSnapshot));
+        Need(snapshot->GetUIDManager(objects));
+        const String name("Ref Designator");
+        std::mt19937 random(seed);
+        for (std::size_t i = 0; i < Reads; ++i) {
+            ContainerT<const IComp> comp;
+            String value;
+            benchmark::DoNotOptimize(objects.GetComp(comp, f.design.comps[random() % Fixture::Count]));
+            benchmark::DoNotOptimize(comp->GetAttribute(name, value, EAttributeType::User));
+        }
+    };
+    double sums[2] = {};
+    unsigned seed = 0;
+    for (auto _ : state) {
+        sums[0] += Seconds([&] { read(++seed); });
+        double others = 0;
+        std::thread other([&] { others = Seconds([&] { read(seed + 1); }); });
+        const double own = Seconds([&] { read(seed + 2); });
+        other.join();
+        seed += 2;
+        const double both = std::max(own, others);
+        sums[1] += both;
+        state.SetIterationTime(both);
+    }
+    state.counters["scale"] = 2 * sums[0] / sums[1];
+}
+
+class Idle final : public EventObserver {};
+
+// `ratio` is an edit that is observed to one that is not, its limit 1.5.
+void ObservedEdit(benchmark::State& state) {
+    Fixture& f = Fixture::Get();
+    Editor editor;
+    Need(Editor::Open(editor, f.design.snapshot));
+    const String name("Ref Designator"), value("U");
+    constexpr int Batch = 512;
+    std::mt19937 random(1);
+    double sums[2] = {};
+    const auto edit = [&] {
+        return Seconds([&] {
+            for (int i = 0; i < Batch; ++i)
+                Need(editor.SetAttribute(f.design.comps[random() % Fixture::Count], name, value));
+        });
+    };
+    for (auto _ : state) {
+        Idle idle;
+        sums[0] += edit();
+        Need(f.design.snapshot->AddEventObserver(&idle));
+        const double observed = edit();
+        Need(f.design.snapshot->RemoveEventObserver(&idle));
+        sums[1] += observed;
+        state.SetIterationTime(observed);
+    }
+    const double operations = static_cast<double>(state.iterations()) * Batch;
+    state.counters["observed_ns"] = sums[1] / operations * 1e9;
+    state.counters["alone_ns"] = sums[0] / operations * 1e9;
+    state.counters["ratio"] = sums[1] / sums[0];
+}
+
+// Milliseconds of the copy; `first_us` is the first write to a chunk that the save point shares, `second_us` the next.
+void MakeSavePoint(benchmark::State& state) {
+    Fixture& f = Fixture::Get();
+    Editor editor;
+    Need(Editor::Open(editor, f.design.snapshot));
+    std::mt19937 random(1);
+    double first = 0, second = 0;
+    for (auto _ : state) {
+        state.SetIterationTime(Seconds([&] { Need(editor.MakeSavePoint("saved")); }));
+        const Index comp = f.design.comps[random() % Fixture::Count];
+        first += Seconds([&] { Need(editor.SetLabel(comp, "x")); });
+        second += Seconds([&] { Need(editor.SetLabel(comp, "y")); });
+        Need(f.design.database.RemoveSnapshot("saved"));
+    }
+    state.counters["first_us"] = first / static_cast<double>(state.iterations()) * 1e6;
+    state.counters["second_us"] = second / static_cast<double>(state.iterations()) * 1e6;
+}
+
 // Bytes of the finished design, its share of the chunks and the occurrences included.
 void Build(benchmark::State& state) {
     const auto count = static_cast<std::size_t>(state.range(0));
-    double bytes = 0;
+    double bytes = 0, undo = 0;
     for (auto _ : state) {
         const struct mallinfo2 before = mallinfo2();
-        const auto begin = std::chrono::steady_clock::now();
-        const Design design(count);
-        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+        std::optional<Design> design;
+        state.SetIterationTime(Seconds([&] { design.emplace(count); }));
         const struct mallinfo2 after = mallinfo2();
-        const std::size_t own = design.comps.capacity() * sizeof(Index) + design.sheets.capacity() * sizeof(Index);
+        undo = design->undoBytes;
+        const std::size_t own = design->comps.capacity() * sizeof(Index) + design->sheets.capacity() * sizeof(Index);
         bytes = static_cast<double>(after.uordblks + after.hblkhd - before.uordblks - before.hblkhd - own);
     }
     state.counters["bytes_per_comp"] = bytes / static_cast<double>(count);
+    state.counters["undo_per_comp"] = undo / static_cast<double>(count);
     state.counters["per_comp"] = benchmark::Counter(
         static_cast<double>(count), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
@@ -222,6 +330,10 @@ BENCHMARK(Build)->Arg(100000)->Arg(1000000)->UseManualTime()->Iterations(1)->Uni
 BENCHMARK(ReadAttribute)->UseManualTime();
 BENCHMARK(ResolveIndex)->UseManualTime();
 BENCHMARK(ListSheet)->UseManualTime();
+BENCHMARK(TwoReaders)->UseManualTime()->Iterations(10)->Unit(benchmark::kMillisecond);
+BENCHMARK(MakeSavePoint)->UseManualTime()->Iterations(50)->Unit(benchmark::kMillisecond);
+// Last, since it leaves the heap in pieces.
+BENCHMARK(ObservedEdit)->UseManualTime();
 
 }  // namespace
 }  // namespace Orin::DesignDb

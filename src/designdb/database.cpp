@@ -45,18 +45,38 @@ String Database::ProjectName() const {
 std::unique_ptr<OrinPI> Database::Connect(const String& client) const {
     if (!m_core) return nullptr;
     RefPtr<const Connection> connection;
-    if (!m_core->Attach(connection, client)) return nullptr;
+    if (!m_core->Connect(connection, client)) return nullptr;
     return std::make_unique<OrinPI>(std::move(connection));
 }
 
 Result Database::ListSnapshots(ListT<String>& names) const {
     if (!m_core) return EErrorCode::NotConnected;
-    names = m_core->SnapshotNames();
-    return {};
+    try {
+        names = m_core->SnapshotNames();
+        return {};
+    } catch (const std::bad_alloc&) {
+        return EErrorCode::OutOfMemory;
+    }
 }
 
 Result Database::AddSnapshot(const String& name) const {
-    return m_core ? m_core->AddSnapshot(name) : Result(EErrorCode::NotConnected);
+    if (!m_core) return EErrorCode::NotConnected;
+    if (name.IsEmpty()) return EErrorCode::InvalidArgument;
+    try {
+        return m_core->Enter(RefPtr<Snapshot>(new Snapshot(name)));
+    } catch (const std::bad_alloc&) {
+        return EErrorCode::OutOfMemory;
+    }
+}
+
+Result Database::Notify(const std::function<void(ClientObserver&)>& call) const {
+    if (!m_core) return EErrorCode::NotConnected;
+    m_core->Notify(nullptr, call);
+    return {};
+}
+
+Result Database::RemoveSnapshot(const String& name) const {
+    return m_core ? m_core->RemoveSnapshot(name) : Result(EErrorCode::NotConnected);
 }
 
 }  // namespace Orin::DesignDb

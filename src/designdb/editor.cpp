@@ -20,6 +20,22 @@ Result Editor::Open(Editor& editor, const ContainerT<const ISnapshot>& snapshot)
     }
 }
 
+Result Editor::Notify(const std::function<void(ClientObserver&)>& call) const {
+    if (!m_impl) return EErrorCode::NotConnected;
+    m_impl->session->Project().Notify(m_impl->session->client.Get(), call);
+    return {};
+}
+
+// ---- Save points ----
+
+Result Editor::MakeSavePoint(const String& name) {
+    return m_impl ? DesignDb::MakeSavePoint(*m_impl->session, name) : Result(EErrorCode::NotConnected);
+}
+
+Result Editor::RestoreSavePoint(const String& name) {
+    return m_impl ? DesignDb::RestoreSavePoint(*m_impl->session, name) : Result(EErrorCode::NotConnected);
+}
+
 // ---- Blocks ----
 
 Result Editor::AddBlock(const BlockSpec& spec, Index& block) {

@@ -1,6 +1,7 @@
 // Creates, changes and deletes the content of a design.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "orin/orin.h"
@@ -59,7 +60,8 @@ struct ConfigSpec {
 //
 // An edit stands alone or belongs to the client's transaction, needs no lock of the client's own, and either happens as
 // a whole or changes nothing:
-//   ObjectNotFound   an index that names no living object of the kind that the operation works on
+//   ObjectNotFound   an index that names no living object of the kind that the operation works on; or the snapshot was
+//                    removed
 //   AccessDenied     another client holds the object or what contains it, or a transaction on the snapshot; or another
 //                    thread, of whatever client, is deleting
 //   InvalidArgument  the objects do not go together (a pin of another block's component, a group as its own owner)
@@ -75,6 +77,39 @@ public:
     Editor(Editor&&) noexcept;
     Editor& operator=(Editor&&) noexcept;
     ~Editor();
+
+    // ---- Locks and client observers ----
+
+    // Write access to several blocks, components, groups and buses and their contents, to all of them or to none; an
+    // empty index means the design as a whole. `hold` is filled on success, and gives all up with its last copy. Event
+    // observers hear OnMultiLock and OnMultiUnLock. AccessDenied when another client holds one of the objects, what
+    // contains it or something inside it; InvalidArgument for objects of other kinds and for none at all.
+    Result Lock(const ListT<Index>& objects, RefPtr<LockToken>& hold);
+
+    // As Database::Notify, with this client's observers only: how a tool reports errors of this client's edits.
+    Result Notify(const std::function<void(ClientObserver&)>& call) const;
+
+    // ---- Save points ----
+    //
+    // A save point is a snapshot of the project that holds another one as it was at one moment. It shares what has not
+    // changed since, so that making one of a million objects takes milliseconds, and what a design changes costs a copy
+    // of its surroundings once. It is opened by its name and read like any snapshot. Its objects cannot be edited
+    // (AccessDenied), but the design's attributes can: there they belong to the save point, as its comment does, and do
+    // not come back with a restore.
+
+    // Keeps this snapshot as it is now under a name. InvalidArgument for an empty name, AlreadyExists when a snapshot
+    // bears it, TransactionActive while this client has a transaction open and AccessDenied while another has.
+    Result MakeSavePoint(const String& name);
+
+    // Makes this snapshot what a save point of it holds, at once and as a whole. Observers hear of it as of edits that
+    // lead from what was to what is, with the undo flag: first of all of them before, then of all of them after.
+    // Nobody can edit meanwhile. The client observers of the project are told by OnRestore with this snapshot's name.
+    // Belongs to the client's transaction if one is open; rolling that back brings back what was. Handles go on naming
+    // their objects, those of objects that come back too.
+    // ObjectNotFound for a name that no snapshot bears; InvalidArgument for a snapshot that is no save point of this
+    // one; AccessDenied when another client holds a lock or a transaction on this snapshot, or this one is itself a
+    // save point.
+    Result RestoreSavePoint(const String& name);
 
     // ---- Blocks ----
 

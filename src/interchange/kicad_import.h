@@ -39,8 +39,8 @@ inline constexpr char Uuid[] = "KiCad UUID";  // of sheets, components and pins 
 // The text of a label as the file has it: of nets and buses the one that names them, of global and hierarchical labels
 // and pins of sheet symbols their own.
 inline constexpr char Source[] = "KiCad Label";
-// Of nets and buses: the further labels that stand on them, one a line, and in the same order their texts as the files
-// have them.
+// Of nets and buses: the further labels that stand on them, pins of sheet symbols that are called like buses among
+// them, one a line, and in the same order their texts as the files have them.
 inline constexpr char OtherLabels[] = "Other Labels";
 inline constexpr char OtherSources[] = "KiCad Other Labels";
 }  // namespace KicadAttributes

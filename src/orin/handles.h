@@ -127,7 +127,7 @@ private:
 class ORINPI_EXPORT IterationSource : public Counted {
 public:
     // The next object that exists, or null at the end. Objects that are deleted while the iteration runs are passed
-    // over; whether it yields those that are added meanwhile is open.
+    // over; whether it yields those that are added meanwhile is open. Throws std::bad_alloc without moving on.
     virtual RefPtr<const IObject> Next() = 0;
     // The number of objects of the whole iteration, as things stand now.
     virtual Result GetCount(int& count) const = 0;
@@ -156,7 +156,9 @@ public:
     }
     ~IteratorT() = default;
 
-    // Moves to the next element; at the end, and beyond it, the iteration is empty.
+    // Moves to the next element; at the end, and beyond it, the iteration is empty. Where memory for the next element
+    // is wanting, std::bad_alloc is thrown and the iteration stands where it stood: an iteration that ended early would
+    // pass for a whole one.
     IteratorT& operator++() {
         RefPtr<const IObject> next;
         if (m_source) next = m_source->Next();

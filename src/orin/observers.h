@@ -4,6 +4,11 @@
 // edit. Each thread's events come in the order of its edits; between threads there is no order. An exception that
 // leaves a callback is caught by the database, reported through ClientObserver::OnErrorUnexpected of the client that
 // registered the observer, and changes nothing else. All bodies of the bases are empty.
+//
+// Observers may be registered and removed from any thread, also in callbacks. A removal returns when no other thread is
+// inside the observer: then it can be destroyed. Calls that the removing thread is itself inside run to their end. Only
+// when callbacks on two threads remove each other's observers, which could wait for ever, the later removal returns at
+// once. Whoever registers in a callback is called from the next event on.
 #pragma once
 
 #include "orin/enums.h"
@@ -15,7 +20,8 @@ namespace Orin {
 
 // Hears of every edit of one snapshot. In the callbacks with two indexes the first is the parent (the block of a net,
 // the net of a piece of it, the component of a pin) and the second the object itself. The trailing flag is true when
-// the event undoes an earlier edit, by a rollback or by the restoring of a save point.
+// the event undoes an earlier edit, by a rollback or by the restoring of a save point. A restore calls all of its
+// before-callbacks first and then all of its after-callbacks; every other edit has its own two together.
 class ORINPI_EXPORT EventObserver {
 public:
     virtual ~EventObserver();
@@ -55,7 +61,9 @@ public:
                                         bool undo);
     virtual void OnAfterRemoveAttributes(const Index& object, EAttributeType type, int reserved, bool undo);
 
-    // Locks: the object, the project and the name of the client that took or gave up the access.
+    // Locks: the object, the project and the name of the client that took its first access to it or gave up its last. A
+    // view goes by the index of its group or component. The multi forms come when several objects change hands at once:
+    // taken together, or given up by a client that goes.
     virtual void OnLock(const Index& object, const String& project, const String& client);
     virtual void OnUnLock(const Index& object, const String& project, const String& client);
     virtual void OnMultiLock(const ListT<Index>& objects, const String& project, const String& client);

@@ -56,7 +56,8 @@ public:
     // ObjectNotFound for one that is not registered. Does not wait for a callback that another thread is making.
     Result RemoveClientObserver(ClientObserver* observer);
 
-    // Becomes a client of its own, called `client`, of the project; UnknownProject when there is none of that name.
+    // Becomes a client of its own, called `client`, of the project; UnknownProject when there is none of that name,
+    // OutOfMemory.
     Result AttachSubClient(const String& project, const String& client);
     // Closes the sub-client attached last; NotConnected when there is none.
     Result DetachSubClient();

@@ -49,7 +49,8 @@ public:
     // when this client registered it before.
     virtual Result AddEventObserver(EventObserver* observer) const = 0;
     // When this returns, no thread is inside the observer and none will enter it, unless the caller itself is inside
-    // it: then it is let go when that callback returns. ObjectNotFound when it is not registered by this client.
+    // it: then it is let go when that callback returns (orin/observers.h says more). ObjectNotFound when it is not
+    // registered by this client.
     virtual Result RemoveEventObserver(EventObserver* observer) const = 0;
 
     // ---- Beyond the walk of the library: what tools ask for. ----

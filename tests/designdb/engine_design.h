@@ -20,8 +20,10 @@ struct TestClient {
     Orin::DesignDb::Editor editor;
     Orin::IUIDManager objects;
 
-    TestClient(const Orin::DesignDb::Database& database, const char* name) : connection(database.Connect(name)) {
-        EXPECT_TRUE(connection->GetSnapshotByName(snapshot, Orin::DesignDb::WorkingSnapshot));
+    TestClient(const Orin::DesignDb::Database& database, const char* name,
+               const char* design = Orin::DesignDb::WorkingSnapshot)
+        : connection(database.Connect(name)) {
+        EXPECT_TRUE(connection->GetSnapshotByName(snapshot, design));
         EXPECT_TRUE(Orin::DesignDb::Editor::Open(editor, snapshot));
         EXPECT_TRUE(snapshot->GetUIDManager(objects));
     }

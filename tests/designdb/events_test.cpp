@@ -40,6 +40,13 @@ public:
     void OnAfterRemoveAttribute(const Index& o, const String& n, EAttributeType, int, bool u) override {
         Note('+', "rem " + std::string(n), o, 0, u);
     }
+    void OnAfterQuillDataChange(const Index&, const Index& o, EEventsQuillDataChange k, bool u) override {
+        Note('+', "drw", o, k, u);
+    }
+    void OnLock(const Index& o, const String&, const String& c) override { Who("lock", {o}, c); }
+    void OnUnLock(const Index& o, const String&, const String& c) override { Who("unlock", {o}, c); }
+    void OnMultiLock(const ListT<Index>& o, const String&, const String& c) override { Who("locks", o, c); }
+    void OnMultiUnLock(const ListT<Index>& o, const String&, const String& c) override { Who("unlocks", o, c); }
     void OnBeforeTransaction(unsigned, const ETransactionType&, bool& veto) override { Ask("begin long", veto); }
     void OnBeforeTransaction(unsigned, bool& veto) override { Ask("begin short", veto); }
     void OnBeforeRollbackTransaction() override { Say("rollback"); }
@@ -52,6 +59,11 @@ private:
     void Note(char when, const std::string& what, const Index& object, Kind kind, bool undo) {
         Say(std::string(undo ? "~" : "") + when + what + " " + Text(object) + " " +
             std::to_string(static_cast<int>(kind)));
+    }
+    void Who(std::string what, const ListT<Index>& objects, const String& client) {
+        for (const Index& object : objects)
+            what += " " + Text(object);
+        Say(what + " " + std::string(client.View()));
     }
     void Ask(const char* form, bool& veto) {
         if (vetoes == form) veto = true;
@@ -116,6 +128,88 @@ TEST_F(Events, ComeInPairsAndInversely) {
                                 "~-chg 7:0:1 6",   "~+set a=2 7:0:1 0", "~+chg 7:0:1 6",  "~-set a=1 7:0:1 0",
                                 "~-chg 7:0:1 6",   "~+set a=1 7:0:1 0", "~+chg 7:0:1 6",  "~-rem a 7:0:1 0",
                                 "~-chg 7:0:1 7",   "~+rem a 7:0:1 0",   "~+chg 7:0:1 7",  "end"}));
+}
+
+TEST_F(Events, BearTheNumbersOfTheirKindsOfEdits) {
+    Index bus, piece, line, made, config;
+    const struct {
+        std::function<Result()> edit;
+        const char* want;
+    } cases[] = {
+        {[&] { return editor.AddBus(block, {"B"}, bus); }, "+add 16:0:1 2"},
+        {[&] { return editor.RipBus(comp, bus); }, "+chg 16:0:1 3"},
+        {[&] { return editor.AddNetQuill(group, net, {}, piece); }, "+add 55:0:1 49"},
+        {[&] { return editor.SetNetQuillData(piece, {}); }, "+chg 55:0:1 13"},
+        {[&] { return editor.DeleteItem(piece); }, "+del 55:0:1 44"},
+        {[&] { return editor.AddComp(block, {"U2"}, made); }, "+add 7:0:2 53"},
+        {[&] { return editor.DeleteComp(made); }, "+del 7:0:2 41"},
+        {[&] { return editor.AddNet(block, {"X"}, made); }, "+add 14:0:3 57"},
+        {[&] { return editor.DeleteNet(made); }, "+del 14:0:3 47"},
+        {[&] { return editor.AddGroup(block, {"2"}, made); }, "+add 69:0:2 46"},
+        {[&] { return editor.DeleteGroup(made); }, "+del 69:0:2 45"},
+        {[&] { return editor.AddBlock({"c"}, made); }, "+add 5:0:2 8"},
+        {[&] { return editor.DeleteBlock(made); }, "+del 5:0:2 3"},
+        {[&] {
+             return editor.AddConfig({"board", {}}, config);
+         },
+         "+add 12:0:1 31"},
+        {[&] { return editor.SetRoot(config, block); }, "+chg 12:0:1 28"},
+        {[&] { return editor.DeleteConfig(config); }, "+del 12:0:1 31"},
+        {[&] { return editor.AddPin(comp, {"2"}, made); }, "+add 8:0:2 30"},
+        {[&] { return editor.DeletePin(made); }, "+del 8:0:2 30"},
+        {[&] { return editor.AddLine(group, {}, line); }, "+add 21:0:1 32"},
+        {[&] { return editor.SetLine(line, {}); }, "+drw 21:0:1 1"},
+        {[&] { return editor.DeleteItem(line); }, "+del 21:0:1 32"},
+        {[&] { return editor.ConnectNet(bus, net); }, "+con 14:0:1 1"},
+        {[&] { return editor.DisconnectNet(bus, net); }, "+con 14:0:1 2"},
+        {[&] { return editor.DeleteBus(bus); }, "+del 16:0:1 4"},
+        {[&] { return editor.AddMember(group, net); }, "+con 14:0:1 3"},
+        {[&] { return editor.MoveMember(group, net, 0); }, "+con 14:0:1 5"},
+        {[&] { return editor.RemoveMember(group, net); }, "+con 14:0:1 4"},
+        {[&] { return editor.SetAttribute(net, "a", "1"); }, "+chg 14:0:1 6"},
+        {[&] { return editor.RemoveAttribute(net, "a"); }, "+chg 14:0:1 7"},
+        {[&] { return editor.SetLabel(net, "x"); }, "+chg 14:0:1 23"},
+        {[&] { return editor.SetName(block, "x"); }, "+chg 5:0:1 27"},
+        {[&] { return editor.SetLabelData(group, comp, {}); }, "+drw 7:0:1 2"},
+        {[&] { return editor.SetModificationTime(group, 1); }, "+chg 69:0:1 30"},
+    };
+    for (const auto& c : cases) {
+        Heard();
+        EXPECT_TRUE(c.edit()) << c.want;
+        EXPECT_EQ(Heard().back(), c.want);
+    }
+}
+
+TEST_F(Events, TellWhoTookAndGaveUpLocks) {
+    RefPtr<LockToken> hold;
+    {
+        MutableContainerT<IComp> shallow, whole;
+        MutableContainerT<IComp> refused;
+        ASSERT_TRUE(LockerT<IComp>::ShallowLock(client.Comp(comp), shallow));
+        EXPECT_EQ(Heard(), Strings{"lock 7:0:1 one"});
+        ASSERT_TRUE(LockerT<IComp>::Lock(client.Comp(comp), whole));
+        ASSERT_TRUE(shallow.Release());
+        EXPECT_FALSE(LockerT<IComp>::Lock(other.Comp(comp), refused));
+        EXPECT_EQ(other.editor.Lock({group, comp}, hold).GetErrorCode(), 201);
+        EXPECT_EQ(Heard(), Strings{}) << "of a lock again, a conflict, and a lock of several that got only one";
+        ASSERT_TRUE(client.editor.Lock({comp, group}, hold));
+        EXPECT_EQ(Heard(), Strings{"lock 69:0:1 one"});
+    }
+    EXPECT_EQ(Heard(), Strings{});
+    hold.Reset();
+    EXPECT_EQ(Heard(), (Strings{"unlocks 7:0:1 69:0:1 one"}));
+    ASSERT_TRUE(client.editor.Lock({block, {}}, hold));
+    Index design;
+    ASSERT_TRUE(client.snapshot->GetIndex(design));
+    EXPECT_EQ(Heard(), Strings{"locks 5:0:1 " + Text(design) + " one"});
+    client.connection.reset();
+    ASSERT_EQ(recorder.heard.size(), 1U);
+    EXPECT_EQ(Heard()[0].substr(0, 7), "unlocks");
+    hold.Reset();
+    EXPECT_EQ(Heard(), Strings{});
+    for (const auto& [objects, code] :
+         {std::pair(ListT<Index>{net}, 100), {ListT<Index>{Index(9)}, 200}, {ListT<Index>{}, 100}})
+        EXPECT_EQ(other.editor.Lock(objects, hold).GetErrorCode(), code);
 }
 
 TEST_F(Events, OfADeletionTellOfTheContentsFirst) {

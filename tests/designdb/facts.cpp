@@ -23,8 +23,9 @@ public:
         for (; config; ++config) {
             ContainerT<const IPath> root;
             ContainerT<const IBlock> top;
-            Add("config " + Name(*config) + " root " +
-                (config->GetRoot(root) && root->GetBlock(top) ? IndexText(*top) : "none"));
+            const std::string own = "config " + IndexText(*config);
+            Add(own + " name " + Name(*config));
+            if (config->GetRoot(root) && root->GetBlock(top)) Add(own + " root " + IndexText(*top));
         }
         return std::move(m_facts);
     }
@@ -136,8 +137,9 @@ private:
         ContainerT<const IBlock> child;
         ContainerT<const IComp> definition;
         Add(block + " " + own + " label " + Label(comp) + " name " + Name(comp) + " types " +
-            std::to_string(types.Bits()) + (comp.GetChildBlock(child) ? " child " + IndexText(*child) : "") +
-            (comp.GetDefinition(definition) ? " definition " + IndexText(*definition) : ""));
+            std::to_string(types.Bits()));
+        if (comp.GetChildBlock(child)) Add(own + " child " + IndexText(*child));
+        if (comp.GetDefinition(definition)) Add(own + " definition " + IndexText(*definition));
         AttributesOf(own, comp);
         GroupsOf(own, comp);
         Index bus;
@@ -148,8 +150,9 @@ private:
         EXPECT_TRUE(comp.GetIterPins(pin));
         for (; pin; ++pin) {
             ContainerT<const INet> net;
-            Add(own + " pin " + IndexText(*pin) + " label " + Label(*pin) +
-                (pin->GetNet(net) ? " net " + IndexText(*net) : ""));
+            const std::string pins = " pin " + IndexText(*pin);
+            Add(own + pins + " label " + Label(*pin));
+            if (pin->GetNet(net)) Add(own + pins + " net " + IndexText(*net));
         }
     }
 

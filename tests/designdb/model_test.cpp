@@ -113,14 +113,17 @@ struct Model {
             each(EObjectType::Comp, b.index, [&](Object& c) {
                 const std::string own = "comp " + Text(c.index);
                 facts.push_back(block + " " + own + " label " + c.label + " name " + c.name + " types " +
-                                std::to_string(c.types) + (c.child.IsEmpty() ? "" : " child " + Text(c.child)) +
-                                (c.definition.IsEmpty() ? "" : " definition " + Text(c.definition)));
+                                std::to_string(c.types));
+                if (!c.child.IsEmpty()) facts.push_back(own + " child " + Text(c.child));
+                if (!c.definition.IsEmpty()) facts.push_back(own + " definition " + Text(c.definition));
                 attributes(own, c.attributes);
                 in(own, c);
                 if (!c.ripped.IsEmpty()) facts.push_back(own + " rips " + Text(c.ripped));
-                for (const Index& p : c.pins)
-                    facts.push_back(own + " pin " + Text(p) + " label " + Find(p)->label +
-                                    (Find(p)->net.IsEmpty() ? "" : " net " + Text(Find(p)->net)));
+                for (const Index& p : c.pins) {
+                    facts.push_back(own + " pin " + Text(p) + " label " + Find(p)->label);
+                    if (!Find(p)->net.IsEmpty())
+                        facts.push_back(own + " pin " + Text(p) + " net " + Text(Find(p)->net));
+                }
             });
             each(EObjectType::Net, b.index, [&](Object& n) {
                 const std::string own = "net " + Text(n.index);
@@ -143,7 +146,8 @@ struct Model {
             });
         });
         each(EObjectType::Config, Index(), [&](Object& c) {
-            facts.push_back("config " + c.name + " root " + (c.child.IsEmpty() ? "none" : Text(c.child)));
+            facts.push_back("config " + Text(c.index) + " name " + c.name);
+            if (!c.child.IsEmpty()) facts.push_back("config " + Text(c.index) + " root " + Text(c.child));
         });
         return facts;
     }
@@ -158,21 +162,72 @@ struct Held {
     std::function<void()> release;
 };
 
+// Knows a design by its events alone: what is said of an object is looked at again when an event names that object, and
+// at no other time.
+class Mirror final : public EventObserver {
+public:
+    explicit Mirror(const TestClient& client) : m_client(client) {}
+
+    std::vector<std::string> Sorted() const { return {m_facts.begin(), m_facts.end()}; }
+
+    void OnAfterAdd(const Index&, const Index& object, EEventsAdd, bool) override { Look(Text(object)); }
+    void OnAfterDelete(const Index&, const Index& object, EEventsDelete, bool) override { Look(Text(object)); }
+    // Ripping names the bus that is tapped now; which ripper it is and what that tapped before has to be looked for.
+    void OnAfterChange(const Index& object, EEventsChange kind, bool) override {
+        Look(kind == EEventsChange::RipBus               ? "rips"
+             : object.GetType() == EObjectType::Snapshot ? "design"
+                                                         : Text(object));
+    }
+    void OnAfterQuillDataChange(const Index&, const Index& object, EEventsQuillDataChange, bool) override {
+        Look(Text(object));
+    }
+    void OnAfterConnectivityChange(const Index&, const Index& object, EEventsConnectivityChange, bool) override {
+        Look(Text(object));
+    }
+
+private:
+    void Look(const std::string& word) {
+        const auto speaksOf = [word = " " + word + " "](const std::string& fact) {
+            return (" " + fact + " ").find(word) != std::string::npos;
+        };
+        std::erase_if(m_facts, speaksOf);
+        for (std::string& fact : Facts(m_client))
+            if (speaksOf(fact)) m_facts.insert(std::move(fact));
+    }
+
+    const TestClient& m_client;
+    std::multiset<std::string> m_facts;
+};
+
 class Game {
 public:
     explicit Game(unsigned seed) : m_random(seed), m_database(NewDatabase()) {
-        for (const char* const name : {"a", "b", "c"})
+        for (const char* const name : {"a", "b", "c"}) {
             m_clients.push_back(std::make_unique<TestClient>(m_database, name));
+            // Every other game goes without observers, which is another way through the engine.
+            if (seed % 2 == 0) continue;
+            m_mirrors.push_back(std::make_unique<Mirror>(*m_clients.back()));
+            EXPECT_TRUE(m_clients.back()->snapshot->AddEventObserver(m_mirrors.back().get()));
+        }
         m_all.push_back(Index());
     }
-    ~Game() { m_held.clear(); }
+    ~Game() {
+        m_held.clear();
+        m_clients.clear();
+    }
 
     void Play(int steps) {
         for (int step = 0; step < steps; ++step) {
             SCOPED_TRACE(step);
             Step();
-            ASSERT_EQ(Facts(*m_clients[Number(3)]), m_model.Facts()) << m_what;
+            std::vector<std::string> facts = m_model.Facts();
+            ASSERT_EQ(Facts(*m_clients[Number(3)]), facts) << m_what;
+            std::sort(facts.begin(), facts.end());
+            for (const auto& mirror : m_mirrors)
+                ASSERT_EQ(mirror->Sorted(), facts) << m_what;
         }
+        for (auto& [name, model] : m_saved)
+            ASSERT_EQ(Facts(TestClient(m_database, "reader", name.c_str())), model.Facts());
     }
 
 private:
@@ -240,7 +295,7 @@ private:
         const std::string other = Word();
         Index made;
         using enum EObjectType;
-        switch (const unsigned command = Number(34)) {
+        switch (const unsigned command = Number(37)) {
             case 0:
             case 1:
                 m_what = "add block";
@@ -265,20 +320,15 @@ private:
                 break;
             }
             case 6:
-            case 7: {
-                m_what = "add net";
-                const Index block = Any(Block);
-                if (Agree(editor.AddNet(block, {word.c_str()}, made),
-                          m_model.Find(block, Block) != nullptr && May(block)))
-                    Added(made, Net, block, "", word);
-                break;
-            }
+            case 7:
             case 8: {
-                m_what = "add bus";
+                m_what = "add net or bus";
                 const Index block = Any(Block);
-                if (Agree(editor.AddBus(block, {word.c_str()}, made),
-                          m_model.Find(block, Block) != nullptr && May(block)))
-                    Added(made, Bus, block, "", word);
+                const EObjectType kind = command != 8 ? Net : Bus;
+                const Result result = kind == Net ? editor.AddNet(block, {word.c_str()}, made)
+                                                  : editor.AddBus(block, {word.c_str()}, made);
+                if (Agree(result, m_model.Find(block, Block) != nullptr && May(block)))
+                    Added(made, kind, block, "", word);
                 break;
             }
             case 9:
@@ -340,8 +390,9 @@ private:
                 if (o->kind != Group) o->groups.push_back(group);
                 break;
             }
-            case 18: {
-                m_what = "remove member";
+            case 18:
+            case 19: {
+                m_what = "remove or move member";
                 const Index group = Any(Group);
                 Model::Object* const g = m_model.Find(group, Group);
                 const Index object = g != nullptr && !g->members.empty()
@@ -349,22 +400,16 @@ private:
                                          : Any(Comp);
                 const bool member =
                     g != nullptr && std::find(g->members.begin(), g->members.end(), object) != g->members.end();
-                if (!Agree(editor.RemoveMember(group, object), member && May(group))) break;
-                std::erase(g->members, object);
-                std::erase(m_model.Find(object)->groups, group);
-                break;
-            }
-            case 19: {
-                m_what = "move member";
-                const Index group = Any(Group);
-                Model::Object* const g = m_model.Find(group, Group);
-                const Index object = g != nullptr && !g->members.empty() ? g->members[0] : Any(Comp);
-                const bool member =
-                    g != nullptr && std::find(g->members.begin(), g->members.end(), object) != g->members.end();
                 const unsigned at = Number(4);
-                if (!Agree(editor.MoveMember(group, object, at), member && May(group))) break;
+                const bool move = command == 19;
+                const Result result = move ? editor.MoveMember(group, object, at) : editor.RemoveMember(group, object);
+                if (!Agree(result, member && May(group))) break;
                 std::erase(g->members, object);
-                g->members.insert(g->members.begin() + At(at, g->members.size()), object);
+                if (move) {
+                    g->members.insert(g->members.begin() + At(at, g->members.size()), object);
+                } else {
+                    std::erase(m_model.Find(object)->groups, group);
+                }
                 break;
             }
             case 20: {
@@ -477,6 +522,26 @@ private:
                 Transaction(client);
                 break;
             }
+            case 34: {
+                m_what = "make save point";
+                if (Agree(editor.MakeSavePoint(word.c_str()), m_owner < 0 && !m_saved.contains(word)))
+                    m_saved[word] = m_model;
+                break;
+            }
+            case 35: {
+                m_what = "restore save point";
+                const bool free =
+                    std::all_of(m_held.begin(), m_held.end(), [&](const Held& h) { return h.client == m_client; });
+                if (Agree(editor.RestoreSavePoint(word.c_str()), m_saved.contains(word) && May(Index()) && free))
+                    m_model = m_saved[word];
+                break;
+            }
+            case 36: {
+                m_what = "remove save point";
+                if (Number(4) == 0 && Agree(m_database.RemoveSnapshot(word.c_str()), m_saved.contains(word)))
+                    m_saved.erase(word);
+                break;
+            }
             default: {
                 m_what = "lock " + std::to_string(command);
                 Lock(client);
@@ -574,9 +639,11 @@ private:
     std::mt19937 m_random;
     DesignDb::Database m_database;
     std::vector<std::unique_ptr<TestClient>> m_clients;
+    std::vector<std::unique_ptr<Mirror>> m_mirrors;
     std::vector<Held> m_held;
     std::vector<Index> m_all;  // every index that ever was, and the empty one
     Model m_model, m_before;
+    std::map<std::string, Model> m_saved;
     std::size_t m_client = 0;
     int m_owner = -1;  // of the transaction
     std::string m_what;

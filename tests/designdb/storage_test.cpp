@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <functional>
 #include <random>
-#include <thread>
 
 #include "designdb/detail/chunked_sequence.h"
 #include "designdb/detail/table.h"
@@ -130,6 +129,47 @@ TEST(Table, AgreesWithAVectorUnderRandomEditsOfItsCopies) {
     }
 }
 
+TEST(Commits, ThatCannotBeKeptChangeNothing) {
+    DesignDb::Database database = NewDatabase();
+    TestClient client(database, "one");
+    AnyObserver observer;
+    Index block, comp;
+    ASSERT_TRUE(client.editor.AddBlock({"b"}, block) && client.editor.AddComp(block, {"U1"}, comp));
+    ASSERT_TRUE(client.editor.MakeSavePoint("empty") && client.editor.AddComp(block, {"U2"}, comp));
+    const std::vector<std::string> before = Facts(client);
+    DesignDb::Testing::FaultInjector faults;
+    for (const bool observed : {false, true}) {
+        if (observed) {
+            ASSERT_TRUE(client.snapshot->AddEventObserver(&observer));
+        }
+        faults.Inject({"Store::Commit", {}, 1, true});
+        EXPECT_EQ(client.editor.SetLabel(comp, "x").GetErrorCode(), 102);
+        EXPECT_EQ(client.editor.DeleteBlock(block).GetErrorCode(), 102);
+        EXPECT_EQ(client.editor.RestoreSavePoint("empty").GetErrorCode(), 102);
+        EXPECT_EQ(Facts(client), before);
+        // A transaction goes on, to be committed again or rolled back; its edits are no commits.
+        ASSERT_TRUE(client.snapshot->BeginTransaction(ETransactionType::Edit));
+        EXPECT_TRUE(client.editor.DeleteBlock(block));
+        EXPECT_TRUE(client.editor.RestoreSavePoint("empty"));
+        EXPECT_EQ(client.snapshot->CommitTransaction().GetErrorCode(), 102);
+        EXPECT_TRUE(client.snapshot->RollbackTransaction());
+        EXPECT_EQ(Facts(client), before);
+        faults.Clear();
+    }
+    EXPECT_EQ(faults.Calls("Store::Commit"), 8U);
+    faults.Inject({"Store::Add"});
+    faults.Inject({"Store::Remove"});
+    EXPECT_EQ(client.editor.MakeSavePoint("more").GetErrorCode(), 102);
+    EXPECT_EQ(database.RemoveSnapshot("empty").GetErrorCode(), 102);
+    ListT<String> names;
+    ASSERT_TRUE(database.ListSnapshots(names));
+    EXPECT_EQ(names, (ListT<String>{"QUILL", "empty"}));
+    faults.Inject({"OrinPI::AttachSubClient"});
+    EXPECT_EQ(client.connection->AttachSubClient(database.ProjectName(), "sub").GetErrorCode(), 102);
+    EXPECT_EQ(client.connection->DetachSubClient().GetErrorCode(), 110);
+    ASSERT_TRUE(client.snapshot->RemoveEventObserver(&observer));
+}
+
 // Every edit is tried with its first allocation failing, then its second and so on until it needs no more.
 TEST(WantOfMemory, LeavesTheDesignAsItWasOrTheEditDone) {
     for (const bool observed : {false, true})
@@ -171,6 +211,9 @@ TEST(WantOfMemory, LeavesTheDesignAsItWasOrTheEditDone) {
                 [&] { return editor.SetCompData(group, comp, {}); },
                 [&] { return editor.RemoveMember(group, comp); },
                 [&] { return editor.DeleteComp(foreign); },
+                [&] { return inTransaction ? Result() : editor.MakeSavePoint(text); },
+                [&] { return editor.DeleteGroup(group); },
+                [&] { return inTransaction ? Result() : editor.RestoreSavePoint(text); },
                 [&] { return editor.DeleteNet(net2); },
                 [&] { return editor.DeleteBlock(block); },
             };
@@ -251,51 +294,6 @@ TEST(FaultInjector, FailsAndCountsByNameObjectAndCall) {
     EXPECT_EQ(writable->SetAttribute("a", "1").GetErrorCode(), 102);
     EXPECT_EQ(writable->GetAttribute("a", value).GetErrorCode(), 202);
     EXPECT_TRUE(writable->SetAttribute("a", "1"));
-}
-
-TEST(Threads, EditAndReadOneDesignThroughTheirOwnClients) {
-    DesignDb::Database database = NewDatabase();
-    TestClient first(database, "first");
-    Index block;
-    ASSERT_TRUE(first.editor.AddBlock({"b"}, block));
-    static constexpr unsigned Threads = 4, Edits = 300;
-    std::vector<std::thread> threads;
-    std::vector<unsigned> added(Threads);
-    for (unsigned t = 0; t < Threads; ++t)
-        threads.emplace_back([&, t] {
-            TestClient client(database, "worker");
-            AnyObserver observer;
-            for (unsigned i = 0; i < Edits; ++i) {
-                if (i % 50 == 0) {
-                    EXPECT_TRUE(client.snapshot->AddEventObserver(&observer));
-                }
-                Index comp;
-                // While another's transaction is open, edits are refused.
-                while (!client.editor.AddComp(block, {"c"}, comp))
-                    std::this_thread::yield();
-                ++added[t];
-                MutableContainerT<IComp> writable;
-                EXPECT_TRUE(LockerT<IComp>::Lock(client.Comp(comp), writable));
-                while (!writable->SetAttribute("a", "1", EAttributeType::User))
-                    std::this_thread::yield();
-                if (i % 10 == 0 && client.snapshot->BeginTransaction(ETransactionType::Edit)) {
-                    EXPECT_TRUE(client.editor.DeleteComp(comp));
-                    EXPECT_TRUE(client.snapshot->RollbackTransaction());
-                }
-                String value;
-                EXPECT_TRUE(writable->GetAttribute("a", value, EAttributeType::User));
-                if (i % 50 == 49) {
-                    EXPECT_TRUE(client.snapshot->RemoveEventObserver(&observer));
-                }
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    IteratorT<const IComp> comps;
-    ASSERT_TRUE(first.Block(block)->GetIterComps(comps, CompTypes()));
-    int count = 0;
-    EXPECT_TRUE(comps.GetCount(count));
-    EXPECT_EQ(count, static_cast<int>(Threads * Edits));
 }
 
 }  // namespace Tests

@@ -6,8 +6,7 @@
 namespace Orin::DesignDb {
 
 void* UndoLog::Allocate(std::size_t size) {
-    constexpr std::size_t alignment = alignof(std::max_align_t);
-    size = (size + alignment - 1) / alignment * alignment;
+    size = (size + Alignment - 1) / Alignment * Alignment;
     if (m_blocks.empty() || BlockSize - m_blocks.back().used < size) {
         m_blocks.reserve(m_blocks.size() + 1);
         m_blocks.push_back({std::make_unique_for_overwrite<std::byte[]>(BlockSize), 0});

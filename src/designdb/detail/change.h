@@ -21,6 +21,8 @@ public:
     // Either happens as a whole or, on an allocation failure, not at all.
     virtual void Apply(Graph& graph) = 0;
     virtual const EditMark* AsMark() const noexcept { return nullptr; }
+    // The state of the whole design that applying the step leads to, when that is what it is about.
+    virtual const Graph* AsState() const noexcept { return nullptr; }
 
     UndoStep* below = nullptr;  // the step done before
 };
@@ -39,6 +41,7 @@ public:
     // Applies a new step and keeps it. An exception leaves the graph and the log as they were.
     template <class Step, class... Arguments>
     void Do(Graph& graph, Arguments&&... arguments) {
+        static_assert(alignof(Step) <= Alignment && sizeof(Step) <= BlockSize);
         void* const memory = Allocate(sizeof(Step));
         Step* const step = new (memory) Step(std::forward<Arguments>(arguments)...);
         try {
@@ -66,6 +69,8 @@ public:
 
 private:
     static constexpr std::size_t BlockSize = std::size_t{1} << 16;
+    static constexpr std::size_t Alignment = alignof(void*) > alignof(std::uint64_t) ? alignof(void*)
+                                                                                     : alignof(std::uint64_t);
     struct Block {
         std::unique_ptr<std::byte[]> memory;
         std::size_t used = 0;
@@ -238,14 +243,76 @@ private:
     ListAttribute m_attributes;
 };
 
-// Stands on top of the steps of one edit, and says what the edit was.
-class EditMark final : public UndoStep {
+// Exchanges the whole content of the design for another state of it.
+class RestoreStep final : public UndoStep {
 public:
-    explicit EditMark(Event what) : event(std::move(what)) {}
+    explicit RestoreStep(Graph state) noexcept : m_state(std::move(state)) {}
+    void Apply(Graph& graph) override { Exchange(graph, m_state); }
+    const Graph* AsState() const noexcept override { return &m_state; }
+
+    // Slots that were given stay given: an object that is not in the other state leaves its own to nobody.
+    static void Exchange(Graph& graph, Graph& state) noexcept {
+        state.ReserveThrough(graph);
+        std::swap(graph, state);
+    }
+
+private:
+    Graph m_state;
+};
+
+// Stands on top of the steps of one edit, and says what the edit was. There is one for each edit of a transaction, so
+// it is kept small.
+class EditMark : public UndoStep {
+public:
+    explicit EditMark(const Event& event) noexcept
+        : m_kind(static_cast<std::int16_t>(event.kind)),
+          m_family(event.family),
+          m_parent(event.parent),
+          m_object(event.object) {}
     void Apply(Graph&) override {}
     const EditMark* AsMark() const noexcept override { return this; }
 
-    const Event event;
+    virtual Event What() const {
+        Event event;
+        event.family = m_family;
+        event.kind = m_kind;
+        event.parent = m_parent;
+        event.object = m_object;
+        return event;
+    }
+
+private:
+    std::int16_t m_kind;
+    Event::Family m_family;
+    Index m_parent;
+    Index m_object;
+};
+
+// The same of an attribute edit, with the attribute as it is and as it was.
+class AttributeMark final : public EditMark {
+public:
+    explicit AttributeMark(Event event) noexcept
+        : EditMark(event),
+          m_existed(event.existed),
+          m_type(event.type),
+          m_name(std::move(event.name)),
+          m_value(std::move(event.value)),
+          m_before(std::move(event.before)) {}
+
+    Event What() const override {
+        Event event = EditMark::What();
+        event.existed = m_existed;
+        event.type = m_type;
+        event.name = m_name;
+        event.value = m_value;
+        event.before = m_before;
+        return event;
+    }
+
+private:
+    bool m_existed;
+    EAttributeType m_type;
+    String m_name, m_value, m_before;
 };
 
 // Changes to a graph that are kept as a whole or, when the object goes before Keep, taken back as a whole.
@@ -257,9 +324,10 @@ public:
     Change& operator=(const Change&) = delete;
 
     const Graph& Now() const noexcept { return m_graph; }
-    Graph& Tables() noexcept { return m_graph; }
     // Says what the changes so far were, for who takes them back.
-    void Mark(Event event) { m_log.Do<EditMark>(m_graph, std::move(event)); }
+    void Mark(Event event) {
+        event.IsOfAttribute() ? m_log.Do<AttributeMark>(m_graph, std::move(event)) : m_log.Do<EditMark>(m_graph, event);
+    }
     void Keep() noexcept { m_kept = true; }
 
     template <class Record, class Value>
@@ -306,6 +374,7 @@ public:
     void SetOccurrence(Slot comp, Slot path, ListAttribute attributes) {
         m_log.Do<OccurrenceStep>(m_graph, comp, path, std::move(attributes));
     }
+    void Restore(Graph state) { m_log.Do<RestoreStep>(m_graph, std::move(state)); }
     void SetDesignAttributes(ListAttribute attributes) {
         m_log.Do<DesignAttributesStep>(m_graph, std::move(attributes));
     }

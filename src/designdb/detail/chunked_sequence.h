@@ -112,6 +112,12 @@ public:
         return *std::upper_bound((*leaf)->values.begin(), (*leaf)->values.end(), value);
     }
 
+    // Whether the two are copies of which none has changed; false says nothing.
+    bool SharesAll(const ChunkedSequence& other) const noexcept {
+        return std::equal(m_leaves.begin(), m_leaves.end(), other.m_leaves.begin(), other.m_leaves.end(),
+                          [](const RefPtr<Leaf>& a, const RefPtr<Leaf>& b) { return a.Get() == b.Get(); });
+    }
+
     template <class Visit>
     void ForEach(Visit&& visit) const {
         for (const RefPtr<Leaf>& leaf : m_leaves)

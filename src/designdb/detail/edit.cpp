@@ -3,6 +3,8 @@
 #include <shared_mutex>
 #include <thread>
 
+#include "designdb/detail/difference.h"
+
 namespace Orin::DesignDb {
 
 EditSeries::EditSeries(Session& session) : m_session(session) {
@@ -25,6 +27,10 @@ EditSeries::~EditSeries() {
 }
 
 Result EditSeries::Finish(Result result) {
+    if (result && m_own) {
+        const std::shared_lock lock(m_session.snapshot->lock);
+        result = MakeDurable(m_session);
+    }
     if (!result) {
         // Taking back can fail for want of memory alone, and then goes on where it stopped.
         while (!RevertEdits(m_session, m_mark))
@@ -53,24 +59,32 @@ Result RevertEdits(Session& session, UndoLog::Mark mark) {
         {
             const std::lock_guard lock(snapshot.lock);
             snapshot.reverting = true;
-            if (!snapshot.observation.IsObserved())
+            if (snapshot.observation.IsEmpty())
                 while (snapshot.log.Top() != mark)
                     snapshot.log.RevertEdit(snapshot.graph);
         }
+        std::vector<Event> inverse;
         for (;;) {
-            Event inverse;
             {
                 const std::lock_guard lock(snapshot.lock);
                 if (snapshot.log.Top() == mark) break;
-                inverse = Inverse(snapshot.log.TopEdit()->event);
+                const EditMark& edit = *snapshot.log.TopEdit();
+                const Graph* const state = edit.below != nullptr ? edit.below->AsState() : nullptr;
+                if (state != nullptr) {
+                    inverse = Difference(snapshot.graph, *state, snapshot.DesignIndex());
+                } else {
+                    inverse.assign(1, Inverse(edit.What()));
+                }
             }
             const Announcement announcement(snapshot.observation);
-            announcement.Before(inverse, true);
+            for (const Event& event : inverse)
+                announcement.Before(event, true);
             {
                 const std::lock_guard lock(snapshot.lock);
                 snapshot.log.RevertEdit(snapshot.graph);
             }
-            announcement.After(inverse, true);
+            for (const Event& event : inverse)
+                announcement.After(event, true);
         }
         return {};
     } catch (const std::bad_alloc&) {
@@ -89,7 +103,7 @@ Result BeginTransaction(Session& session, const ETransactionType& type) {
         const std::lock_guard lock(snapshot.lock);
         if (Result allowed = check(); !allowed) return allowed;
     }
-    if (snapshot.observation.IsObserved()) {
+    if (!snapshot.observation.IsEmpty()) {
         const unsigned transaction = ++s_transactions;
         bool veto = false;
         // Each call has a vote of its own, so that none can take back another's; it counts when the call throws, too.
@@ -118,11 +132,6 @@ Result BeginTransaction(Session& session, const ETransactionType& type) {
 
 namespace {
 
-void AnnounceEnd(const Snapshot& snapshot) {
-    if (snapshot.observation.IsObserved())
-        Announcement(snapshot.observation).Each([](EventObserver& observer) { observer.OnAfterTransaction(); });
-}
-
 // Whether the client can end its transaction now: not from inside a callback of a deletion, which must be able to take
 // itself back, or of a rollback. The caller holds the snapshot's lock.
 Result MayEnd(const Session& session) {
@@ -132,39 +141,44 @@ Result MayEnd(const Session& session) {
     return snapshot.reverting || snapshot.series != 0 ? Result(EErrorCode::AccessDenied) : Result();
 }
 
-}  // namespace
-
-Result CommitTransaction(Session& session) {
-    Snapshot& snapshot = *session.snapshot;
-    {
-        const std::lock_guard lock(snapshot.lock);
-        if (Result may = MayEnd(session); !may) return may;
-        snapshot.log.Forget(nullptr);
-        snapshot.transactionOwner = nullptr;
-    }
-    AnnounceEnd(snapshot);
+// Begins to end the transaction: from now on nobody edits.
+Result BeginEnd(Session& session) {
+    const std::lock_guard lock(session.snapshot->lock);
+    if (Result may = MayEnd(session); !may) return may;
+    session.snapshot->reverting = true;
     return {};
 }
 
-Result RollbackTransaction(Session& session) {
+// Ends the transaction, or goes on with it when `result` is a failure; gives it on.
+Result EndWith(Session& session, Result result) {
     Snapshot& snapshot = *session.snapshot;
     {
         const std::lock_guard lock(snapshot.lock);
-        if (Result may = MayEnd(session); !may) return may;
-        snapshot.reverting = true;
-    }
-    if (snapshot.observation.IsObserved())
-        Announcement(snapshot.observation).Each([](EventObserver& observer) {
-            observer.OnBeforeRollbackTransaction();
-        });
-    Result result = RevertEdits(session, nullptr);
-    {
-        const std::lock_guard lock(snapshot.lock);
         snapshot.reverting = false;
-        if (result) snapshot.transactionOwner = nullptr;
+        if (!result) return result;
+        snapshot.log.Forget(nullptr);
+        snapshot.transactionOwner = nullptr;
     }
-    if (result) AnnounceEnd(snapshot);
+    Announcement(snapshot.observation).Each([](EventObserver& observer) { observer.OnAfterTransaction(); });
     return result;
+}
+
+}  // namespace
+
+Result CommitTransaction(Session& session) {
+    if (Result begun = BeginEnd(session); !begun) return begun;
+    std::shared_lock lock(session.snapshot->lock);
+    Result kept = MakeDurable(session);
+    lock.unlock();
+    return EndWith(session, std::move(kept));
+}
+
+Result RollbackTransaction(Session& session) {
+    if (Result begun = BeginEnd(session); !begun) return begun;
+    Announcement(session.snapshot->observation).Each([](EventObserver& observer) {
+        observer.OnBeforeRollbackTransaction();
+    });
+    return EndWith(session, RevertEdits(session, nullptr));
 }
 
 void AbandonTransaction(Session& session) noexcept {

@@ -4,6 +4,7 @@
 #include <mutex>
 #include <new>
 #include <optional>
+#include <shared_mutex>
 #include <thread>
 #include <utility>
 
@@ -17,7 +18,8 @@ namespace Orin::DesignDb {
 enum class EditRight { Free, Locked };
 
 // What the body of an edit works with. The body checks, calls Begin, and only when that says so changes. It runs twice
-// when somebody observes: once to find out whether it would succeed and what to announce, once to do it.
+// when somebody observes: once to find out whether it would succeed and what to announce, with other readers beside it,
+// and once to do it.
 class Edit {
 public:
     Edit(Session& session, Change& change, EditRight right, bool dry) noexcept
@@ -49,9 +51,11 @@ public:
         if (!wanted.IsEmpty() && m_change.Now().Locate(wanted)) return EErrorCode::AlreadyExists;
         // Between the runs somebody may have asked for the very index that the database had chosen.
         if (place && m_change.Now().Locate(place->second)) place.reset();
-        if (!place) place = m_change.Tables().Reserve<Record>(wanted, type);
+        if (!place) place = m_change.Now().Reserve<Record>(wanted, type);
         return {};
     }
+
+    bool IsDry() const noexcept { return m_dry; }
 
     Event event;
 
@@ -65,6 +69,7 @@ private:
 // Whether the client may edit the snapshot at all; the caller holds the snapshot's lock.
 inline Result MayEdit(const Session& session) {
     if (session.client->IsClosed()) return EErrorCode::NotConnected;
+    if (session.snapshot->removed) return EErrorCode::ObjectNotFound;
     if (session.snapshot->reverting) return EErrorCode::AccessDenied;
     // A series that fails takes back all since it began, so the client's other threads have to keep out as well.
     if (session.snapshot->series != 0 && session.snapshot->seriesThread != std::this_thread::get_id())
@@ -78,34 +83,45 @@ template <class Body>
 Result Perform(Session& session, EditRight right, Body&& body) {
     Snapshot& snapshot = *session.snapshot;
     try {
-        Event event;
-        const auto run = [&](bool dry) -> Result {
-            const std::lock_guard lock(snapshot.lock);
+        const auto run = [&](Change& change, Edit& edit) -> Result {
             if (Result allowed = MayEdit(session); !allowed) return allowed;
-            Change change(snapshot.graph, snapshot.log);
-            Edit edit(session, change, right, dry);
             Result result = body(edit);
-            if (!result || dry) {
-                event = std::move(edit.event);
-                return result;
-            }
-            event = edit.event;
+            // Of a save point only what is said about it can be edited.
+            if (result && snapshot.IsSavePoint() && edit.event.object != snapshot.DesignIndex())
+                return EErrorCode::AccessDenied;
+            if (!result || edit.IsDry()) return result;
             if (snapshot.transactionOwner != nullptr) {
-                change.Mark(std::move(edit.event));
+                change.Mark(edit.event);
                 change.Keep();
             } else {
+                result = MakeDurable(session);
+                if (!result) return result;
                 change.Keep();
                 snapshot.log.Forget(nullptr);
             }
             return result;
         };
+        const auto carryOut = [&](Event& event) -> Result {
+            const std::lock_guard lock(snapshot.lock);
+            Change change(snapshot.graph, snapshot.log);
+            Edit edit(session, change, right, false);
+            Result result = run(change, edit);
+            event = std::move(edit.event);
+            return result;
+        };
 
-        if (!snapshot.observation.IsObserved()) return run(false);
-        Result result = run(true);
-        if (!result) return result;
+        Event event;
+        if (snapshot.observation.IsEmpty()) return carryOut(event);
+        {
+            const std::shared_lock lock(snapshot.lock);
+            Change change(snapshot.graph, snapshot.log);
+            Edit edit(session, change, right, true);
+            if (Result result = run(change, edit); !result) return result;
+            event = std::move(edit.event);
+        }
         const Announcement announcement(snapshot.observation);
         announcement.Before(event, false);
-        result = run(false);
+        Result result = carryOut(event);
         if (result) announcement.After(event, false);
         return result;
     } catch (const std::bad_alloc&) {

@@ -37,7 +37,6 @@ inline Result PermitSnapshot(const Edit& edit) {
 // The set without the slot, or with it at the end.
 Memberships With(Memberships memberships, Slot group);
 Memberships Without(Memberships memberships, Slot group);
-bool IsMember(const Memberships& memberships, Slot group) noexcept;
 
 template <class Visit>
 void ForEach(const Memberships& memberships, Visit&& visit) {

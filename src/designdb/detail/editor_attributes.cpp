@@ -50,8 +50,7 @@ void Exchange(Edit& edit, const Bearer& bearer, const ListAttribute& all, Attrib
 }
 
 Index IndexOf(const Session& session, const Graph& graph, const Bearer& bearer) {
-    if (bearer.at.kind == EObjectType::Snapshot)
-        return Index(EObjectType::Snapshot, 0, static_cast<std::uint32_t>(session.snapshot->index.Value()));
+    if (bearer.at.kind == EObjectType::Snapshot) return session.snapshot->DesignIndex();
     return VisitRecord(graph, bearer.at, Index(), [](const auto& record) { return record.index; });
 }
 

@@ -18,12 +18,6 @@ void LeaveGroups(Edit& edit, const Memberships& memberships, const Index& object
     });
 }
 
-Index ViewOwnerIndex(const Graph& graph, const ViewRecord& view) {
-    if (const GroupRecord* const group = graph.Find<GroupRecord>(view.group)) return group->index;
-    const CompRecord* const comp = graph.Find<CompRecord>(view.comp);
-    return comp != nullptr ? comp->index : Index();
-}
-
 // A free item of a view.
 template <class Record>
 Result DeleteFreeItem(Edit& edit, Slot slot) {

@@ -26,11 +26,6 @@ Memberships Without(Memberships memberships, Slot group) {
     return memberships;
 }
 
-bool IsMember(const Memberships& memberships, Slot group) noexcept {
-    return memberships.first == group ||
-           std::find(memberships.further.begin(), memberships.further.end(), group) != memberships.further.end();
-}
-
 namespace {
 
 // Calls visit(record, field) for an object that can be a member, `field` being its memberships.

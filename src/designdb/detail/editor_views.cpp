@@ -44,7 +44,7 @@ Result PermitView(const Edit& edit, const Index& owner, ViewPlace& place) {
 Slot RecordOf(Edit& edit, const ViewPlace& place) {
     if (place.view != 0) return place.view;
     const EObjectType kind = place.group != 0 ? EObjectType::BlockView : EObjectType::CompView;
-    const auto [slot, index] = edit.Do().Tables().Reserve<ViewRecord>({}, kind);
+    const auto [slot, index] = edit.Now().Reserve<ViewRecord>({}, kind);
     ViewRecord record;
     record.index = index;
     record.group = place.group;
@@ -159,9 +159,7 @@ Result SetItem(const ImplPointer& impl, const Index& item, const Data& data) {
             what = Event::Change(item, EEventsChange::NetQuillData);
         } else {
             const ViewRecord& view = *edit.Now().Find<ViewRecord>(edit.Now().Find<Record>(slot)->view);
-            const GroupRecord* const group = edit.Now().Find<GroupRecord>(view.group);
-            const Index owner = group != nullptr ? group->index : edit.Now().Find<CompRecord>(view.comp)->index;
-            what = Event::Drawn(owner, item, EEventsQuillDataChange::Data);
+            what = Event::Drawn(ViewOwnerIndex(edit.Now(), view), item, EEventsQuillDataChange::Data);
         }
         if (edit.Begin(std::move(what))) edit.Do().Set(slot, &Record::data, data);
         return {};

@@ -1,10 +1,37 @@
 // What observers are told of one edit.
 #pragma once
 
+#include <iterator>
+
 #include "orin/enums.h"
 #include "orin/records.h"
 
 namespace Orin::DesignDb {
+
+// The kinds of objects that come and go, as adding and as deleting calls them.
+struct KindPair {
+    EObjectType object;
+    EEventsAdd add;
+    EEventsDelete remove;
+};
+
+inline constexpr KindPair KindPairs[] = {
+    {EObjectType::Block, EEventsAdd::Block, EEventsDelete::Block},
+    {EObjectType::Comp, EEventsAdd::Comp, EEventsDelete::Comp},
+    {EObjectType::Pin, EEventsAdd::Pin, EEventsDelete::Pin},
+    {EObjectType::Net, EEventsAdd::Net, EEventsDelete::Net},
+    {EObjectType::Bus, EEventsAdd::Bus, EEventsDelete::Bus},
+    {EObjectType::Group, EEventsAdd::Group, EEventsDelete::Group},
+    {EObjectType::NetQuill, EEventsAdd::NetQuill, EEventsDelete::NetQuill},
+    {EObjectType::Config, EEventsAdd::Config, EEventsDelete::Config},
+    {EObjectType::None, EEventsAdd::GraphicItem, EEventsDelete::GraphicItem},  // every other kind
+};
+
+constexpr KindPair KindsOf(EObjectType object) noexcept {
+    for (const KindPair& pair : KindPairs)
+        if (pair.object == object) return pair;
+    return KindPairs[std::size(KindPairs) - 1];
+}
 
 struct Event {
     enum class Family : std::uint8_t {
@@ -27,6 +54,8 @@ struct Event {
     EAttributeType type = EAttributeType::User;
     bool existed = false;  // whether the attribute was there
     String before;         // and its value then
+
+    bool IsOfAttribute() const noexcept { return family == Family::SetAttribute || family == Family::RemoveAttribute; }
 
     static Event Add(const Index& parent, const Index& object, EEventsAdd kind) {
         return {Family::Add, static_cast<int>(kind), parent, object, {}, {}, {}, {}, {}};

@@ -9,7 +9,7 @@
 #include <shared_mutex>
 
 #include "designdb/detail/faults.h"
-#include "designdb/detail/project.h"
+#include "designdb/detail/locking.h"
 
 namespace Orin::DesignDb {}  // namespace Orin::DesignDb
 
@@ -18,53 +18,6 @@ struct Orin::ObjectAccess {
 };
 
 namespace Orin::DesignDb {
-
-// Write access that is given up with the last handle.
-class Token final : public LockToken {
-public:
-    Token(const SessionRef& session, LockChain chain, ELockScope scope)
-        : m_session(session), m_chain(std::move(chain)), m_scope(scope) {}
-
-    // From now on there is something to give up.
-    void Arm() noexcept { m_held = true; }
-
-private:
-    ~Token() override {
-        if (m_held) m_session->snapshot->locks.Release(*m_session->client, m_chain, m_scope);
-    }
-
-    SessionRef m_session;
-    LockChain m_chain;
-    ELockScope m_scope;
-    bool m_held = false;
-};
-
-// Locks an object of a session whose existence `exists` tells.
-template <class Exists>
-Result AcquireFor(const SessionRef& session, const LockKey& key, ELockScope scope, RefPtr<LockToken>& token,
-                  Exists&& exists) {
-    try {
-        if (session->client->IsClosed()) return EErrorCode::NotConnected;
-        RefPtr<Token> made;
-        {
-            // The graph is held still until the lock is had: an edit of another client's that was permitted before is
-            // done by then, and none can be permitted after.
-            const std::shared_lock lock(session->snapshot->lock);
-            if (!exists(session->snapshot->graph)) return EErrorCode::ObjectNotFound;
-            const LockChain chain = ChainOf(session->snapshot->graph, key);
-            made = RefPtr<Token>(new Token(session, chain, scope));
-            Result result = session->snapshot->locks.Acquire(*session->client, chain, scope);
-            if (!result) return result;
-            made->Arm();
-        }
-        // A client that was closed meanwhile may have given up its locks before this one came.
-        if (session->client->IsClosed()) return EErrorCode::NotConnected;
-        token = std::move(made);
-        return {};
-    } catch (const std::bad_alloc&) {
-        return EErrorCode::OutOfMemory;
-    }
-}
 
 // Runs a read of a session's graph: `read(graph)` with the graph held still.
 template <class Read>
@@ -145,8 +98,11 @@ protected:
 private:
     Result AcquireLock(ELockScope scope, RefPtr<LockToken>& token) const override {
         if (const int code = Fault(LockOperation(scope), m_index)) return Result(code);
-        return AcquireFor(m_session, Key(), scope, token,
-                          [this](const Graph& graph) { return Find(graph) != nullptr; });
+        return AcquireLocks(m_session, scope, token, [this](const Graph& graph, LockRequests& requests) -> Result {
+            if (Find(graph) == nullptr) return EErrorCode::ObjectNotFound;
+            requests.push_back({ChainOf(graph, Key()), m_index, false});
+            return {};
+        });
     }
     Index Identity() const noexcept override { return m_index; }
     void OnUnreferenced() const noexcept override { delete this; }
@@ -188,12 +144,11 @@ public:
     RefPtr<const IObject> Next() override {
         const std::shared_lock lock(m_session->snapshot->lock);
         const Graph& graph = m_session->snapshot->graph;
-        m_last = NextSlot(graph, m_last);
-        if (m_last == 0) {
-            m_last = End;
-            return {};
-        }
-        return m_make(m_session, graph, m_last);
+        const Slot next = NextSlot(graph, m_last);
+        RefPtr<const IObject> made;
+        if (next != 0) made = m_make(m_session, graph, next);
+        m_last = next != 0 ? next : End;
+        return made;
     }
 
     Result GetCount(int& count) const override {
@@ -255,8 +210,11 @@ public:
         const std::shared_lock lock(m_session->snapshot->lock);
         const Graph& graph = m_session->snapshot->graph;
         while (m_position < m_slots.Count()) {
-            const Slot slot = m_slots[m_position++];
-            if (graph.Find<Record>(slot) != nullptr) return m_make(m_session, graph, slot);
+            const Slot slot = m_slots[m_position];
+            RefPtr<const IObject> made;
+            if (graph.Find<Record>(slot) != nullptr) made = m_make(m_session, graph, slot);
+            ++m_position;
+            if (made) return made;
         }
         return {};
     }

@@ -45,6 +45,12 @@ Location Graph::Locate(const Index& index) const noexcept {
     return m_foreign.IsEmpty() ? Location() : m_foreign.Find(index);
 }
 
+Index ViewOwnerIndex(const Graph& graph, const ViewRecord& view) noexcept {
+    if (const GroupRecord* const group = graph.Find<GroupRecord>(view.group)) return group->index;
+    const CompRecord* const comp = graph.Find<CompRecord>(view.comp);
+    return comp != nullptr ? comp->index : Index();
+}
+
 std::size_t AttributePosition(const ListAttribute& attributes, std::string_view name, EAttributeType type) noexcept {
     const Attribute* const place =
         std::lower_bound(attributes.begin(), attributes.end(), std::pair(type, name),
@@ -77,6 +83,11 @@ ListAttribute WithoutAttribute(ListAttribute attributes, std::string_view name, 
     if (attributes.Count() == 1) return {};
     attributes.Erase(AttributePosition(attributes, name, type));
     return attributes;
+}
+
+bool IsMember(const Memberships& memberships, Slot group) noexcept {
+    return memberships.first == group ||
+           std::find(memberships.further.begin(), memberships.further.end(), group) != memberships.further.end();
 }
 
 const Drawing* FindDrawing(const Drawings& drawings, Slot view) noexcept {

@@ -97,10 +97,10 @@ public:
     Location Locate(const Index& index) const noexcept;
 
     // A place for a new record: under `wanted`, which no living object bears, or under an index of the database's
-    // choice when `wanted` is empty.
+    // choice when `wanted` is empty. Readers of the graph may reserve, several at once.
     template <class Record>
-    std::pair<Slot, Index> Reserve(const Index& wanted, EObjectType type = Record::Kind) {
-        Table<Record>& table = Of<Record>();
+    std::pair<Slot, Index> Reserve(const Index& wanted, EObjectType type = Record::Kind) const {
+        const Table<Record>& table = Of<Record>();
         if (wanted.IsEmpty()) {
             for (;;) {
                 const Slot slot = table.Reserve();
@@ -110,10 +110,18 @@ public:
         }
         if (wanted.GetType() == type && wanted.Middle() == 0 && wanted.Low() >= table.NextSlot() &&
             wanted.Low() - table.NextSlot() < LargestGap) {
-            table.ReserveThrough(wanted.Low());
-            return {wanted.Low(), wanted};
+            if (table.ReserveThrough(wanted.Low())) return {wanted.Low(), wanted};
         }
         return {table.Reserve(), wanted};
+    }
+
+    // Gives away all slots that the other graph gave.
+    void ReserveThrough(const Graph& other) const noexcept {
+        std::apply(
+            [&other]<class... Records>(const Table<Records>&... tables) {
+                (static_cast<void>(tables.ReserveThrough(other.Of<Records>().NextSlot() - 1)), ...);
+            },
+            m_tables);
     }
 
     // Whether the index leads to the slot only through the table of foreign indexes.
@@ -184,6 +192,9 @@ R VisitRecord(const Graph& graph, Location at, R missing, Visit&& visit) {
     }
 }
 
+// The index of the group or symbol whose view it is; empty when that is not there.
+Index ViewOwnerIndex(const Graph& graph, const ViewRecord& view) noexcept;
+
 // ---- Sorted lists inside records. ----
 
 // Where the attribute stands or would stand.
@@ -193,6 +204,8 @@ const Attribute* FindAttribute(const ListAttribute& attributes, std::string_view
 // The list with the attribute set, or taken out.
 ListAttribute WithAttribute(ListAttribute attributes, const String& name, const String& value, EAttributeType type);
 ListAttribute WithoutAttribute(ListAttribute attributes, std::string_view name, EAttributeType type);
+
+bool IsMember(const Memberships& memberships, Slot group) noexcept;
 
 const Drawing* FindDrawing(const Drawings& drawings, Slot view) noexcept;
 const DrawnAttribute* FindDrawnAttribute(const Drawing& drawing, std::string_view name,

@@ -80,7 +80,8 @@ bool LockTable::Conflicts(const Client& client, const LockChain& chain, ELockSco
                                                    [&client](const Inside& i) { return i.client != &client; });
 }
 
-Result LockTable::Acquire(const Client& client, const LockChain& chain, ELockScope scope) {
+Result LockTable::Acquire(const Client& client, const LockChain& chain, ELockScope scope, const Index& object,
+                          bool& first) {
     const std::lock_guard lock(m_mutex);
     if (Conflicts(client, chain, scope)) return EErrorCode::AccessDenied;
     const auto [entry, added] = m_holds.try_emplace(chain.front());
@@ -89,6 +90,7 @@ Result LockTable::Acquire(const Client& client, const LockChain& chain, ELockSco
         std::size_t entered = 1;
         try {
             hold.client = &client;
+            hold.object = object;
             hold.chain = chain;
             for (; entered < chain.size(); ++entered) {
                 std::vector<Inside>& inside = m_inside[chain[entered]];
@@ -104,25 +106,32 @@ Result LockTable::Acquire(const Client& client, const LockChain& chain, ELockSco
         m_count.store(m_holds.size(), std::memory_order_release);
     }
     ++(scope == ELockScope::Whole ? hold.whole : hold.shallow);
+    first = added;
     return {};
 }
 
-void LockTable::Release(const Client& client, const LockChain& chain, ELockScope scope) noexcept {
+bool LockTable::Release(const Client& client, const LockChain& chain, ELockScope scope) noexcept {
     const std::lock_guard lock(m_mutex);
     const auto entry = m_holds.find(chain.front());
-    if (entry == m_holds.end() || entry->second.client != &client) return;
+    if (entry == m_holds.end() || entry->second.client != &client) return false;
     Hold& hold = entry->second;
     --(scope == ELockScope::Whole ? hold.whole : hold.shallow);
-    if (hold.whole == 0 && hold.shallow == 0) Remove(entry);
+    if (hold.whole != 0 || hold.shallow != 0) return false;
+    Remove(entry);
+    return true;
 }
 
-void LockTable::ReleaseAll(const Client& client) noexcept {
+ListT<Index> LockTable::ReleaseAll(const Client& client) {
     const std::lock_guard lock(m_mutex);
+    ListT<Index> objects;
+    for (const auto& [key, hold] : m_holds)
+        if (hold.client == &client) objects.Append(hold.object);
     for (auto entry = m_holds.begin(); entry != m_holds.end();) {
         const auto next = std::next(entry);
         if (entry->second.client == &client) Remove(entry);
         entry = next;
     }
+    return objects;
 }
 
 void LockTable::Remove(std::unordered_map<LockKey, Hold>::iterator hold) noexcept {

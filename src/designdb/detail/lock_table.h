@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "designdb/detail/graph.h"
+#include "orin/list.h"
 #include "orin/object.h"
 
 namespace Orin::DesignDb {
@@ -48,12 +49,12 @@ LockChain ChainOf(const Graph& graph, const LockKey& object);
 class LockTable {
 public:
     // AccessDenied when another client holds the object, holds all of what contains it, or, for Whole, holds something
-    // inside it.
-    Result Acquire(const Client& client, const LockChain& chain, ELockScope scope);
-    // Gives up one acquisition; nothing happens after ReleaseAll.
-    void Release(const Client& client, const LockChain& chain, ELockScope scope) noexcept;
-    // Gives up all that the client holds.
-    void ReleaseAll(const Client& client) noexcept;
+    // inside it. `first` tells whether the client did not hold the object yet; `object` is its index.
+    Result Acquire(const Client& client, const LockChain& chain, ELockScope scope, const Index& object, bool& first);
+    // Gives up one acquisition; nothing happens after ReleaseAll. True when it was the client's last of the object.
+    bool Release(const Client& client, const LockChain& chain, ELockScope scope) noexcept;
+    // Gives up all that the client holds, and gives the indexes. Throws std::bad_alloc with nothing given up.
+    ListT<Index> ReleaseAll(const Client& client);
 
     // Whether another client's lock forbids an edit of the object itself (Shallow) or of it and what is inside it.
     bool IsHeldByOther(const Client& client, const LockChain& chain, ELockScope edit) const;
@@ -68,6 +69,7 @@ private:
         const Client* client = nullptr;
         unsigned whole = 0;
         unsigned shallow = 0;
+        Index object;
         LockChain chain;
     };
     struct Inside {  // how many locks a client holds inside an object

@@ -1,44 +1,106 @@
 #include "designdb/detail/observation.h"
 
-#include <algorithm>
+#include <condition_variable>
 
 #include "designdb/detail/project.h"
 
 namespace Orin::DesignDb {
 
-Registration::Registration(EventObserver& observer, const Client& client) noexcept
-    : m_observer(observer), m_client(&client) {}
+namespace {
+
+// The innermost call that the thread is inside.
+thread_local const Registration::Visit* t_innermost = nullptr;
+
+}  // namespace
+
+// ---- Registration ----
+
+// A removal that waits, and what its thread is inside meanwhile.
+struct Registration::Wait {
+    const Registration* target = nullptr;
+    const Visit* innermost = nullptr;
+    Wait* next = nullptr;
+    bool reached = false;
+};
+
+// All removals of the process that wait. They are rare, so one lock and one condition do for all.
+struct Registration::Waits {
+    std::mutex mutex;
+    std::condition_variable left;
+    Wait* first = nullptr;
+
+    // Never destroyed: observers may be removed in static destructors.
+    static Waits& Instance() {
+        static Waits* const waits = new Waits;
+        return *waits;
+    }
+
+    // Whether somebody inside the wait's target waits, perhaps through further ones, for a call of the wait's thread.
+    bool WouldNeverEnd(const Wait& wait) noexcept {
+        for (Wait* other = first; other != nullptr; other = other->next)
+            other->reached = false;
+        for (bool more = true; more;) {
+            more = false;
+            for (Wait* other = first; other != nullptr; other = other->next) {
+                if (other->reached) continue;
+                other->reached = IsInside(other->innermost, *wait.target);
+                for (const Wait* way = first; way != nullptr && !other->reached; way = way->next)
+                    other->reached = way->reached && IsInside(other->innermost, *way->target);
+                if (!other->reached) continue;
+                if (IsInside(wait.innermost, *other->target)) return true;
+                more = true;
+            }
+        }
+        return false;
+    }
+};
+
+Registration::Registration(const Client& owner, std::uint64_t place) noexcept : order(place), client(&owner) {}
 
 Registration::~Registration() = default;
 
-bool Registration::Enter(Visit& visit) noexcept {
-    const std::lock_guard lock(m_mutex);
-    if (m_removed) return false;
-    visit.next = std::exchange(m_inside, &visit);
-    return true;
+// The count is raised before anybody asks whether the observer was removed, and a removal says so before it reads the
+// count: in the single order of these four accesses at least one side sees the other.
+Registration::Visit::Visit(Registration& registration) noexcept : m_registration(registration), m_outer(t_innermost) {
+    t_innermost = this;
+    registration.m_inside.fetch_add(1, std::memory_order_seq_cst);
 }
 
-void Registration::Leave(const Visit& visit) noexcept {
-    const std::lock_guard lock(m_mutex);
-    Visit** place = &m_inside;
-    while (*place != &visit)
-        place = &(*place)->next;
-    *place = visit.next;
-    m_left.notify_all();
+Registration::Visit::~Visit() {
+    t_innermost = m_outer;
+    m_registration.m_inside.fetch_sub(1, std::memory_order_seq_cst);
+    if (!m_registration.IsRemoved()) return;
+    Waits& waits = Waits::Instance();
+    const std::lock_guard lock(waits.mutex);
+    waits.left.notify_all();
+}
+
+bool Registration::IsInside(const Visit* innermost, const Registration& registration) noexcept {
+    for (const Visit* visit = innermost; visit != nullptr; visit = visit->m_outer)
+        if (&visit->m_registration == &registration) return true;
+    return false;
 }
 
 void Registration::Remove() noexcept {
-    std::unique_lock lock(m_mutex);
-    m_removed = true;
-    const std::thread::id self = std::this_thread::get_id();
-    m_left.wait(lock, [&] {
-        for (const Visit* visit = m_inside; visit != nullptr; visit = visit->next)
-            if (visit->thread != self) return false;
-        return true;
-    });
+    m_removed.store(true, std::memory_order_seq_cst);
+    std::uint32_t own = 0;
+    for (const Visit* visit = t_innermost; visit != nullptr; visit = visit->m_outer)
+        if (&visit->m_registration == this) ++own;
+    const auto isLeft = [&] { return m_inside.load(std::memory_order_seq_cst) == own; };
+    if (isLeft()) return;
+    Waits& waits = Waits::Instance();
+    std::unique_lock lock(waits.mutex);
+    Wait wait{this, t_innermost, nullptr, false};
+    if (waits.WouldNeverEnd(wait)) return;
+    wait.next = std::exchange(waits.first, &wait);
+    waits.left.wait(lock, isLeft);
+    Wait** place = &waits.first;
+    while (*place != &wait)
+        place = &(*place)->next;
+    *place = wait.next;
 }
 
-void Registration::ReportUnexpected() noexcept {
+void Registration::ReportUnexpected() const noexcept {
     String error;
     try {
         try {
@@ -53,63 +115,84 @@ void Registration::ReportUnexpected() noexcept {
     } catch (const std::exception&) {
         // For want of memory it is told without the reason.
     }
-    m_client->ReportUnexpected(error);
+    const ProjectCore& project = *client->project;
+    project.Notify(client.Get(), [&](ClientObserver& observer) { observer.OnErrorUnexpected(project.name, error); });
 }
 
-Result Observation::Add(EventObserver* observer, const Client& client) {
+// ---- ObserverList ----
+
+template <class Observer>
+Result ObserverList<Observer>::Add(Observer* observer, const Client& client) {
     if (observer == nullptr) return EErrorCode::InvalidArgument;
     const std::lock_guard lock(m_mutex);
-    RegistrationList list = *m_list;
-    for (const std::shared_ptr<Registration>& registration : list)
-        if (registration->Is(observer, client)) return EErrorCode::AlreadyExists;
-    list.push_back(std::make_shared<Registration>(*observer, client));
-    Exchange(std::move(list));
+    const std::uint64_t order = Last() + 1;
+    const auto [place, added] = m_orders.try_emplace({&client, observer}, order);
+    if (!added) return EErrorCode::AlreadyExists;
+    try {
+        m_entries.emplace_hint(m_entries.end(), order, RefPtr<Entry>(new Entry(*observer, client, order)));
+    } catch (...) {
+        m_orders.erase(place);
+        throw;
+    }
+    m_last.store(order, std::memory_order_release);
+    m_count.store(m_entries.size(), std::memory_order_release);
     return {};
 }
 
-Result Observation::Remove(EventObserver* observer, const Client& client) {
-    std::shared_ptr<Registration> removed;
+template <class Observer>
+RefPtr<typename ObserverList<Observer>::Entry> ObserverList<Observer>::TakeOut(
+    typename std::map<Owner, std::uint64_t>::iterator place) noexcept {
+    const auto entry = m_entries.find(place->second);
+    RefPtr<Entry> taken = std::move(entry->second);
+    m_entries.erase(entry);
+    m_orders.erase(place);
+    m_count.store(m_entries.size(), std::memory_order_release);
+    return taken;
+}
+
+template <class Observer>
+Result ObserverList<Observer>::Remove(Observer* observer, const Client& client) noexcept {
+    RefPtr<Entry> removed;  // goes after the lock: it may be the last to hold the client, and that the list
     {
         const std::lock_guard lock(m_mutex);
-        RegistrationList list = *m_list;
-        const auto found = std::find_if(
-            list.begin(), list.end(), [&](const std::shared_ptr<Registration>& r) { return r->Is(observer, client); });
-        if (found == list.end()) return EErrorCode::ObjectNotFound;
-        removed = *found;
-        list.erase(found);
-        Exchange(std::move(list));
+        const auto place = m_orders.find({&client, observer});
+        if (place == m_orders.end()) return EErrorCode::ObjectNotFound;
+        removed = TakeOut(place);
     }
     removed->Remove();
     return {};
 }
 
-void Observation::RemoveAll(const Client& client) noexcept {
-    const std::shared_ptr<const RegistrationList> before = Current();
-    for (const std::shared_ptr<Registration>& registration : *before)
-        if (registration->IsOf(client)) registration->Remove();
+template <class Observer>
+void ObserverList<Observer>::RemoveAll(const Client& client) noexcept {
     for (;;) {
-        try {
+        RefPtr<Entry> removed;
+        {
             const std::lock_guard lock(m_mutex);
-            RegistrationList list = *m_list;
-            std::erase_if(list, [&](const std::shared_ptr<Registration>& r) { return r->IsOf(client); });
-            return Exchange(std::move(list));
-        } catch (const std::bad_alloc&) {
-            // A registration that stayed would hold its client for ever.
-            std::this_thread::yield();
+            const auto place = m_orders.lower_bound({&client, nullptr});
+            if (place == m_orders.end() || place->first.first != &client) return;
+            removed = TakeOut(place);
         }
+        removed->Remove();
     }
 }
 
-std::shared_ptr<const RegistrationList> Observation::Current() const {
+template <class Observer>
+std::size_t ObserverList<Observer>::Next(std::array<RefPtr<Entry>, 8>& some, std::uint64_t after,
+                                         std::uint64_t last) const noexcept {
     const std::lock_guard lock(m_mutex);
-    return m_list;
+    std::size_t count = 0;
+    for (auto place = m_entries.upper_bound(after); place != m_entries.end() && count < some.size(); ++place) {
+        if (place->first > last) break;
+        some[count++] = place->second;
+    }
+    return count;
 }
 
-void Observation::Exchange(RegistrationList list) {
-    const bool observed = !list.empty();
-    m_list = std::make_shared<const RegistrationList>(std::move(list));
-    m_observed.store(observed, std::memory_order_release);
-}
+template class ObserverList<EventObserver>;
+template class ObserverList<ClientObserver>;
+
+// ---- Announcement ----
 
 namespace {
 
@@ -176,20 +259,6 @@ void CallAfter(EventObserver& observer, const Event& event, bool undo) {
     }
 }
 
-// The kinds of objects that come and go, as adding and as deleting calls them.
-struct KindPair {
-    EEventsAdd add;
-    EEventsDelete remove;
-};
-
-constexpr KindPair KindPairs[] = {
-    {EEventsAdd::Block, EEventsDelete::Block},       {EEventsAdd::Comp, EEventsDelete::Comp},
-    {EEventsAdd::Pin, EEventsDelete::Pin},           {EEventsAdd::Net, EEventsDelete::Net},
-    {EEventsAdd::Bus, EEventsDelete::Bus},           {EEventsAdd::Group, EEventsDelete::Group},
-    {EEventsAdd::NetQuill, EEventsDelete::NetQuill}, {EEventsAdd::GraphicItem, EEventsDelete::GraphicItem},
-    {EEventsAdd::Config, EEventsDelete::Config},
-};
-
 constexpr std::pair<EEventsConnectivityChange, EEventsConnectivityChange> ConnectivityPairs[] = {
     {EEventsConnectivityChange::Connect, EEventsConnectivityChange::Disconnect},
     {EEventsConnectivityChange::JoinGroup, EEventsConnectivityChange::LeaveGroup},
@@ -197,21 +266,19 @@ constexpr std::pair<EEventsConnectivityChange, EEventsConnectivityChange> Connec
 
 }  // namespace
 
-void Announcement::Before(const Event& event, bool undo) const {
+void Announcement::Before(const Event& event, bool undo) const noexcept {
     Tell(event, CallBefore, &EventObserver::OnBeforeChange, undo);
 }
 
-void Announcement::After(const Event& event, bool undo) const {
+void Announcement::After(const Event& event, bool undo) const noexcept {
     Tell(event, CallAfter, &EventObserver::OnAfterChange, undo);
 }
 
 // An attribute edit is told twice: by its own callback, and as a change of the object.
 void Announcement::Tell(const Event& event, void (*call)(EventObserver&, const Event&, bool),
-                        void (EventObserver::*change)(const Index&, EEventsChange, bool), bool undo) const {
+                        void (EventObserver::*change)(const Index&, EEventsChange, bool), bool undo) const noexcept {
     const auto own = [&](EventObserver& observer) { call(observer, event, undo); };
-    const bool ofAttribute =
-        event.family == Event::Family::SetAttribute || event.family == Event::Family::RemoveAttribute;
-    if (!ofAttribute) return Each(own);
+    if (!event.IsOfAttribute()) return Each(own);
     Each(own, [&](EventObserver& observer) { (observer.*change)(event.object, KindOf<EEventsChange>(event), undo); });
 }
 

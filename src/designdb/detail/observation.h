@@ -1,12 +1,12 @@
-// The observers of a snapshot, and how they are called.
+// Observers of snapshots and of clients, and how they are called.
 #pragma once
 
+#include <array>
 #include <atomic>
-#include <condition_variable>
-#include <memory>
+#include <cstdint>
+#include <map>
 #include <mutex>
-#include <thread>
-#include <vector>
+#include <utility>
 
 #include "designdb/detail/event.h"
 #include "orin/object.h"
@@ -16,95 +16,149 @@ namespace Orin::DesignDb {
 
 class Client;
 
-// One registered observer. It is called by any number of threads at once, which are noted while they are inside.
-class Registration {
+// One observer that a client registered. It is called by any number of threads at once; each thread keeps a chain of
+// the calls that it is inside, so that a removal knows which of them are its own and cannot be waited for.
+class Registration : public Counted {
 public:
-    Registration(EventObserver& observer, const Client& client) noexcept;
-    ~Registration();
+    Registration(const Client& owner, std::uint64_t place) noexcept;
+    ~Registration() override;
 
-    bool Is(const EventObserver* observer, const Client& client) const noexcept {
-        return &m_observer == observer && IsOf(client);
-    }
-    bool IsOf(const Client& client) const noexcept { return m_client.Get() == &client; }
-
-    // Calls the observer unless it was removed. What it throws is reported to the client's own observers. Needs no
-    // memory, so that want of it cannot keep an event from an observer.
-    template <class Function>
-    void Call(Function&& call) noexcept {
-        Visit visit;
-        if (!Enter(visit)) return;
-        try {
-            call(m_observer);
-        } catch (...) {
-            ReportUnexpected();
-        }
-        Leave(visit);
-    }
-
-    // From now on the observer is not called. Returns when no other thread is inside it.
-    void Remove() noexcept;
-
-private:
     // A call under way; it stands on the stack of its thread.
-    struct Visit {
-        std::thread::id thread = std::this_thread::get_id();
-        Visit* next = nullptr;
+    class Visit {
+    public:
+        explicit Visit(Registration& registration) noexcept;
+        ~Visit();
+        Visit(const Visit&) = delete;
+        Visit& operator=(const Visit&) = delete;
+
+    private:
+        friend class Registration;
+        Registration& m_registration;
+        const Visit* const m_outer;
     };
 
-    bool Enter(Visit& visit) noexcept;
-    void Leave(const Visit& visit) noexcept;
-    void ReportUnexpected() noexcept;
+    // True once the observer must not be called. A removal that comes after the answer false, asked inside a visit,
+    // waits for the visit's end.
+    bool IsRemoved() const noexcept { return m_removed.load(std::memory_order_seq_cst); }
 
-    EventObserver& m_observer;
+    // From now on the observer is not called. Returns when no other thread is inside it. One wait is given up: when it
+    // would be for a thread that waits, perhaps through further ones, for a call that this thread is inside.
+    void Remove() noexcept;
+
+    // Tells the client's own observers that the observer has thrown; to be called while the exception is handled.
+    void ReportUnexpected() const noexcept;
+
+    const std::uint64_t order;  // ascending in the order of registration
     // A callback may close and let go of its own client, and throw after that.
-    const RefPtr<const Client> m_client;
-    std::mutex m_mutex;
-    Visit* m_inside = nullptr;
-    std::condition_variable m_left;
-    bool m_removed = false;
-};
-
-using RegistrationList = std::vector<std::shared_ptr<Registration>>;
-
-// All observers of one snapshot, in the order of registration. Any thread may call.
-class Observation {
-public:
-    Result Add(EventObserver* observer, const Client& client);
-    Result Remove(EventObserver* observer, const Client& client);
-    void RemoveAll(const Client& client) noexcept;
-
-    bool IsObserved() const noexcept { return m_observed.load(std::memory_order_acquire); }
-    // The observers as they are now; the list itself never changes.
-    std::shared_ptr<const RegistrationList> Current() const;
+    const RefPtr<const Client> client;
 
 private:
-    void Exchange(RegistrationList list);
+    struct Wait;
+    struct Waits;
+
+    static bool IsInside(const Visit* innermost, const Registration& registration) noexcept;
+
+    std::atomic<std::uint32_t> m_inside{0};
+    std::atomic<bool> m_removed{false};
+};
+
+// The observers of one kind, in the order of registration. Any thread may call. Going through them needs no memory, so
+// that want of it cannot keep an event from an observer.
+template <class Observer>
+class ObserverList {
+public:
+    class Entry final : public Registration {
+    public:
+        Entry(Observer& called, const Client& owner, std::uint64_t place) noexcept
+            : Registration(owner, place), observer(called) {}
+
+        // Calls the observer with each `call(observer)` in turn, unless it was removed. One that throws in the first
+        // still gets the others.
+        template <class... Functions>
+        void Call(const Functions&... calls) noexcept {
+            const Visit visit(*this);
+            (CallOne(calls), ...);
+        }
+
+        Observer& observer;
+
+    private:
+        template <class Function>
+        void CallOne(const Function& call) noexcept {
+            if (IsRemoved()) return;
+            try {
+                call(observer);
+            } catch (...) {
+                // What a client's observer throws there is nobody left to tell of.
+                if constexpr (std::is_same_v<Observer, EventObserver>) ReportUnexpected();
+            }
+        }
+    };
+
+    // InvalidArgument for null, AlreadyExists when the client registered it. Throws std::bad_alloc with nothing
+    // changed.
+    Result Add(Observer* observer, const Client& client);
+    // ObjectNotFound when the client has not registered it; otherwise returns as Registration::Remove does.
+    Result Remove(Observer* observer, const Client& client) noexcept;
+    void RemoveAll(const Client& client) noexcept;
+
+    bool IsEmpty() const noexcept { return m_count.load(std::memory_order_acquire) == 0; }
+
+    // The order of the observer that came last so far.
+    std::uint64_t Last() const noexcept { return m_last.load(std::memory_order_acquire); }
+    // Calls visit(entry) for each observer that came no later than `last` and is still there.
+    template <class Visit>
+    void ForEach(std::uint64_t last, const Visit& visit) const {
+        std::array<RefPtr<Entry>, 8> some;
+        for (std::uint64_t seen = 0;;) {
+            const std::size_t count = Next(some, seen, last);
+            for (std::size_t i = 0; i < count; ++i)
+                visit(*some[i]);
+            if (count < some.size()) return;
+            seen = some.back()->order;
+        }
+    }
+
+private:
+    using Owner = std::pair<const Client*, const Observer*>;
+
+    std::size_t Next(std::array<RefPtr<Entry>, 8>& some, std::uint64_t after, std::uint64_t last) const noexcept;
+    RefPtr<Entry> TakeOut(typename std::map<Owner, std::uint64_t>::iterator place) noexcept;
 
     mutable std::mutex m_mutex;
-    std::shared_ptr<const RegistrationList> m_list = std::make_shared<RegistrationList>();
-    std::atomic<bool> m_observed{false};
+    std::map<std::uint64_t, RefPtr<Entry>> m_entries;  // by order
+    std::map<Owner, std::uint64_t> m_orders;
+    std::atomic<std::uint64_t> m_last{0};
+    std::atomic<std::size_t> m_count{0};
 };
+
+extern template class ObserverList<EventObserver>;
+extern template class ObserverList<ClientObserver>;
+
+using Observation = ObserverList<EventObserver>;
 
 // One edit as the observers of its beginning hear of it.
 class Announcement {
 public:
-    explicit Announcement(const Observation& observation) : m_list(observation.Current()) {}
+    explicit Announcement(const Observation& observation) noexcept
+        : m_observation(observation), m_last(observation.Last()) {}
 
-    void Before(const Event& event, bool undo) const;
-    void After(const Event& event, bool undo) const;
+    void Before(const Event& event, bool undo) const noexcept;
+    void After(const Event& event, bool undo) const noexcept;
 
-    // Calls every observer with each `call(observer)` in turn; one that throws in the first still gets the others.
+    // Calls every observer with each `call(observer)` in turn.
     template <class... Functions>
-    void Each(const Functions&... calls) const {
-        for (const std::shared_ptr<Registration>& registration : *m_list)
-            (registration->Call(calls), ...);
+    void Each(const Functions&... calls) const noexcept {
+        if (m_observation.IsEmpty()) return;
+        m_observation.ForEach(m_last, [&](Observation::Entry& entry) { entry.Call(calls...); });
     }
 
 private:
     void Tell(const Event& event, void (*call)(EventObserver&, const Event&, bool),
-              void (EventObserver::*change)(const Index&, EEventsChange, bool), bool undo) const;
+              void (EventObserver::*change)(const Index&, EEventsChange, bool), bool undo) const noexcept;
 
-    std::shared_ptr<const RegistrationList> m_list;
+    const Observation& m_observation;
+    const std::uint64_t m_last;
 };
 
 // The event that tells of the inverse edit.

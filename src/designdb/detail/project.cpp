@@ -17,10 +17,17 @@ GIndex NextGlobalIndex() noexcept {
 
 }  // namespace
 
+Snapshot::Snapshot(String snapshotName, GIndex savedFrom, Graph state, ListAttribute designAttributes)
+    : name(std::move(snapshotName)),
+      index(NextGlobalIndex()),
+      origin(savedFrom),
+      graph(std::move(state)),
+      savedAttributes(std::move(designAttributes)) {}
+
 // ---- ProjectCore ----
 
 ProjectCore::ProjectCore(String projectName) : name(std::move(projectName)) {
-    m_snapshots.emplace_back(new Snapshot(String(WorkingSnapshot), NextGlobalIndex()));
+    m_snapshots.emplace_back(new Snapshot(String(WorkingSnapshot)));
 }
 
 ProjectCore::~ProjectCore() {
@@ -28,6 +35,11 @@ ProjectCore::~ProjectCore() {
 }
 
 Result ProjectCore::Attach(RefPtr<const Connection>& connection, const String& client) {
+    if (const int code = Fault("OrinPI::AttachSubClient", Index())) return Result(code);
+    return Connect(connection, client);
+}
+
+Result ProjectCore::Connect(RefPtr<const Connection>& connection, const String& client) {
     try {
         connection = RefPtr<const Connection>(new Client(RefPtr<ProjectCore>(this), client));
         return {};
@@ -43,18 +55,39 @@ RefPtr<Snapshot> ProjectCore::FindSnapshot(std::string_view snapshot) const {
     return {};
 }
 
-Result ProjectCore::AddSnapshot(const String& snapshot) {
-    if (snapshot.IsEmpty()) return EErrorCode::InvalidArgument;
-    try {
-        RefPtr<Snapshot> made(new Snapshot(snapshot, NextGlobalIndex()));
-        const std::lock_guard lock(m_mutex);
-        for (const RefPtr<Snapshot>& other : m_snapshots)
-            if (other->name == snapshot) return Result(EErrorCode::AlreadyExists, snapshot);
-        m_snapshots.push_back(std::move(made));
-        return {};
-    } catch (const std::bad_alloc&) {
-        return EErrorCode::OutOfMemory;
+Result ProjectCore::Enter(RefPtr<Snapshot> snapshot) {
+    const std::lock_guard lock(m_mutex);
+    for (const RefPtr<Snapshot>& other : m_snapshots)
+        if (other->name == snapshot->name) return Result(EErrorCode::AlreadyExists, snapshot->name);
+    m_snapshots.push_back(snapshot);
+    Result kept;
+    if (const int code = Fault("Store::Add", Index())) kept = Result(code);
+    if (kept && store) kept = store->Add(*snapshot);
+    if (!kept) m_snapshots.pop_back();
+    return kept;
+}
+
+Result ProjectCore::RemoveSnapshot(const String& snapshot) {
+    if (snapshot == WorkingSnapshot) return EErrorCode::InvalidArgument;
+    Graph freed;
+    const RefPtr<Snapshot> found = FindSnapshot(snapshot.View());
+    if (!found) return Result(EErrorCode::ObjectNotFound, snapshot);
+    {
+        const std::lock_guard lock(found->lock);
+        if (found->removed) return Result(EErrorCode::ObjectNotFound, snapshot);
+        if (found->transactionOwner != nullptr || found->reverting || !found->locks.IsEmpty())
+            return EErrorCode::AccessDenied;
+        if (const int code = Fault("Store::Remove", Index())) return Result(code);
+        if (store)
+            if (Result kept = store->Remove(*found); !kept) return kept;
+        found->removed = true;
+        // Whoever has a handle yet finds nothing, under the indexes that were given nor under new ones.
+        freed.ReserveThrough(found->graph);
+        std::swap(found->graph, freed);
     }
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_snapshots, [&](const RefPtr<Snapshot>& other) { return other.Get() == found.Get(); });
+    return {};
 }
 
 ListT<String> ProjectCore::SnapshotNames() const {
@@ -76,6 +109,7 @@ Result Client::GetSnapshotByName(ContainerT<const ISnapshot>& snapshot, const St
     try {
         const RefPtr<Snapshot> found = project->FindSnapshot(snapshotName.View());
         if (!found) return Result(EErrorCode::ObjectNotFound, snapshotName);
+        EndRemoved();
         const std::lock_guard lock(m_mutex);
         if (IsClosed()) return EErrorCode::NotConnected;
         auto session = std::find_if(m_sessions.begin(), m_sessions.end(),
@@ -92,59 +126,72 @@ Result Client::GetSnapshotByName(ContainerT<const ISnapshot>& snapshot, const St
     }
 }
 
-Result Client::AddClientObserver(ClientObserver* observer) const {
-    if (const int code = Fault("OrinPI::AddClientObserver", Index())) return Result(code);
-    if (observer == nullptr) return EErrorCode::InvalidArgument;
-    const std::lock_guard lock(m_mutex);
-    if (std::find(m_observers.begin(), m_observers.end(), observer) != m_observers.end())
-        return EErrorCode::AlreadyExists;
+namespace {
+
+// Registers an observer, unless its client was closed meanwhile and may have let go of its observers before this one
+// came.
+template <class Observer>
+Result AddTo(ObserverList<Observer>& list, Observer* observer, const Client& client) {
+    if (client.IsClosed()) return EErrorCode::NotConnected;
     try {
-        m_observers.push_back(observer);
-        return {};
+        Result result = list.Add(observer, client);
+        if (!result || !client.IsClosed()) return result;
+        static_cast<void>(list.Remove(observer, client));
+        return EErrorCode::NotConnected;
     } catch (const std::bad_alloc&) {
         return EErrorCode::OutOfMemory;
     }
 }
 
-Result Client::RemoveClientObserver(ClientObserver* observer) const {
-    if (const int code = Fault("OrinPI::RemoveClientObserver", Index())) return Result(code);
-    const std::lock_guard lock(m_mutex);
-    return std::erase(m_observers, observer) != 0 ? Result() : Result(EErrorCode::ObjectNotFound);
+// Ends a client's work on a snapshot.
+void End(Session& session) noexcept {
+    session.snapshot->observation.RemoveAll(*session.client);
+    AbandonTransaction(session);
+    AbandonLocks(session);
+    session.CloseByClient();
 }
 
-void Client::ReportUnexpected(const String& error) const noexcept {
-    // Observers may come and go meanwhile, also in the callback; one that takes itself out makes room for the next.
-    ClientObserver* told = nullptr;
-    for (std::size_t position = 0;;) {
+}  // namespace
+
+void Client::EndRemoved() const noexcept {
+    for (;;) {
+        Session* ended = nullptr;
         {
             const std::lock_guard lock(m_mutex);
-            if (told != nullptr && position < m_observers.size() && m_observers[position] == told) ++position;
-            if (position >= m_observers.size()) return;
-            told = m_observers[position];
+            const auto found = std::find_if(m_sessions.begin(), m_sessions.end(), [](const Session* session) {
+                const std::shared_lock graph(session->snapshot->lock);
+                return session->snapshot->removed;
+            });
+            if (found == m_sessions.end()) return;
+            ended = *found;
+            m_sessions.erase(found);
         }
-        try {
-            told->OnErrorUnexpected(project->name, error);
-        } catch (...) {
-            // There is nobody left to tell.
-        }
+        End(*ended);
     }
 }
 
+Result Client::AddClientObserver(ClientObserver* observer) const {
+    if (const int code = Fault("OrinPI::AddClientObserver", Index())) return Result(code);
+    return AddTo(project->clientObservers, observer, *this);
+}
+
+Result Client::RemoveClientObserver(ClientObserver* observer) const {
+    if (const int code = Fault("OrinPI::RemoveClientObserver", Index())) return Result(code);
+    return project->clientObservers.Remove(observer, *this);
+}
+
 void Client::Close() const noexcept {
+    // Callbacks may let go of the last handle to this client.
+    const RefPtr<const Client> self(this);
     std::vector<Session*> sessions;
     {
         const std::lock_guard lock(m_mutex);
         if (m_closed.exchange(true, std::memory_order_acq_rel)) return;
         sessions.swap(m_sessions);
     }
-    for (Session* const session : sessions) {
-        session->snapshot->observation.RemoveAll(*this);
-        AbandonTransaction(*session);
-        session->snapshot->locks.ReleaseAll(*this);
-        session->CloseByClient();
-    }
-    const std::lock_guard lock(m_mutex);
-    m_observers.clear();
+    for (Session* const session : sessions)
+        End(*session);
+    project->clientObservers.RemoveAll(*this);
 }
 
 // ---- Session ----
@@ -169,24 +216,17 @@ void Session::CloseByClient() noexcept {
 }
 
 Result AddEventObserver(Session& session, EventObserver* observer) {
-    if (session.client->IsClosed()) return EErrorCode::NotConnected;
-    try {
-        Result result = session.snapshot->observation.Add(observer, *session.client);
-        if (!result || !session.client->IsClosed()) return result;
-        // The client was closed meanwhile and may have let go of its observers before this one came.
-        static_cast<void>(session.snapshot->observation.Remove(observer, *session.client));
-        return EErrorCode::NotConnected;
-    } catch (const std::bad_alloc&) {
-        return EErrorCode::OutOfMemory;
-    }
+    return AddTo(session.snapshot->observation, observer, *session.client);
 }
 
 Result RemoveEventObserver(Session& session, EventObserver* observer) {
-    try {
-        return session.snapshot->observation.Remove(observer, *session.client);
-    } catch (const std::bad_alloc&) {
-        return EErrorCode::OutOfMemory;
-    }
+    return session.snapshot->observation.Remove(observer, *session.client);
+}
+
+Result MakeDurable(const Session& session) {
+    if (const int code = Fault("Store::Commit", session.snapshot->DesignIndex())) return Result(code);
+    Store* const store = session.Project().store.get();
+    return store != nullptr ? store->Commit(*session.snapshot, *session.client) : Result();
 }
 
 }  // namespace Orin::DesignDb

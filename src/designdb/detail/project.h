@@ -16,6 +16,7 @@
 #include "designdb/detail/observation.h"
 #include "designdb/detail/path_table.h"
 #include "designdb/detail/readers_writer_lock.h"
+#include "designdb/detail/store.h"
 
 namespace Orin::DesignDb {
 
@@ -43,17 +44,30 @@ private:
 // One design of a project.
 class Snapshot final : public Counted {
 public:
-    Snapshot(String snapshotName, GIndex globalIndex) : name(std::move(snapshotName)), index(globalIndex) {}
+    explicit Snapshot(String snapshotName) : Snapshot(std::move(snapshotName), GIndex(), {}, {}) {}
+    // A save point: a state of the snapshot of that global index, with the attributes that the design had.
+    Snapshot(String snapshotName, GIndex savedFrom, Graph state, ListAttribute designAttributes);
 
     const String name;
-    const GIndex index;
+    const GIndex index;   // of its own
+    const GIndex origin;  // of a save point: what it was made of
+
+    bool IsSavePoint() const noexcept { return origin != GIndex(); }
+    // Under which the design as a whole goes in events and faults.
+    Index DesignIndex() const noexcept {
+        return Index(EObjectType::Snapshot, 0, static_cast<std::uint32_t>(index.Value()));
+    }
 
     // Guards the graph, the transaction and the log; the lock table guards itself.
     mutable ReadersWriterLock lock;
     Graph graph;
+    // Of a save point: the design's attributes when it was made. Those of the graph belong to the save point from then
+    // on, so that a comment on it does not come into the design that is restored.
+    const ListAttribute savedAttributes;
+    bool removed = false;  // from the project; the handles that are left find nothing
     const Client* transactionOwner = nullptr;
     bool transactionIsSeries = false;  // it only holds a series of edits together, and the owner does not know of it
-    bool reverting = false;            // nobody may edit while edits are being taken back
+    bool reverting = false;            // nobody may edit while edits are taken back or a save point is restored
     unsigned series = 0;               // that are open, in one another; the transaction cannot end meanwhile
     std::thread::id seriesThread;      // that they run on
     UndoLog log;                       // the steps of the transaction; between edits empty when there is none
@@ -68,13 +82,26 @@ public:
     explicit ProjectCore(String projectName);
 
     Result Attach(RefPtr<const Connection>& connection, const String& client) override;
+    Result Connect(RefPtr<const Connection>& connection, const String& client);
 
     RefPtr<Snapshot> FindSnapshot(std::string_view snapshot) const;
-    Result AddSnapshot(const String& snapshot);
+    // AlreadyExists when there is one of that name.
+    Result Enter(RefPtr<Snapshot> snapshot);
+    Result RemoveSnapshot(const String& snapshot);
     ListT<String> SnapshotNames() const;
+
+    // Calls call(observer) with the client observers of all clients, or of one.
+    template <class Call>
+    void Notify(const Client* only, const Call& call) const noexcept {
+        clientObservers.ForEach(clientObservers.Last(), [&](ObserverList<ClientObserver>::Entry& entry) {
+            if (only == nullptr || entry.client.Get() == only) entry.Call(call);
+        });
+    }
 
     const String name;
     PathTable paths;
+    ObserverList<ClientObserver> clientObservers;
+    std::unique_ptr<Store> store;  // null: designs live in memory alone. Set before the first client comes.
 
 private:
     ~ProjectCore() override;
@@ -93,9 +120,6 @@ public:
     Result RemoveClientObserver(ClientObserver* observer) const override;
     void Close() const noexcept override;
 
-    // Tells the client's observers that one of its event observers threw.
-    void ReportUnexpected(const String& error) const noexcept;
-
     bool IsClosed() const noexcept { return m_closed.load(std::memory_order_acquire); }
 
     const RefPtr<ProjectCore> project;
@@ -104,9 +128,11 @@ public:
 private:
     ~Client() override;
 
+    // Lets go of the work on snapshots that were removed from the project.
+    void EndRemoved() const noexcept;
+
     mutable std::mutex m_mutex;
     mutable std::vector<Session*> m_sessions;
-    mutable std::vector<ClientObserver*> m_observers;
     mutable std::atomic<bool> m_closed{false};
 };
 
@@ -164,6 +190,14 @@ private:
     Session::Share* m_share;
 };
 
+// ---- Save points, for the editor. ----
+
+Result MakeSavePoint(Session& session, const String& name);
+Result RestoreSavePoint(Session& session, const String& name);
+
+// Asks the project's store to keep a commit of the session's snapshot: see Store::Commit.
+Result MakeDurable(const Session& session);
+
 // ---- Transactions and observers, for ISnapshot. ----
 
 Result BeginTransaction(Session& session, const ETransactionType& type);
@@ -172,6 +206,8 @@ Result RollbackTransaction(Session& session);
 bool OwnsTransaction(const Session& session);
 // For a client that is closed: takes its transaction back, or leaves that to the work on it that is under way.
 void AbandonTransaction(Session& session) noexcept;
+// For a client that is closed: gives up all its locks.
+void AbandonLocks(Session& session) noexcept;
 Result AddEventObserver(Session& session, EventObserver* observer);
 Result RemoveEventObserver(Session& session, EventObserver* observer);
 

@@ -23,6 +23,8 @@ struct DrawnAttribute {
     String name;
     String value;
     AttrDataQuill data;
+
+    bool operator==(const DrawnAttribute&) const = default;
 };
 
 // What one view shows of one object.
@@ -31,6 +33,8 @@ struct Drawing {
     std::variant<std::monostate, CompDataQuill, PinDataQuill, BusDataQuill, GroupDataQuill> body;
     ListT<LabelDataQuill> label;       // none or one
     ListT<DrawnAttribute> attributes;  // sorted by name, then value
+
+    bool operator==(const Drawing&) const = default;
 };
 
 // Of an object: sorted by view.
@@ -47,6 +51,8 @@ struct Memberships {
 struct OccurrenceAttributes {
     Slot path = 0;
     ListAttribute attributes;
+
+    bool operator==(const OccurrenceAttributes&) const = default;
 };
 
 struct BlockRecord {

@@ -258,11 +258,13 @@ private:
 
     Result AcquireLock(ELockScope scope, RefPtr<LockToken>& token) const override {
         if (const int code = Fault("LockerT<ISnapshot>::Lock", Identity())) return Result(code);
-        return AcquireFor(m_session, {EObjectType::Snapshot, 0, 0}, scope, token, [](const Graph&) { return true; });
+        return AcquireLocks(m_session, scope, token, [this](const Graph& graph, LockRequests& requests) -> Result {
+            if (m_session->snapshot->removed) return EErrorCode::ObjectNotFound;
+            requests.push_back({ChainOf(graph, {EObjectType::Snapshot, 0, 0}), Identity(), false});
+            return {};
+        });
     }
-    Index Identity() const noexcept override {
-        return Index(EObjectType::Snapshot, 0, static_cast<std::uint32_t>(m_session->snapshot->index.Value()));
-    }
+    Index Identity() const noexcept override { return m_session->snapshot->DesignIndex(); }
     void OnUnreferenced() const noexcept override { delete this; }
 
     const SessionRef m_session;

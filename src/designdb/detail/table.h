@@ -1,6 +1,7 @@
 // Tables of records that snapshots share.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -14,6 +15,30 @@ namespace Orin::DesignDb {
 
 // The number of a record in its table, from 1; 0 is no record. A number is never given to a second record.
 using Slot = std::uint32_t;
+
+// Gives slots away, to any threads at once.
+class SlotCounter {
+public:
+    SlotCounter() noexcept = default;
+    SlotCounter(const SlotCounter& other) noexcept : m_next(other.Next()) {}
+    SlotCounter& operator=(const SlotCounter& other) noexcept {
+        m_next.store(other.Next(), std::memory_order_relaxed);
+        return *this;
+    }
+
+    Slot Next() const noexcept { return m_next.load(std::memory_order_relaxed); }
+    Slot Take() noexcept { return m_next.fetch_add(1, std::memory_order_relaxed); }
+    // False when the slot was given away already.
+    bool TakeThrough(Slot slot) noexcept {
+        Slot next = Next();
+        while (slot >= next)
+            if (m_next.compare_exchange_weak(next, slot + 1, std::memory_order_relaxed)) return true;
+        return false;
+    }
+
+private:
+    std::atomic<Slot> m_next{1};
+};
 
 // Records of one kind by slot, in chunks. Copying a table copies a pointer for each chunk; the first write to a chunk
 // that another table shares copies that chunk alone. A record whose index is empty is not there.
@@ -58,13 +83,11 @@ public:
         return std::exchange(chunk.records[slot % ChunkSize], Record());
     }
 
-    // A slot that was never given before.
-    Slot Reserve() noexcept { return m_next++; }
-    // Gives the slots up to and including `slot` away.
-    void ReserveThrough(Slot slot) noexcept {
-        if (slot >= m_next) m_next = slot + 1;
-    }
-    Slot NextSlot() const noexcept { return m_next; }
+    // A slot that was never given before. Any threads may reserve at once; who writes to the table keeps them out.
+    Slot Reserve() const noexcept { return m_next.Take(); }
+    // Gives the slots up to and including `slot` away; false when that was given already.
+    bool ReserveThrough(Slot slot) const noexcept { return m_next.TakeThrough(slot); }
+    Slot NextSlot() const noexcept { return m_next.Next(); }
 
     // The first slot above `slot` that holds a record, or 0.
     Slot Above(Slot slot) const noexcept {
@@ -81,6 +104,25 @@ public:
     }
 
     std::size_t Count() const noexcept { return m_count; }
+
+    // Calls visit(slot, own, others) for each slot of the chunks that the two tables do not share, upwards; a record is
+    // null where it is not there, and one of the two is.
+    template <class Visit>
+    void Compare(const Table& other, Visit&& visit) const {
+        const std::size_t chunks = std::max(m_chunks.size(), other.m_chunks.size());
+        for (std::size_t at = 0; at < chunks; ++at) {
+            const Chunk* const own = at < m_chunks.size() ? m_chunks[at].Get() : nullptr;
+            const Chunk* const theirs = at < other.m_chunks.size() ? other.m_chunks[at].Get() : nullptr;
+            if (own == theirs) continue;
+            for (std::size_t i = 0; i < ChunkSize; ++i) {
+                const Record* const mine =
+                    own != nullptr && !own->records[i].index.IsEmpty() ? &own->records[i] : nullptr;
+                const Record* const its =
+                    theirs != nullptr && !theirs->records[i].index.IsEmpty() ? &theirs->records[i] : nullptr;
+                if (mine != nullptr || its != nullptr) visit(static_cast<Slot>(at * ChunkSize + i), mine, its);
+            }
+        }
+    }
 
 private:
     static constexpr std::size_t ChunkSize = 128;
@@ -106,7 +148,7 @@ private:
 
     std::vector<RefPtr<Chunk>> m_chunks;
     std::size_t m_count = 0;
-    Slot m_next = 1;
+    mutable SlotCounter m_next;
 };
 
 }  // namespace Orin::DesignDb

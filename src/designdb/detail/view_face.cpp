@@ -172,8 +172,11 @@ private:
                 Fault(sheet ? "LockerT<IBlockViewQuill>::Lock" : "LockerT<ICompViewQuill>::Lock", m_ownerIndex))
             return Result(code);
         const LockKey key{sheet ? EObjectType::BlockView : EObjectType::CompView, m_owner, 0};
-        return AcquireFor(m_session, key, scope, token,
-                          [this](const Graph& graph) { return graph.Find<Owner>(m_owner) != nullptr; });
+        return AcquireLocks(m_session, scope, token, [&](const Graph& graph, LockRequests& requests) -> Result {
+            if (graph.Find<Owner>(m_owner) == nullptr) return EErrorCode::ObjectNotFound;
+            requests.push_back({ChainOf(graph, key), m_ownerIndex, false});
+            return {};
+        });
     }
     Index Identity() const noexcept override {
         Index index;

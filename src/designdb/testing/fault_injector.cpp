@@ -35,11 +35,12 @@ State& TheState() {
 int CheckFault(const char* operation, const Index& object) {
     State& state = TheState();
     const std::lock_guard lock(state.mutex);
-    ++state.all;
+    const bool ofStore = std::string_view(operation).starts_with("Store::");
+    if (!ofStore) ++state.all;
     ++state.calls[operation];
     int code = 0;
     for (Rule& rule : state.rules) {
-        if (!rule.fault.operation.empty() && rule.fault.operation != operation) continue;
+        if (rule.fault.operation.empty() ? ofStore : rule.fault.operation != operation) continue;
         if (!rule.fault.object.IsEmpty() && rule.fault.object != object) continue;
         ++rule.matched;
         // The first rule decides; the others count the call all the same.

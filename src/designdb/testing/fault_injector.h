@@ -20,8 +20,9 @@ struct Fault {
 // Watches every operation of every database of the process, from its construction to its destruction. At most one
 // exists at a time. Operations are named by interface class and operation ("IBlock::GetAttribute",
 // "LockerT<IGroup>::ShallowLock", "IUIDManager::GetComp", "IBlockViewQuill::Init", "OrinPI::GetSnapshotByName"); the
-// overloads of a name count as one. A failed call has no effect. Any thread; while no injector exists an operation
-// pays for one load and branch.
+// overloads of a name count as one. "Store::Commit", "Store::Add" and "Store::Remove" are the moments in which a
+// commit, a new snapshot or the removal of one is made durable; they are meant only by name. A failed call has no
+// effect. Any thread; while no injector exists an operation pays for one load and branch.
 class ORINPI_EXPORT FaultInjector {
 public:
     FaultInjector();

@@ -19,6 +19,7 @@ struct DraftLabel {
     Orin::Point at;
     Orin::Index pin;
     const Label* local = nullptr;  // a local label, which its net draws
+    bool busPin = false;           // a pin of a sheet symbol that is called like a bus
 };
 
 struct DraftSegment {

@@ -79,19 +79,14 @@ private:
     }
 
     std::optional<std::string> ReadChild(const SchematicFile& parent, const SheetSymbol& sheet, const fs::path& path) {
-        KicadMessage problem;
-        if (sheet.file.empty()) {
-            problem.reason = "no file is named";
-        } else {
-            try {
-                return ReadWholeFile(path, path.generic_string());
-            } catch (KicadMessage& unreadable) {
-                problem = std::move(unreadable);
-            }
+        std::string reason = "no file is named";
+        try {
+            if (!sheet.file.empty()) return ReadWholeFile(path, path.generic_string());
+        } catch (const KicadMessage& unreadable) {
+            reason = unreadable.Message();
         }
-        std::string reason = "sheet \"" + std::string(sheet.name) + "\": " + problem.Message();
-        if (sheet.file.empty()) reason = "sheet \"" + std::string(sheet.name) + "\": no file is named";
-        KicadMessage message = parent.source.At(sheet.fileStart, std::move(reason));
+        KicadMessage message =
+            parent.source.At(sheet.fileStart, "sheet \"" + std::string(sheet.name) + "\": " + reason);
         if (!m_allowMissing) throw message;
         m_warnings.push_back(std::move(message));
         return std::nullopt;

@@ -181,13 +181,11 @@ private:
     IndexCounter& m_indexes;
     const Connectivity m_connected;
     std::vector<std::optional<std::uint32_t>> m_busOf;  // by entry: the bus that it leads to
-    std::vector<bool> m_turned;                         // by entry: whether it ends, not begins, on its net
 };
 
 // Which end of each entry stands on its net: the other one leads to the bus.
 void NetBuilder::PlaceEntries() {
     m_busOf.resize(m_draft.entries.size());
-    m_turned.resize(m_draft.entries.size());
     for (const BusConnection& connection : m_connected.connections)
         if (connection.entry != NoItem) m_busOf[connection.entry] = connection.bus;
     for (std::uint32_t bus = 0; bus < m_connected.buses.size(); ++bus)
@@ -204,7 +202,6 @@ void NetBuilder::PlaceEntries() {
         CompModel& ripper = m_draft.model.comps[entry.comp];
         if (m_busOf[i]) ripper.bus = m_draft.model.buses[*m_busOf[i]].spec.index;
         if (points.count(entry.from) != 0 || points.count(entry.to) == 0) continue;
-        m_turned[i] = true;
         std::swap(entry.from, entry.to);
         auto& body = std::get<Orin::CompDataQuill>(ripper.drawn.front().body);
         body.position = entry.from;
@@ -242,7 +239,8 @@ void NetBuilder::AttachPins(const ConnectedItems& items, Figures& figures, Index
         if (const DraftLabel& label = m_draft.labels[id]; !label.pin.IsEmpty()) attach(label.page, label.at, label.pin);
 }
 
-// The label's text as the file has it, and the further labels.
+// The label's text as the file has it, and the further labels. Pins of sheet symbols that are called like buses are
+// among them: they say what the bus is called inside.
 template <class Model>
 void NetBuilder::AddLabels(const ConnectedItems& items, Model& model) {
     std::unordered_map<std::string_view, std::string_view> sources;
@@ -253,13 +251,20 @@ void NetBuilder::AddLabels(const ConnectedItems& items, Model& model) {
         return found == sources.end() ? std::string_view(text) : found->second;
     };
     if (!items.name.empty()) model.attributes.push_back({KicadAttributes::Source, Stored(sourceOf(items.name))});
-    if (items.alternatives.empty()) return;
+    std::vector<std::string> texts = items.alternatives;
+    for (const ItemId id : items.labels) {
+        const DraftLabel& label = m_draft.labels[id];
+        if (label.busPin && label.text != items.name) texts.push_back(label.text);
+    }
+    std::set<std::string_view> given;
     std::string others;
     std::string otherSources;
-    for (const std::string& text : items.alternatives) {
+    for (const std::string& text : texts) {
+        if (!given.insert(text).second) continue;
         others.append(others.empty() ? "" : "\n").append(text);
         otherSources.append(otherSources.empty() ? "" : "\n").append(sourceOf(text));
     }
+    if (others.empty()) return;
     model.attributes.push_back({KicadAttributes::OtherLabels, Stored(others)});
     model.attributes.push_back({KicadAttributes::OtherSources, Stored(otherSources)});
 }
@@ -276,9 +281,10 @@ void NetBuilder::DrawLabels(const ConnectedItems& items, Model& model) {
         AddText(label.text, data.position, data.style, m_indexes, *m_draft.model.groups[label.page].view);
     }
     for (const auto& [page, data] : drawn) {
-        const auto same = [&](const Orin::DesignDb::DrawingInfo& drawing) { return drawing.view == Page(page); };
+        const Index view = Page(page);
+        const auto same = [&view](const Orin::DesignDb::DrawingInfo& drawing) { return drawing.view == view; };
         auto place = std::find_if(model.drawn.begin(), model.drawn.end(), same);
-        if (place == model.drawn.end()) place = model.drawn.insert(place, {Page(page), {}, {}, {}});
+        if (place == model.drawn.end()) place = model.drawn.insert(place, {view, {}, {}, {}});
         place->label = data;
     }
 }

@@ -254,7 +254,7 @@ void PageBuilder::AddSheet(const SheetSymbol& sheet, const Orin::DesignDb::Block
     std::vector<SymbolPin> drawnPins;
     for (const SheetPin& pin : sheet.pins) {
         const WrittenLabel written = m_parts.labels.Wide(pin.name, m_file.source, pin.start);
-        DraftLabel label{0, written.text, pin.name, pin.at, AddPin(comp, written.text), nullptr};
+        DraftLabel label{0, written.text, pin.name, pin.at, AddPin(comp, written.text), nullptr, written.bus};
         Attributes& attributes = comp.pins.back().attributes;
         attributes.push_back(User(KicadAttributes::Source, pin.name));
         if (!pin.uuid.empty()) attributes.push_back(User(KicadAttributes::Uuid, pin.uuid));
