@@ -8,7 +8,7 @@ if [ $# -gt 0 ]; then
     cat <<'END'
 Usage: ./quickstart.sh
 
-Builds the libraries and the program, and runs the program on a design under examples/. Missing packages are installed
+Builds the libraries and the program, and lists the numbered pages of a design under examples/. Missing packages are installed
 first, with apt. The build goes to quillutils70-build beside the source tree, or to $QUILL_BUILD_ROOT.
 END
     case $1 in
@@ -29,6 +29,6 @@ if [ ! -x "$program" ]; then
     printf '    %s\n' "$build_dir"/lib/*.so
     exit 0
 fi
-main_job=(info "$source_dir/examples/vibration-recorder.json")
+main_job=(pages "$source_dir/examples/vibration-recorder.json")
 say "Running: quill ${main_job[*]}"
 exec "$program" "${main_job[@]}"

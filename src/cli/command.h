@@ -1,9 +1,11 @@
-// What a command of the program is made of. Each command has a file of its own and a line in main.cpp.
+// What the commands of the program are made of. Each has a file of its own, which enters it in the command line.
 #pragma once
 
 #include <functional>
+#include <map>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -22,10 +24,64 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// The command that the command line chose; it gives the exit code.
+// What a command does; it gives the exit code.
 using Action = std::function<ExitCode()>;
 
-// Adds `quill info DESIGN`. `chosen` is set when the command line is parsed and outlives `app`.
-void AddInfoCommand(CLI::App& app, Action& chosen);
+// Where commands enter themselves, and what the command line then chose among them.
+class CommandLine {
+public:
+    // Borrows `app`.
+    explicit CommandLine(CLI::App& app) : m_app(app) {}
+
+    // Adds the first word of commands that have two.
+    void AddFamily(const char* name, const char* summary);
+
+    // Adds the command called `name`: a word, or the name of a family, or of a command that is complete with its
+    // options, and a word. `details` stand below the options in the command's help and hold examples. `action` is
+    // called when the command line chose this command.
+    CLI::App& Add(const std::string& name, const char* summary, const char* details, Action action);
+
+    // The action of the command that was chosen; empty until the command line is parsed.
+    const Action& Chosen() const noexcept { return m_chosen; }
+
+private:
+    CLI::App& m_app;
+    std::map<const CLI::App*, std::vector<const CLI::Option*>> m_required;  // of commands with commands below them
+    Action m_chosen;
+};
+
+// The options that most commands have.
+void AddDesignArgument(CLI::App& command, std::string& design);
+void AddSheetArguments(CLI::App& command, std::string& block, std::string& sheet);
+void AddConfigOption(CLI::App& command, std::string& config);
+void AddJsonFlag(CLI::App& command, bool& json);
+
+// ---- The commands, by their files ----
+
+void AddBusBuildCommand(CommandLine& line);
+void AddBusContentsCommand(CommandLine& line);
+void AddBusExpandCommand(CommandLine& line);
+void AddBusesCommand(CommandLine& line);
+void AddConnectorsCommand(CommandLine& line);
+void AddConnectorsAllCommand(CommandLine& line);
+void AddConnectorsLonelyCommand(CommandLine& line);
+void AddConnectorsNextCommand(CommandLine& line);
+void AddIdsCommand(CommandLine& line);
+void AddImportCommand(CommandLine& line);
+void AddInfoCommand(CommandLine& line);
+void AddLabelCheckCommand(CommandLine& line);
+void AddLabelInvertCommand(CommandLine& line);
+void AddNetsCommand(CommandLine& line);
+void AddPagesCommand(CommandLine& line);
+void AddPagesExcludeCommand(CommandLine& line);
+void AddPagesIncludeCommand(CommandLine& line);
+void AddPagesWhyCommand(CommandLine& line);
+void AddSheetsCommand(CommandLine& line);
+void AddSheetsDownCommand(CommandLine& line);
+void AddSheetsMoveCommand(CommandLine& line);
+void AddSheetsNewCommand(CommandLine& line);
+void AddSheetsRenumberCommand(CommandLine& line);
+void AddSheetsUpCommand(CommandLine& line);
+void AddWalkCommand(CommandLine& line);
 
 }  // namespace Quill::Cli

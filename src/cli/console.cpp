@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <iostream>
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -58,6 +59,27 @@ std::string Printable(std::string_view text) {
         text.remove_prefix(length);
     }
     return printable;
+}
+
+void Say(std::string_view message) {
+    std::cerr << "quill: " << Printable(message) << '\n';
+}
+
+void PrintJson(const nlohmann::ordered_json& answer) {
+    const std::string text = answer.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    // Outside of texts JSON has no characters above U+007F, and of control characters the line feed alone.
+    std::string printable;
+    for (std::string_view rest = text; !rest.empty();) {
+        const std::string_view character = rest.substr(0, std::max<std::size_t>(Text::Utf8Length(rest), 1));
+        const std::uint32_t code = Decode(character);
+        if (IsControl(code) && code != '\n') {
+            printable += fmt::format("\\u{:04x}", code);
+        } else {
+            printable += character;
+        }
+        rest.remove_prefix(character.size());
+    }
+    std::cout << printable << '\n';
 }
 
 bool HasColours() {

@@ -5,11 +5,20 @@
 #include <string_view>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 namespace Quill::Cli {
 
 // The text without anything that a terminal would take as a command: control characters (also those above U+007F, and
 // the ones that change the direction of writing) and bytes that are not UTF-8 become \x1B, \u202E and the like.
 std::string Printable(std::string_view text);
+
+// A message to standard error, made printable: "quill: MESSAGE".
+void Say(std::string_view message);
+
+// An answer to standard output. Control characters as above are escaped, so that they are data for a reader of JSON and
+// nothing for a terminal; bytes that are not UTF-8, which JSON cannot hold, become U+FFFD.
+void PrintJson(const nlohmann::ordered_json& answer);
 
 // Whether standard output takes colours: it is a terminal that has them, and NO_COLOR is not set.
 bool HasColours();

@@ -8,6 +8,7 @@
 
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/design_lookup.h"
 #include "cli/open_design.h"
 
 namespace Quill::Cli {
@@ -23,10 +24,6 @@ struct Options {
     std::string config;
     bool json = false;
 };
-
-void Need(const Orin::Result& result) {
-    if (!result) throw CommandError(static_cast<const char*>(result.GetDescription()));
-}
 
 // What one block holds, and how often it stands in the hierarchy.
 struct BlockCounts {
@@ -47,10 +44,6 @@ struct Counts {
     std::uint64_t configs = 0;
     std::uint64_t pages = 0;
 };
-
-Orin::GroupTypes SheetTypes() {
-    return Orin::GroupTypes(Orin::EGroupType::Sheet) | Orin::EGroupType::GeneratedSheet;
-}
 
 template <class T>
 std::uint64_t CountOf(const IteratorT<const T>& objects) {
@@ -161,14 +154,11 @@ std::vector<std::pair<std::string, std::uint64_t>> Totals(const Counts& counts) 
             {"configurations", counts.configs}};
 }
 
-std::string RenderJson(const OpenDesign& design, const Counts& counts) {
+nlohmann::ordered_json AsJson(const OpenDesign& design, const Counts& counts) {
     nlohmann::ordered_json kinds;
     for (const auto& [kind, count] : Totals(counts))
         kinds[kind] = count;
-    const nlohmann::ordered_json answer{{"design", design.name}, {"pages", counts.pages}, {"counts", kinds}};
-    using Json = nlohmann::ordered_json;
-    // Bytes that are not UTF-8, which JSON cannot hold, become U+FFFD.
-    return answer.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+    return {{"design", design.name}, {"pages", counts.pages}, {"counts", kinds}};
 }
 
 std::string RenderTables(const OpenDesign& design, const Counts& counts) {
@@ -194,30 +184,32 @@ std::string RenderTables(const OpenDesign& design, const Counts& counts) {
     return out + '\n' + table.Render(HasColours());
 }
 
+ExitCode Run(const Options& options) {
+    const OpenDesign design = ReadDesign(options.design);
+    const Counts counts = CountDesign(design, options.config);
+    if (options.json) {
+        PrintJson(AsJson(design, counts));
+    } else {
+        std::cout << RenderTables(design, counts);
+    }
+    return Done;
+}
+
 }  // namespace
 
-void AddInfoCommand(CLI::App& app, Action& chosen) {
+void AddInfoCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App* const command = app.add_subcommand("info", "Say what is in a design");
-    command->add_option("DESIGN", options->design, "design file (JSON)")->required();
-    command->add_option(
-        "--config", options->config,
-        "configuration whose pages are counted; by default the one of the design's name, else the first");
-    command->add_flag("--json", options->json, "answer in JSON");
-    command->footer(
+    CLI::App& command = line.Add(
+        "info", "Say what is in a design",
         "Pages are the sheets at each place of the hierarchy; everything else is counted once for each block.\n"
         "\n"
         "Examples:\n"
         "  quill info examples/vibration-recorder.json\n"
-        "  quill info --json examples/vibration-recorder.json");
-    command->callback([options, &chosen] {
-        chosen = [options] {
-            const OpenDesign design = ReadDesign(options->design);
-            const Counts counts = CountDesign(design, options->config);
-            std::cout << (options->json ? RenderJson(design, counts) : RenderTables(design, counts));
-            return Done;
-        };
-    });
+        "  quill info --json examples/vibration-recorder.json",
+        [options] { return Run(*options); });
+    AddDesignArgument(command, options->design);
+    AddConfigOption(command, options->config);
+    AddJsonFlag(command, options->json);
 }
 
 }  // namespace Quill::Cli

@@ -4,21 +4,66 @@
 
 #include "cli/command.h"
 #include "cli/console.h"
+#include "orin/result.h"
+
+namespace Quill::Cli {
 
 namespace {
 
+// A word that only commands of two words begin with.
+template <const char* Name, const char* Summary>
+void AddFamily(CommandLine& line) {
+    line.AddFamily(Name, Summary);
+}
+
+constexpr char Bus[] = "bus", BusSummary[] = "Expand and build bus labels";
+constexpr char Label[] = "label", LabelSummary[] = "Check and invert labels";
+
+// In the order in which the help lists them.
+// clang-format off
+constexpr void (*Commands[])(CommandLine&) = {
+    AddImportCommand,
+    AddInfoCommand,
+    AddPagesCommand,
+    AddPagesWhyCommand,
+    AddPagesExcludeCommand,
+    AddPagesIncludeCommand,
+    AddSheetsCommand,
+    AddSheetsMoveCommand,
+    AddSheetsUpCommand,
+    AddSheetsDownCommand,
+    AddSheetsRenumberCommand,
+    AddSheetsNewCommand,
+    AddWalkCommand,
+    AddIdsCommand,
+    AddConnectorsCommand,
+    AddConnectorsNextCommand,
+    AddConnectorsAllCommand,
+    AddConnectorsLonelyCommand,
+    AddNetsCommand,
+    AddBusesCommand,
+    AddFamily<Bus, BusSummary>,
+    AddBusExpandCommand,
+    AddBusBuildCommand,
+    AddBusContentsCommand,
+    AddFamily<Label, LabelSummary>,
+    AddLabelCheckCommand,
+    AddLabelInvertCommand,
+};
+// clang-format on
+
 int Fail(std::string_view message) {
-    std::cerr << "quill: " << Quill::Cli::Printable(message) << '\n';
-    return Quill::Cli::Error;
+    Say(message);
+    return Error;
 }
 
 int Run(int argc, char** argv) {
-    using namespace Quill::Cli;
-    Action chosen;
     CLI::App app("Works on schematic designs.", "quill");
     app.require_subcommand(1);
     app.footer("Exit codes: 0 done, 1 a negative answer, 2 an error.\n\n\"quill COMMAND --help\" has examples.");
-    AddInfoCommand(app, chosen);
+    CommandLine line(app);
+    for (const auto add : Commands)
+        add(line);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp& help) {
@@ -26,7 +71,7 @@ int Run(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return Fail(std::string(error.what()) + ". \"quill --help\" says how it is used.");
     }
-    const ExitCode code = chosen();
+    const ExitCode code = line.Chosen()();
     // What was not written must not pass for an answer.
     if (!std::cout.flush()) throw CommandError("Standard output cannot be written");
     return code;
@@ -34,11 +79,16 @@ int Run(int argc, char** argv) {
 
 }  // namespace
 
+}  // namespace Quill::Cli
+
 int main(int argc, char** argv) {
+    using Quill::Cli::Fail;
     try {
-        return Run(argc, argv);
+        return Quill::Cli::Run(argc, argv);
     } catch (const std::bad_alloc&) {
         return Fail("Out of memory");
+    } catch (const Orin::Result& failure) {
+        return Fail(failure.GetDescription().View());
     } catch (const std::exception& error) {
         return Fail(error.what());
     }

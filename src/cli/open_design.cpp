@@ -1,37 +1,19 @@
 #include "cli/open_design.h"
 
-#include <cerrno>
-#include <fstream>
-#include <system_error>
-
 #include "cli/command.h"
+#include "cli/console.h"
+#include "cli/design_lookup.h"
+#include "cli/whole_file.h"
 #include "interchange/design_json.h"
 
 namespace Quill::Cli {
 
 namespace {
 
-[[noreturn]] void CannotRead(const std::string& path) {
-    const int code = errno != 0 ? errno : EIO;
-    throw CommandError(path + ": " + std::generic_category().message(code));
-}
+constexpr std::string_view SchematicSuffix = ".kicad_sch";
 
-std::string ReadFile(const std::string& path) {
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    if (!file) CannotRead(path);
-    std::string text;
-    std::string buffer(1 << 16, '\0');
-    while (file.read(buffer.data(), static_cast<std::streamsize>(buffer.size())) || file.gcount() > 0)
-        text.append(buffer, 0, static_cast<std::size_t>(file.gcount()));
-    if (file.bad()) CannotRead(path);
-    return text;
-}
-
-}  // namespace
-
-OpenDesign ReadDesign(const std::string& path) {
-    const std::string text = ReadFile(path);
+// A design that is to be read from `path`.
+OpenDesign EmptyDesign(const std::string& path) {
     OpenDesign design;
     const auto need = [&path](const Orin::Result& result) {
         if (!result) throw CommandError(path + ": " + static_cast<const char*>(result.GetDescription()));
@@ -39,11 +21,40 @@ OpenDesign ReadDesign(const std::string& path) {
     need(Orin::DesignDb::Database::Create(design.database, Orin::String(path.c_str())));
     design.client = design.database.Connect("quill");
     need(design.client->GetSnapshotByName(design.snapshot, Orin::DesignDb::WorkingSnapshot));
+    return design;
+}
+
+OpenDesign Opened(OpenDesign design, const Orin::String& name) {
+    design.name = name.View();
+    design.project = std::make_unique<Interchange::ProjectDataService>(design.snapshot);
+    return design;
+}
+
+}  // namespace
+
+bool IsSchematicPath(std::string_view path) {
+    return path.size() > SchematicSuffix.size() && path.substr(path.size() - SchematicSuffix.size()) == SchematicSuffix;
+}
+
+OpenDesign ReadDesign(const std::string& path) {
+    if (IsSchematicPath(path)) return ImportDesign(path, {});
+    const std::string text = ReadWholeFile(path);
+    OpenDesign design = EmptyDesign(path);
     Orin::String name;
     if (const auto fault = Interchange::ReadDesignJson(text, design.snapshot, name))
         throw CommandError(path + ": " + fault->Message());
-    design.name = name.View();
-    return design;
+    return Opened(std::move(design), name);
+}
+
+OpenDesign ImportDesign(const std::string& root, const Interchange::KicadOptions& options) {
+    OpenDesign design = EmptyDesign(root);
+    Orin::String name;
+    std::vector<Interchange::KicadMessage> warnings;
+    const auto fault = Interchange::ImportKicad(root, options, design.snapshot, name, warnings);
+    for (const Interchange::KicadMessage& warning : warnings)
+        Say("warning: " + warning.Message());
+    if (fault) throw CommandError(fault->Message());
+    return Opened(std::move(design), name);
 }
 
 Orin::ContainerT<const Orin::IConfig> FindConfig(const OpenDesign& design, const std::string& name) {
@@ -55,6 +66,12 @@ Orin::ContainerT<const Orin::IConfig> FindConfig(const OpenDesign& design, const
     if (!design.snapshot->GetIterConfigs(configs) || !configs) throw CommandError("The design has no configuration");
     const Orin::ContainerT<const Orin::IConfig>& first = configs;
     return first;
+}
+
+Orin::ContainerT<const Orin::IPath> RootOf(const Orin::IConfig& config) {
+    Orin::ContainerT<const Orin::IPath> root;
+    if (!config.GetRoot(root)) throw CommandError("Configuration " + NameOf(config) + " has no root block");
+    return root;
 }
 
 }  // namespace Quill::Cli

@@ -3,25 +3,40 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "designdb/database.h"
+#include "interchange/kicad_import.h"
+#include "interchange/project_data.h"
 #include "orin/orin.h"
 
 namespace Quill::Cli {
 
-// A design in a database of its own, which goes with it.
+// A design in a database of its own, which goes with it. While it is open, the libraries know its project.
 struct OpenDesign {
     std::string name;
     Orin::DesignDb::Database database;
     std::unique_ptr<Orin::OrinPI> client;
     Orin::ContainerT<const Orin::ISnapshot> snapshot;
+    std::unique_ptr<Interchange::ProjectDataService> project;
 };
 
-// Reads the design file at `path`. Throws a CommandError that names the file.
+// Whether the path ends like that of a schematic file.
+bool IsSchematicPath(std::string_view path);
+
+// Reads the design at `path`: a design file (docs/design-json.md), or the root schematic of a KiCad design.  Throws a
+// CommandError that names the file.
 OpenDesign ReadDesign(const std::string& path);
+
+// Imports the KiCad design with this root schematic. Warnings go to standard error, also when an error follows. Throws
+// a CommandError that names the place.
+OpenDesign ImportDesign(const std::string& root, const Interchange::KicadOptions& options);
 
 // The configuration called `name`, or for an empty name the default one: that of the design's name, else the first.
 // Throws a CommandError when there is none.
 Orin::ContainerT<const Orin::IConfig> FindConfig(const OpenDesign& design, const std::string& name);
+
+// The place at the top of the configuration. Throws a CommandError when it has no root block.
+Orin::ContainerT<const Orin::IPath> RootOf(const Orin::IConfig& config);
 
 }  // namespace Quill::Cli

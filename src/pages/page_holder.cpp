@@ -165,6 +165,10 @@ bool SequencedPageHolder::containsPage(const PageID& page) const {
     return m_impl->GetPages().Find(page) != nullptr;
 }
 
+std::vector<PageID> SequencedPageHolder::heldPages() const {
+    return m_impl->GetPages().List();
+}
+
 // ---- The random holder ----
 
 class RandomPageHolder::Impl {
@@ -289,6 +293,10 @@ void RandomPageHolder::clear() {
 
 bool RandomPageHolder::containsPage(const PageID& page) const {
     return m_impl->GetPages().Find(page) != nullptr;
+}
+
+std::vector<PageID> RandomPageHolder::heldPages() const {
+    return m_impl->GetPages().List();
 }
 
 }  // namespace Quill

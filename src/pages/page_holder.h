@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "pages/page_id.h"
 #include "quillutils_export.h"
@@ -49,6 +50,9 @@ public:
     // Whether the page is held, numbered or not.
     virtual bool containsPage(const PageID& page) const = 0;
 
+    // All pages that are held, numbered or not, in the order of their entering.
+    virtual std::vector<PageID> heldPages() const = 0;
+
 protected:
     PageHolder() = default;
     PageHolder(const PageHolder&) = default;
@@ -82,6 +86,7 @@ public:
     void renumber() override;
     void clear() override;
     bool containsPage(const PageID& page) const override;
+    std::vector<PageID> heldPages() const override;
 
 private:
     class Impl;
@@ -122,6 +127,7 @@ public:
     void renumber() override;
     void clear() override;
     bool containsPage(const PageID& page) const override;
+    std::vector<PageID> heldPages() const override;
 
 private:
     class Impl;

@@ -469,6 +469,11 @@ bool PageTraverser::containsPage(const PageID& page) const {
     return holder != nullptr && holder->containsPage(page);
 }
 
+std::vector<PageID> PageTraverser::heldPages() const {
+    const PageHolder* const holder = m_impl->Holder();
+    return holder != nullptr ? holder->heldPages() : std::vector<PageID>();
+}
+
 std::string PageTraverser::pageNumber(const PageID& page) const {
     const unsigned number = pageOrder(page);
     return number != NoPageNumber ? Text::Render(number) : std::string();

@@ -87,6 +87,7 @@ public:
     unsigned pagesCount() const;
     unsigned pageOrder(const PageID& page) const;  // counted from 1; NoPageNumber when it has none
     bool containsPage(const PageID& page) const;
+    std::vector<PageID> heldPages() const;             // level by level: in that order; else in the order of the walk
     std::string pageNumber(const PageID& page) const;  // pageOrder in decimal; "" when it has none
 
     // ---- Changes, which last until the next update ----

@@ -19,16 +19,16 @@ TEST_F(InfoCommand, SaysWhatTheExampleHolds) {
       38  symbols
        2  configurations
 
-Block        Used  Sheets  Components  Pins  Nets  Buses
-recorder        1       2          31    75    25      1
-power           1       2          43    77    16      0
-controller      1       4          58   105    28      2
-display         1       1          13    24    10      0
-channel         4       1           9    16     8      0
-input_stage     4       1          10    19     8      0
-protection      4       1           8    12     5      0
-filter          8       1           8    14     5      0
-adc             4       1          15    27     9      0
+Block               Used  Sheets  Components  Pins  Nets  Buses
+vibration-recorder     1       2          31    75    25      1
+power                  1       2          43    77    16      0
+controller             1       4          58   105    28      2
+display                1       1          13    24    10      0
+channel                4       1           9    16     8      0
+input_stage            4       1          10    19     8      0
+protection             4       1           8    12     5      0
+filter                 8       1           8    14     5      0
+adc                    4       1          15    27     9      0
 )",
                                                                                ""}));
     EXPECT_EQ(Run("info --json --config channel-bench " QUILL_EXAMPLES "/vibration-recorder.json"), (Outcome{0, R"({

@@ -29,6 +29,13 @@ std::vector<std::uint64_t> Iterated(const PageHolder& holder) {
     return groups;
 }
 
+std::vector<std::uint64_t> Held(const PageHolder& holder) {
+    std::vector<std::uint64_t> groups;
+    for (const PageID& page : holder.heldPages())
+        groups.push_back(page.group.Value());
+    return groups;
+}
+
 std::vector<unsigned> Orders(const PageHolder& holder, std::uint64_t upTo) {
     std::vector<unsigned> orders;
     for (std::uint64_t i = 1; i <= upTo; ++i)
@@ -79,6 +86,7 @@ TEST(SequencedPageHolder, NumbersWhatIsIncludedAndKeepsTheWalkPlacesOfTheRest) {
     EXPECT_EQ(holder.getPageByName("Y").group, Index(3));
     holder.addPage(Page(4), nullptr, false);
     EXPECT_EQ(Orders(holder, 4), (Numbers{None, None, 5, None})) << "no counter, no number";
+    EXPECT_EQ(Held(holder), (Groups{1, 3, 4})) << "the excluded one too";
 
     holder.clear();
     EXPECT_EQ(Iterated(holder), Groups{});
@@ -146,6 +154,7 @@ TEST(RandomPageHolder, SortsByDistinctPrintOrdersAndIgnoresExclusion) {
     EXPECT_EQ(orders.base, "0") << "a reset keeps the print order";
     holder.addPage(Page(8), &orders, false);
     EXPECT_EQ(Iterated(holder), (Groups{8, 2, 4, 6, 1}));
+    EXPECT_EQ(Held(holder), (Groups{1, 2, 3, 4, 5, 6, 7, 8}));
     holder.clear();
     EXPECT_EQ(Iterated(holder), Groups{});
 }

@@ -129,6 +129,7 @@ TEST_F(Pages, AreExcludedWithAllBelowAndComeBack) {
     EXPECT_EQ(pages.numbersForPage(page), Numbers{});
     pages.excludePage({});
     EXPECT_EQ(NamesOf(pages), "3;") << "not excluded from above either";
+    EXPECT_EQ(pages.heldPages().size(), 7U) << "every page, excluded or not";
 }
 
 TEST_F(Pages, AreRemovedWithAllBelowAndAttachedOneByOne) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "pages/detail/page_key.h"
 #include "pages/detail/slot_index.h"
@@ -49,6 +50,15 @@ public:
         }
         const auto found = m_names.find(name);
         return found != m_names.end() ? m_records[found->second].page : PageID();
+    }
+
+    // The pages that are here, in the order of their entering.
+    std::vector<PageID> List() const {
+        std::vector<PageID> pages;
+        pages.reserve(m_records.size());
+        for (const Record& record : m_records)
+            if (Find(record.page) == &record) pages.push_back(record.page);
+        return pages;
     }
 
     // Takes the page out; its record stays behind, reachable by its slot only.

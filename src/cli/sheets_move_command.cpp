@@ -1,0 +1,49 @@
+// quill sheets move: sheets to another place in the order of their block.
+#include <optional>
+
+#include "cli/command.h"
+#include "cli/sheet_order.h"
+
+namespace Quill::Cli {
+
+namespace {
+
+struct Options {
+    SheetEditOptions edit;
+    std::vector<std::string> sheets;
+    std::optional<std::string> before;
+    std::optional<std::string> after;
+};
+
+ExitCode Run(const Options& options) {
+    return EditOrder(options.edit, [&options](SheetRange& range) {
+        const std::vector<SheetRange::Sheet> sheets = SheetsIn(range, options.sheets);
+        const std::string& name = options.before ? *options.before : *options.after;
+        const SheetRange::Sheet target = SheetIn(range, name);
+        const bool after = !options.before;
+        if (!range.CanMoveTo(sheets, target, after))
+            throw CommandError("Sheet " + name + " cannot be moved to its own side");
+        range.MoveTo(sheets, target, after);
+    });
+}
+
+}  // namespace
+
+void AddSheetsMoveCommand(CommandLine& line) {
+    const auto options = std::make_shared<Options>();
+    CLI::App& command = line.Add("sheets move", "Move sheets within the order of their block",
+                                 "They keep the order that they have among themselves.\n"
+                                 "\n"
+                                 "Examples:\n"
+                                 "  quill sheets move board.json controller 4 5 --before 2\n"
+                                 "  quill sheets move board.json controller TEST --after 1 --dry-run",
+                                 [options] { return Run(*options); });
+    AddSheetEditOptions(command, options->edit);
+    command.add_option("SHEET", options->sheets, "names of the sheets")->required();
+    CLI::Option_group& side = *command.add_option_group("place");
+    side.add_option("--before", options->before, "directly before this sheet");
+    side.add_option("--after", options->after, "directly after this sheet");
+    side.require_option(1);
+}
+
+}  // namespace Quill::Cli
