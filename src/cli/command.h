@@ -25,7 +25,9 @@ public:
 // The command that the command line chose; it gives the exit code.
 using Action = std::function<ExitCode()>;
 
-// Adds `quill info DESIGN`. `chosen` is set when the command line is parsed and outlives `app`.
+// Add `quill export DESIGN -o FILE` and `quill info DESIGN`. `chosen` is set when the command line is parsed and
+// outlives `app`.
+void AddExportCommand(CLI::App& app, Action& chosen);
 void AddInfoCommand(CLI::App& app, Action& chosen);
 
 }  // namespace Quill::Cli

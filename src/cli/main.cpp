@@ -18,6 +18,7 @@ int Run(int argc, char** argv) {
     CLI::App app("Works on schematic designs.", "quill");
     app.require_subcommand(1);
     app.footer("Exit codes: 0 done, 1 a negative answer, 2 an error.\n\n\"quill COMMAND --help\" has examples.");
+    AddExportCommand(app, chosen);
     AddInfoCommand(app, chosen);
     try {
         app.parse(argc, argv);

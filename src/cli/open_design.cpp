@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "cli/command.h"
+#include "cli/stored_design.h"
 #include "interchange/design_json.h"
 
 namespace Quill::Cli {
@@ -31,17 +32,18 @@ std::string ReadFile(const std::string& path) {
 }  // namespace
 
 OpenDesign ReadDesign(const std::string& path) {
-    const std::string text = ReadFile(path);
     OpenDesign design;
+    Orin::String name;
     const auto need = [&path](const Orin::Result& result) {
         if (!result) throw CommandError(path + ": " + static_cast<const char*>(result.GetDescription()));
     };
-    need(Orin::DesignDb::Database::Create(design.database, Orin::String(path.c_str())));
+    const bool isStored = ReadStoredDesign(path, design.database, name);
+    if (!isStored) need(Orin::DesignDb::Database::Create(design.database, Orin::String(path.c_str())));
     design.client = design.database.Connect("quill");
     need(design.client->GetSnapshotByName(design.snapshot, Orin::DesignDb::WorkingSnapshot));
-    Orin::String name;
-    if (const auto fault = Interchange::ReadDesignJson(text, design.snapshot, name))
-        throw CommandError(path + ": " + fault->Message());
+    if (!isStored)
+        if (const auto fault = Interchange::ReadDesignJson(ReadFile(path), design.snapshot, name))
+            throw CommandError(path + ": " + fault->Message());
     design.name = name.View();
     return design;
 }
