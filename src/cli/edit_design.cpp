@@ -4,13 +4,11 @@
 
 #include "cli/console.h"
 #include "cli/design_lookup.h"
-#include "cli/whole_file.h"
-#include "interchange/design_json.h"
 
 namespace Quill::Cli {
 
 void AddEditOptions(CLI::App& command, EditOptions& options) {
-    command.add_option("DESIGN", options.design, "design file (JSON)")->required();
+    command.add_option("DESIGN", options.design, "design file (.qdb or JSON)")->required();
     command.add_flag("--dry-run", options.dryRun, "say what would be done, and do nothing");
 }
 
@@ -20,15 +18,11 @@ ExitCode EditDesign(const EditOptions& options,
         throw CommandError(
             options.design +
             ": A schematic is not edited; \"quill import\" writes it down as a design file, which can be");
-    const OpenDesign design = ReadDesign(options.design);
+    const OpenDesign design = ReadDesign(options.design, !options.dryRun);
     Need(design.snapshot->BeginTransaction(Orin::ETransactionType::Edit));
     const std::vector<std::string> sentences = edit(design);
     Need(options.dryRun ? design.snapshot->RollbackTransaction() : design.snapshot->CommitTransaction());
-    if (!options.dryRun && !sentences.empty()) {
-        std::string text;
-        Need(Interchange::WriteDesignJson(design.snapshot, Orin::String(std::string_view(design.name)), text));
-        ReplaceFile(options.design, text);
-    }
+    if (!options.dryRun && !sentences.empty() && !design.isStored) WriteDesign(options.design, design);
     if (sentences.empty()) std::cout << "There is nothing to do.\n";
     for (const std::string& sentence : sentences)
         std::cout << (options.dryRun ? "Dry run: " : "") << Printable(sentence) << '\n';

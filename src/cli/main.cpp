@@ -23,6 +23,7 @@ constexpr char Label[] = "label", LabelSummary[] = "Check and invert labels";
 // clang-format off
 constexpr void (*Commands[])(CommandLine&) = {
     AddImportCommand,
+    AddExportCommand,
     AddInfoCommand,
     AddPagesCommand,
     AddPagesWhyCommand,

@@ -3,6 +3,7 @@
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
+#include "cli/stored_design.h"
 #include "cli/whole_file.h"
 #include "interchange/design_json.h"
 
@@ -12,15 +13,17 @@ namespace {
 
 constexpr std::string_view SchematicSuffix = ".kicad_sch";
 
+void Attach(OpenDesign& design) {
+    design.client = design.database.Connect("quill");
+    Need(design.client->GetSnapshotByName(design.snapshot, Orin::DesignDb::WorkingSnapshot));
+}
+
 // A design that is to be read from `path`.
 OpenDesign EmptyDesign(const std::string& path) {
     OpenDesign design;
-    const auto need = [&path](const Orin::Result& result) {
-        if (!result) throw CommandError(path + ": " + static_cast<const char*>(result.GetDescription()));
-    };
-    need(Orin::DesignDb::Database::Create(design.database, Orin::String(path.c_str())));
-    design.client = design.database.Connect("quill");
-    need(design.client->GetSnapshotByName(design.snapshot, Orin::DesignDb::WorkingSnapshot));
+    if (const auto made = Orin::DesignDb::Database::Create(design.database, Orin::String(path.c_str())); !made)
+        throw CommandError(path + ": " + static_cast<const char*>(made.GetDescription()));
+    Attach(design);
     return design;
 }
 
@@ -36,14 +39,28 @@ bool IsSchematicPath(std::string_view path) {
     return path.size() > SchematicSuffix.size() && path.substr(path.size() - SchematicSuffix.size()) == SchematicSuffix;
 }
 
-OpenDesign ReadDesign(const std::string& path) {
+OpenDesign ReadDesign(const std::string& path, bool toEdit) {
     if (IsSchematicPath(path)) return ImportDesign(path, {});
+    OpenDesign stored;
+    Orin::String name;
+    if (OpenStoredDesign(path, toEdit, stored.database, name)) {
+        stored.isStored = true;
+        Attach(stored);
+        return Opened(std::move(stored), name);
+    }
     const std::string text = ReadWholeFile(path);
     OpenDesign design = EmptyDesign(path);
-    Orin::String name;
     if (const auto fault = Interchange::ReadDesignJson(text, design.snapshot, name))
         throw CommandError(path + ": " + fault->Message());
     return Opened(std::move(design), name);
+}
+
+void WriteDesign(const std::string& path, const OpenDesign& design) {
+    if (IsSchematicPath(path)) throw CommandError(path + ": A schematic is not overwritten with a design file");
+    if (IsStoredPath(path)) return WriteStoredDesign(path, design);
+    std::string text;
+    Need(Interchange::WriteDesignJson(design.snapshot, Orin::String(std::string_view(design.name)), text));
+    ReplaceFile(path, text);
 }
 
 OpenDesign ImportDesign(const std::string& root, const Interchange::KicadOptions& options) {

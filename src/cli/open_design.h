@@ -19,14 +19,19 @@ struct OpenDesign {
     std::unique_ptr<Orin::OrinPI> client;
     Orin::ContainerT<const Orin::ISnapshot> snapshot;
     std::unique_ptr<Interchange::ProjectDataService> project;
+    bool isStored = false;  // it is kept in a design file, which follows every commit
 };
 
 // Whether the path ends like that of a schematic file.
 bool IsSchematicPath(std::string_view path);
 
-// Reads the design at `path`: a design file (docs/design-json.md), or the root schematic of a KiCad design.  Throws a
-// CommandError that names the file.
-OpenDesign ReadDesign(const std::string& path);
+// Reads the design at `path`: a design file (docs/design-file.md), JSON (docs/design-json.md), or the root schematic of
+// a KiCad design. A design file is opened for reading, or `toEdit`. Throws a CommandError that names the file.
+OpenDesign ReadDesign(const std::string& path, bool toEdit = false);
+
+// Writes the design down at `path`: as a design file, which must not be there yet, when the path ends in ".qdb", else
+// as JSON, in place of a file that is there. Throws a CommandError that names the file, with everything as it was.
+void WriteDesign(const std::string& path, const OpenDesign& design);
 
 // Imports the KiCad design with this root schematic. Warnings go to standard error, also when an error follows. Throws
 // a CommandError that names the place.

@@ -8,6 +8,7 @@
 
 namespace Orin::DesignDb {
 
+class DatabaseAccess;
 class ProjectCore;
 
 // Name of the working design among a project's snapshots. The others are save points, or designs that AddSnapshot
@@ -61,6 +62,7 @@ public:
     Result Notify(const std::function<void(ClientObserver&)>& call) const;
 
 private:
+    friend class DatabaseAccess;
     RefPtr<ProjectCore> m_core;
 };
 

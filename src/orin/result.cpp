@@ -15,7 +15,7 @@ constexpr CodeText CodeTexts[] = {
     {EErrorCode::None, "Success"},
     {EErrorCode::InvalidArgument, "An argument is not valid"},
     {EErrorCode::OutOfMemory, "There is not enough memory"},
-    {EErrorCode::StoreFailed, "The design could not be stored"},
+    {EErrorCode::StoreFailed, "The store of the design failed"},
     {EErrorCode::NotConnected, "No database is attached"},
     {EErrorCode::UnknownProject, "There is no such project"},
     {EErrorCode::ObjectNotFound, "There is no such object"},

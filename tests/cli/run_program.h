@@ -43,13 +43,13 @@ protected:
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Read("out"), Read("error")};
     }
 
-private:
     std::string Path(const char* name) const { return (m_folder / name).string(); }
     std::string Read(const char* name) const {
         std::ifstream file(Path(name), std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
+private:
     const std::filesystem::path m_folder;
 };
 

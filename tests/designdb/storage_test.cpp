@@ -147,12 +147,12 @@ TEST(Commits, ThatCannotBeKeptChangeNothing) {
         EXPECT_EQ(client.editor.DeleteBlock(block).GetErrorCode(), 102);
         EXPECT_EQ(client.editor.RestoreSavePoint("empty").GetErrorCode(), 102);
         EXPECT_EQ(Facts(client), before);
-        // A transaction goes on, to be committed again or rolled back; its edits are no commits.
+        // Edits of a transaction are no commits; all of them go with it.
         ASSERT_TRUE(client.snapshot->BeginTransaction(ETransactionType::Edit));
         EXPECT_TRUE(client.editor.DeleteBlock(block));
         EXPECT_TRUE(client.editor.RestoreSavePoint("empty"));
         EXPECT_EQ(client.snapshot->CommitTransaction().GetErrorCode(), 102);
-        EXPECT_TRUE(client.snapshot->RollbackTransaction());
+        EXPECT_EQ(client.snapshot->RollbackTransaction().GetErrorCode(), 211);
         EXPECT_EQ(Facts(client), before);
         faults.Clear();
     }

@@ -9,6 +9,7 @@
 
 #include "designdb/detail/event.h"
 #include "designdb/detail/graph.h"
+#include "designdb/detail/touches.h"
 
 namespace Orin::DesignDb {
 
@@ -20,6 +21,8 @@ public:
     virtual ~UndoStep() = default;
     // Either happens as a whole or, on an allocation failure, not at all.
     virtual void Apply(Graph& graph) = 0;
+    // Names what the step, which is applied, changed. `graph` is the design after all steps.
+    virtual void Touch(const Graph& graph, Touches& touches) const = 0;
     virtual const EditMark* AsMark() const noexcept { return nullptr; }
     // The state of the whole design that applying the step leads to, when that is what it is about.
     virtual const Graph* AsState() const noexcept { return nullptr; }
@@ -89,6 +92,13 @@ class FieldStep final : public UndoStep {
 public:
     FieldStep(Slot slot, Value Record::*field, Value value) : m_slot(slot), m_field(field), m_value(std::move(value)) {}
     void Apply(Graph& graph) override { std::swap(graph.Of<Record>().Write(m_slot).*m_field, m_value); }
+    void Touch(const Graph&, Touches& touches) const override {
+        if constexpr (std::is_same_v<Value, Memberships>) {
+            touches.memberships.push_back({Record::Kind, m_slot});
+        } else {
+            touches.Add(Record::Kind, m_slot, Touches::Extent::Fields);
+        }
+    }
 
 private:
     Slot m_slot;
@@ -111,6 +121,9 @@ public:
         } else {
             PutRecord(graph, m_slot, m_record);
         }
+    }
+    void Touch(const Graph&, Touches& touches) const override {
+        touches.Add(Record::Kind, m_slot, Touches::Extent::Fields);
     }
 
     static void PutRecord(Graph& graph, Slot slot, Record& record) {
@@ -135,6 +148,9 @@ public:
         TakeStep<Record>::PutRecord(graph, m_slot, *m_record);
         m_record = nullptr;
     }
+    void Touch(const Graph&, Touches& touches) const override {
+        touches.Add(Record::Kind, m_slot, Touches::Extent::Added);
+    }
 
 private:
     Slot m_slot;
@@ -153,6 +169,10 @@ public:
         m_insert ? set.InsertSorted(m_value) : set.EraseSorted(m_value);
         m_insert = !m_insert;
     }
+    // Sets follow from other records, but for what buses and nets enter for each other.
+    void Touch(const Graph&, Touches& touches) const override {
+        if constexpr (std::is_same_v<Record, BusRecord>) touches.connections.emplace_back(m_slot, m_value);
+    }
 
 private:
     Slot m_slot;
@@ -167,6 +187,7 @@ public:
     MemberStep(Slot group, std::size_t position, std::uint64_t member, bool insert)
         : m_group(group), m_insert(insert), m_position(position), m_member(member) {}
     void Apply(Graph& graph) override;
+    void Touch(const Graph&, Touches& touches) const override { touches.members.emplace_back(m_group, m_member); }
 
 private:
     Slot m_group;
@@ -187,6 +208,7 @@ public:
         m_insert ? list.Insert(m_position, m_value) : list.Erase(m_position);
         m_insert = !m_insert;
     }
+    void Touch(const Graph&, Touches&) const override {}  // the lists follow from other records
 
 private:
     Slot m_slot;
@@ -202,6 +224,9 @@ public:
     // Removes when `present` is false; the attribute is there then.
     AttributeChange(Attribute attribute, bool present) : m_attribute(std::move(attribute)), m_present(present) {}
     void ApplyTo(ListAttribute& list);
+    void Touch(Location of, Touches& touches) const {
+        touches.attributes.push_back({of, 0, m_attribute.type, m_attribute.name});
+    }
 
 private:
     Attribute m_attribute;
@@ -214,6 +239,7 @@ public:
     AttributeStep(Slot slot, Attribute attribute, bool present)
         : m_slot(slot), m_change(std::move(attribute), present) {}
     void Apply(Graph& graph) override { m_change.ApplyTo(graph.Of<Record>().Write(m_slot).attributes); }
+    void Touch(const Graph&, Touches& touches) const override { m_change.Touch({Record::Kind, m_slot}, touches); }
 
 private:
     Slot m_slot;
@@ -226,6 +252,7 @@ public:
     OccurrenceStep(Slot comp, Slot path, ListAttribute attributes)
         : m_comp(comp), m_path(path), m_attributes(std::move(attributes)) {}
     void Apply(Graph& graph) override;
+    void Touch(const Graph&, Touches& touches) const override { touches.occurrences.emplace_back(m_comp, m_path); }
 
 private:
     Slot m_comp;
@@ -238,6 +265,7 @@ class DesignAttributesStep final : public UndoStep {
 public:
     explicit DesignAttributesStep(ListAttribute attributes) : m_attributes(std::move(attributes)) {}
     void Apply(Graph& graph) override { std::swap(graph.attributes, m_attributes); }
+    void Touch(const Graph&, Touches& touches) const override { touches.designAttributes = true; }
 
 private:
     ListAttribute m_attributes;
@@ -248,6 +276,7 @@ class RestoreStep final : public UndoStep {
 public:
     explicit RestoreStep(Graph state) noexcept : m_state(std::move(state)) {}
     void Apply(Graph& graph) override { Exchange(graph, m_state); }
+    void Touch(const Graph& graph, Touches& touches) const override;
     const Graph* AsState() const noexcept override { return &m_state; }
 
     // Slots that were given stay given: an object that is not in the other state leaves its own to nobody.
@@ -270,6 +299,7 @@ public:
           m_parent(event.parent),
           m_object(event.object) {}
     void Apply(Graph&) override {}
+    void Touch(const Graph&, Touches&) const override {}
     const EditMark* AsMark() const noexcept override { return this; }
 
     virtual Event What() const {

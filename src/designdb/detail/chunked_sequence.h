@@ -118,6 +118,21 @@ public:
                           [](const RefPtr<Leaf>& a, const RefPtr<Leaf>& b) { return a.Get() == b.Get(); });
     }
 
+    bool operator==(const ChunkedSequence& other) const noexcept {
+        if (m_size != other.m_size) return false;
+        // The leaves may part the same elements in different ways.
+        std::size_t leaf = 0, place = 0;
+        for (const RefPtr<Leaf>& own : m_leaves)
+            for (const T value : own->values) {
+                if (place == other.m_leaves[leaf]->values.size()) {
+                    ++leaf;
+                    place = 0;
+                }
+                if (other.m_leaves[leaf]->values[place++] != value) return false;
+            }
+        return true;
+    }
+
     template <class Visit>
     void ForEach(Visit&& visit) const {
         for (const RefPtr<Leaf>& leaf : m_leaves)

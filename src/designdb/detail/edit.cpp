@@ -170,7 +170,10 @@ Result CommitTransaction(Session& session) {
     std::shared_lock lock(session.snapshot->lock);
     Result kept = MakeDurable(session);
     lock.unlock();
-    return EndWith(session, std::move(kept));
+    Result ended = EndWith(session, std::move(kept));
+    // What cannot be made durable does not stay in memory either.
+    if (!ended) AbandonTransaction(session);
+    return ended;
 }
 
 Result RollbackTransaction(Session& session) {

@@ -19,7 +19,7 @@ struct Location {
 };
 
 // Indexes that callers asked for and that do not name their own place, in shards that graphs share until one writes.
-class ForeignIndexes {
+class ORINPI_EXPORT ForeignIndexes {
 public:
     Location Find(const Index& index) const noexcept;
     void Enter(const Index& index, Location location);
@@ -49,7 +49,7 @@ private:
 
 // A copy of a graph shares all records with it until either is changed. Reading needs no allocation and may be done by
 // several threads; who writes is alone.
-class Graph {
+class ORINPI_EXPORT Graph {
 public:
     template <class Record>
     const Table<Record>& Of() const noexcept {
@@ -134,6 +134,14 @@ public:
 
     ListAttribute attributes;  // of the design as a whole
 
+    // Calls use(table...) with null pointers to each kind of table.
+    template <class Use>
+    static void WithTables(Use&& use) {
+        [&use]<class... Records>(const std::tuple<Table<Records>...>*) {
+            use(static_cast<const Table<Records>*>(nullptr)...);
+        }(static_cast<const Tables*>(nullptr));
+    }
+
 private:
     // An asked-for index this far beyond the last one is treated as foreign, or a single number could make the tables
     // grow without bound.
@@ -146,10 +154,11 @@ private:
         return type == Record::Kind || (Record::Kind == EObjectType::BlockView && type == EObjectType::CompView);
     }
 
-    std::tuple<Table<BlockRecord>, Table<CompRecord>, Table<PinRecord>, Table<NetRecord>, Table<BusRecord>,
-               Table<GroupRecord>, Table<ConfigRecord>, Table<ViewRecord>, Table<PieceRecord>, Table<LineRecord>,
-               Table<RectRecord>, Table<ArcRecord>, Table<CircleRecord>, Table<TextRecord>>
-        m_tables;
+    using Tables =
+        std::tuple<Table<BlockRecord>, Table<CompRecord>, Table<PinRecord>, Table<NetRecord>, Table<BusRecord>,
+                   Table<GroupRecord>, Table<ConfigRecord>, Table<ViewRecord>, Table<PieceRecord>, Table<LineRecord>,
+                   Table<RectRecord>, Table<ArcRecord>, Table<CircleRecord>, Table<TextRecord>>;
+    Tables m_tables;
     ForeignIndexes m_foreign;
     std::uint64_t m_structure = NextStructure();
 };
@@ -200,7 +209,8 @@ Index ViewOwnerIndex(const Graph& graph, const ViewRecord& view) noexcept;
 // Where the attribute stands or would stand.
 std::size_t AttributePosition(const ListAttribute& attributes, std::string_view name, EAttributeType type) noexcept;
 // The attribute, or null.
-const Attribute* FindAttribute(const ListAttribute& attributes, std::string_view name, EAttributeType type) noexcept;
+ORINPI_EXPORT const Attribute* FindAttribute(const ListAttribute& attributes, std::string_view name,
+                                             EAttributeType type) noexcept;
 // The list with the attribute set, or taken out.
 ListAttribute WithAttribute(ListAttribute attributes, const String& name, const String& value, EAttributeType type);
 ListAttribute WithoutAttribute(ListAttribute attributes, std::string_view name, EAttributeType type);
@@ -210,6 +220,7 @@ bool IsMember(const Memberships& memberships, Slot group) noexcept;
 const Drawing* FindDrawing(const Drawings& drawings, Slot view) noexcept;
 const DrawnAttribute* FindDrawnAttribute(const Drawing& drawing, std::string_view name,
                                          std::string_view value) noexcept;
-const OccurrenceAttributes* FindOccurrence(const ListT<OccurrenceAttributes>& occurrences, Slot path) noexcept;
+ORINPI_EXPORT const OccurrenceAttributes* FindOccurrence(const ListT<OccurrenceAttributes>& occurrences,
+                                                         Slot path) noexcept;
 
 }  // namespace Orin::DesignDb

@@ -30,7 +30,7 @@ struct PathNode {
 };
 
 // All places of a project, shared by its snapshots, so that a place keeps its index. Any thread may call.
-class PathTable {
+class ORINPI_EXPORT PathTable {
 public:
     const PathNode& Root(Slot config) { return Node(nullptr, config); }
     const PathNode& Child(const PathNode& parent, Slot comp) { return Node(&parent, comp); }

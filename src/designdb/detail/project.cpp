@@ -62,7 +62,12 @@ Result ProjectCore::Enter(RefPtr<Snapshot> snapshot) {
     m_snapshots.push_back(snapshot);
     Result kept;
     if (const int code = Fault("Store::Add", Index())) kept = Result(code);
-    if (kept && store) kept = store->Add(*snapshot);
+    if (Store* const store = CurrentStore(); kept && store != nullptr) {
+        const Snapshot& working = *m_snapshots.front();
+        kept = snapshot->origin == working.index
+                   ? store->Add({snapshot->name, snapshot->graph, snapshot->savedAttributes}, working.graph)
+                   : Result(EErrorCode::StoreFailed, "a store keeps one design and its save points");
+    }
     if (!kept) m_snapshots.pop_back();
     return kept;
 }
@@ -78,8 +83,8 @@ Result ProjectCore::RemoveSnapshot(const String& snapshot) {
         if (found->transactionOwner != nullptr || found->reverting || !found->locks.IsEmpty())
             return EErrorCode::AccessDenied;
         if (const int code = Fault("Store::Remove", Index())) return Result(code);
-        if (store)
-            if (Result kept = store->Remove(*found); !kept) return kept;
+        if (Store* const store = CurrentStore(); store != nullptr)
+            if (Result kept = store->Remove(found->name); !kept) return kept;
         found->removed = true;
         // Whoever has a handle yet finds nothing, under the indexes that were given nor under new ones.
         freed.ReserveThrough(found->graph);
@@ -221,12 +226,6 @@ Result AddEventObserver(Session& session, EventObserver* observer) {
 
 Result RemoveEventObserver(Session& session, EventObserver* observer) {
     return session.snapshot->observation.Remove(observer, *session.client);
-}
-
-Result MakeDurable(const Session& session) {
-    if (const int code = Fault("Store::Commit", session.snapshot->DesignIndex())) return Result(code);
-    Store* const store = session.Project().store.get();
-    return store != nullptr ? store->Commit(*session.snapshot, *session.client) : Result();
 }
 
 }  // namespace Orin::DesignDb

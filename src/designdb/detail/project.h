@@ -85,7 +85,7 @@ public:
     Result Connect(RefPtr<const Connection>& connection, const String& client);
 
     RefPtr<Snapshot> FindSnapshot(std::string_view snapshot) const;
-    // AlreadyExists when there is one of that name.
+    // AlreadyExists when there is one of that name. With a store the caller keeps the working snapshot from changing.
     Result Enter(RefPtr<Snapshot> snapshot);
     Result RemoveSnapshot(const String& snapshot);
     ListT<String> SnapshotNames() const;
@@ -101,10 +101,20 @@ public:
     const String name;
     PathTable paths;
     ObserverList<ClientObserver> clientObservers;
-    std::unique_ptr<Store> store;  // null: designs live in memory alone. Set before the first client comes.
+
+    // Where commits go; null: nowhere. It is bound once, with all snapshots locked.
+    Store* CurrentStore() const noexcept { return m_currentStore.load(std::memory_order_acquire); }
+    void Bind(const RefPtr<Store>& store) noexcept {
+        m_store = store;
+        m_currentStore.store(store.Get(), std::memory_order_release);
+    }
+    Result BindTo(StoreWriter& writer);
 
 private:
     ~ProjectCore() override;
+
+    RefPtr<Store> m_store;
+    std::atomic<Store*> m_currentStore{nullptr};
 
     mutable std::mutex m_mutex;
     std::vector<RefPtr<Snapshot>> m_snapshots;  // in the order of making, the working one first

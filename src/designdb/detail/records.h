@@ -45,6 +45,8 @@ using Drawings = ListT<Drawing>;
 struct Memberships {
     Slot first = 0;
     ListT<Slot> further;
+
+    bool operator==(const Memberships&) const = default;
 };
 
 // Attributes that a component has at one place of the hierarchy.
@@ -68,6 +70,8 @@ struct BlockRecord {
     SlotSet buses;
     SlotSet groups;
     Drawings drawings;
+
+    bool operator==(const BlockRecord&) const = default;
 };
 
 struct CompRecord {
@@ -90,6 +94,8 @@ struct CompRecord {
     ListT<Slot> pins;
     Drawings drawings;
     Memberships groups;
+
+    bool operator==(const CompRecord&) const = default;
 };
 
 struct PinRecord {
@@ -101,12 +107,16 @@ struct PinRecord {
     String label;
     ListAttribute attributes;
     Drawings drawings;
+
+    bool operator==(const PinRecord&) const = default;
 };
 
 // A piece of a net and the view on which it is drawn.
 struct NetPiece {
     Slot view = 0;
     Slot piece = 0;
+
+    bool operator==(const NetPiece&) const = default;
 };
 
 struct NetRecord {
@@ -121,6 +131,8 @@ struct NetRecord {
     ListT<NetPiece> pieces;  // sorted by view, then in the order of adding
     Drawings drawings;
     Memberships groups;
+
+    bool operator==(const NetRecord&) const = default;
 };
 
 struct BusRecord {
@@ -133,6 +145,8 @@ struct BusRecord {
     SlotSet nets;
     Drawings drawings;
     Memberships groups;
+
+    bool operator==(const BusRecord&) const = default;
 };
 
 struct GroupRecord {
@@ -149,6 +163,8 @@ struct GroupRecord {
     SlotSet groups;                          // that it owns
     Drawings drawings;
     Memberships memberships;
+
+    bool operator==(const GroupRecord&) const = default;
 };
 
 struct ConfigRecord {
@@ -158,6 +174,8 @@ struct ConfigRecord {
     Slot root = 0;
     String name;
     ListAttribute attributes;
+
+    bool operator==(const ConfigRecord&) const = default;
 };
 
 // The kinds of free items of a view, in the order in which they are listed.
@@ -174,6 +192,8 @@ struct ViewRecord {
     std::optional<std::int32_t> modified;
     std::array<SlotSet, ItemKinds> items;  // by EItem
     SlotSet pieces;
+
+    bool operator==(const ViewRecord&) const = default;
 };
 
 struct PieceRecord {
@@ -183,6 +203,8 @@ struct PieceRecord {
     Slot net = 0;
     Slot view = 0;
     NetDataQuill data;
+
+    bool operator==(const PieceRecord&) const = default;
 };
 
 template <class Data>
@@ -220,6 +242,8 @@ struct ItemRecord {
     Index index;
     Slot view = 0;
     Data data;
+
+    bool operator==(const ItemRecord&) const = default;
 };
 
 using LineRecord = ItemRecord<LineDataQuill>;

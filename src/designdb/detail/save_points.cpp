@@ -10,16 +10,20 @@ Result MakeSavePoint(Session& session, const String& name) {
     if (name.IsEmpty()) return EErrorCode::InvalidArgument;
     const Snapshot& snapshot = *session.snapshot;
     try {
-        Graph state;
-        {
-            const std::shared_lock lock(snapshot.lock);
-            if (Result allowed = MayEdit(session); !allowed) return allowed;
-            // What a rollback may take back, or a deletion that is under way, is no state to come back to.
-            if (snapshot.series != 0) return EErrorCode::AccessDenied;
-            if (snapshot.transactionOwner != nullptr) return EErrorCode::TransactionActive;
-            state = snapshot.graph;
-        }
+        std::shared_lock lock(snapshot.lock);
+        if (Result allowed = MayEdit(session); !allowed) return allowed;
+        // What a rollback may take back, or a deletion that is under way, is no state to come back to.
+        if (snapshot.series != 0) return EErrorCode::AccessDenied;
+        if (snapshot.transactionOwner != nullptr) return EErrorCode::TransactionActive;
+        Graph state = snapshot.graph;
         const bool copy = snapshot.IsSavePoint();
+        RefPtr<Snapshot> working;
+        if (copy) {
+            // A store tells the save point from the working design, which has to stand still meanwhile.
+            lock.unlock();
+            working = session.Project().FindSnapshot(WorkingSnapshot);
+            lock = std::shared_lock(working->lock);
+        }
         const ListAttribute attributes = copy ? snapshot.savedAttributes : state.attributes;
         const GIndex origin = copy ? snapshot.origin : snapshot.index;
         return session.Project().Enter(RefPtr<Snapshot>(new Snapshot(name, origin, std::move(state), attributes)));
@@ -83,17 +87,15 @@ Result Exchange(Session& session, Graph state) {
     {
         const std::lock_guard lock(snapshot.lock);
         if (Result allowed = standstill.MayGoOn(); !allowed) return allowed;
+        Change change(snapshot.graph, snapshot.log);
+        change.Restore(std::move(state));
         if (snapshot.transactionOwner != nullptr) {
-            Change change(snapshot.graph, snapshot.log);
-            change.Restore(std::move(state));
             change.Mark({});
             change.Keep();
         } else {
-            RestoreStep::Exchange(snapshot.graph, state);
-            if (Result kept = MakeDurable(session); !kept) {
-                RestoreStep::Exchange(snapshot.graph, state);
-                return kept;
-            }
+            if (Result kept = MakeDurable(session); !kept) return kept;
+            change.Keep();
+            snapshot.log.Forget(nullptr);
         }
     }
     for (const Event& event : events)

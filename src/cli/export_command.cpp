@@ -1,0 +1,37 @@
+// quill export: a design in another form.
+#include "cli/command.h"
+#include "cli/open_design.h"
+
+namespace Quill::Cli {
+
+namespace {
+
+struct Options {
+    std::string design;
+    std::string target;
+};
+
+ExitCode Run(const Options& options) {
+    WriteDesign(options.target, ReadDesign(options.design));
+    return Done;
+}
+
+}  // namespace
+
+void AddExportCommand(CommandLine& line) {
+    const auto options = std::make_shared<Options>();
+    CLI::App& command =
+        line.Add("export", "Write a design in another form",
+                 "A design file (.qdb) that is there is left alone; a JSON file is replaced. Save points\n"
+                 "are in design files only and are not written.\n"
+                 "\n"
+                 "Examples:\n"
+                 "  quill export board.qdb -o board.json\n"
+                 "  quill export examples/vibration-recorder.json -o recorder.qdb",
+                 [options] { return Run(*options); });
+    AddDesignArgument(command, options->design);
+    command.add_option("-o,--output", options->target, "file to write: JSON, or a design file when it ends in .qdb")
+        ->required();
+}
+
+}  // namespace Quill::Cli
