@@ -4,6 +4,9 @@ include_guard()
 include(CMakePackageConfigHelpers)
 
 set(quill_installed PlatformUtils70 QuillInterfaceManager70 OrinPI QuillUtils70)
+if(QUILL_BUILD_SQLITE_STORE)
+    list(APPEND quill_installed OrinPISqlite)
+endif()
 if(NOT BUILD_SHARED_LIBS)
     list(PREPEND quill_installed quill_text)  # the others have its objects in them only when they are shared
 endif()
