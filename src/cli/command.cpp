@@ -26,7 +26,8 @@ CLI::App& CommandLine::Add(const std::string& name, const char* summary, const c
 }
 
 void AddDesignArgument(CLI::App& command, std::string& design) {
-    command.add_option("DESIGN", design, "design file (.qdb), JSON, or the root schematic of a KiCad design")->required();
+    command.add_option("DESIGN", design, "design file (.qdb), JSON, or the root schematic of a KiCad design")
+        ->required();
 }
 
 void AddSheetArguments(CLI::App& command, std::string& block, std::string& sheet) {

@@ -96,8 +96,7 @@ Result Inspector::GetOccurrences(const Index& comp, ListT<OccurrenceInfo>& occur
             const PathNode* const place = m_impl->session->Project().paths.Find(occurrence.path);
             std::vector<Index> way;
             if (place == nullptr || !WayTo(graph, *place, *record, way)) continue;
-            found.Append(
-                {graph.Find<ConfigRecord>(place->config)->index, ListT<Index>(way), occurrence.attributes});
+            found.Append({graph.Find<ConfigRecord>(place->config)->index, ListT<Index>(way), occurrence.attributes});
         }
         occurrences = std::move(found);
         return {};
