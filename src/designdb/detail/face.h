@@ -11,8 +11,6 @@
 #include "designdb/detail/faults.h"
 #include "designdb/detail/locking.h"
 
-namespace Orin::DesignDb {}  // namespace Orin::DesignDb
-
 struct Orin::ObjectAccess {
     static Index Identity(const IObject& object) noexcept { return object.Identity(); }
 };
