@@ -58,21 +58,16 @@ TEST_F(Events, BearTheNumbersOfTheirKindsOfEdits) {
         {[&] { return editor.SetNetQuillData(piece, {}); }, "+chg 55:0:1 13"},
         {[&] { return editor.DeleteItem(piece); }, "+del 55:0:1 44"},
         {[&] { return editor.AddComp(block, {"U2"}, made); }, "+add 7:0:2 53"},
-        {[&] { return editor.DeleteComp(made); }, "+del 7:0:2 41"},
         {[&] { return editor.AddNet(block, {"X"}, made); }, "+add 14:0:3 57"},
-        {[&] { return editor.DeleteNet(made); }, "+del 14:0:3 47"},
         {[&] { return editor.AddGroup(block, {"2"}, made); }, "+add 69:0:2 46"},
-        {[&] { return editor.DeleteGroup(made); }, "+del 69:0:2 45"},
         {[&] { return editor.AddBlock({"c"}, made); }, "+add 5:0:2 8"},
-        {[&] { return editor.DeleteBlock(made); }, "+del 5:0:2 3"},
         {[&] {
-             return editor.AddConfig({"board", {}}, config);
+             return editor.AddConfig({"board", block}, config);
          },
          "+add 12:0:1 31"},
         {[&] { return editor.SetRoot(config, block); }, "+chg 12:0:1 28"},
         {[&] { return editor.DeleteConfig(config); }, "+del 12:0:1 31"},
         {[&] { return editor.AddPin(comp, {"2"}, made); }, "+add 8:0:2 30"},
-        {[&] { return editor.DeletePin(made); }, "+del 8:0:2 30"},
         {[&] { return editor.AddLine(group, {}, line); }, "+add 21:0:1 32"},
         {[&] { return editor.SetLine(line, {}); }, "+drw 21:0:1 1"},
         {[&] { return editor.DeleteItem(line); }, "+del 21:0:1 32"},

@@ -163,8 +163,8 @@ public:
     void OnAfterAdd(const Index&, const Index& object, EEventsAdd, bool) override { Look(Text(object)); }
     void OnAfterDelete(const Index&, const Index& object, EEventsDelete, bool) override { Look(Text(object)); }
     void OnAfterQuillDataChange(const Index&, const Index& o, EEventsQuillDataChange, bool) override { Look(Text(o)); }
-    void OnAfterConnectivityChange(const Index&, const Index& object, EEventsConnectivityChange, bool) override {
-        Look(Text(object));
+    void OnAfterConnectivityChange(const Index&, const Index& o, EEventsConnectivityChange, bool) override {
+        Look(Text(o));
     }
     // Ripping names the bus that is tapped now; which ripper it is and what that tapped before has to be looked for.
     void OnAfterChange(const Index& object, EEventsChange kind, bool) override {
@@ -282,30 +282,28 @@ private:
             unsigned weight;
             const char* what;
             void (Game::*play)();
-        } Commands[] = {
-            {2, "add block", &Game::AddBlock},
-            {4, "add component", &Game::AddComp},
-            {3, "add net or bus", &Game::AddNetOrBus},
-            {2, "add group", &Game::AddGroup},
-            {2, "add pin", &Game::AddPin},
-            {1, "add line", &Game::AddLine},
-            {1, "add configuration", &Game::AddConfig},
-            {3, "add member", &Game::AddMember},
-            {2, "remove or move member", &Game::RemoveOrMoveMember},
-            {1, "connect pin", &Game::ConnectPin},
-            {1, "disconnect pin", &Game::DisconnectPin},
-            {1, "connect net", &Game::ConnectNet},
-            {1, "rip bus", &Game::RipBus},
-            {1, "set label", &Game::SetLabel},
-            {1, "set name", &Game::SetName},
-            {2, "set attribute", &Game::SetAttribute},
-            {1, "remove attribute", &Game::RemoveAttribute},
-            {1, "draw component", &Game::DrawComp},
-            {1, "delete", &Game::Delete},
-            {1, "transaction", &Game::Transaction},
-            {2, "lock", &Game::Lock},
-            {3, "save point", &Game::SavePoint},
-        };
+        } Commands[] = {{2, "add block", &Game::AddBlock},
+                        {4, "add component", &Game::AddComp},
+                        {3, "add net or bus", &Game::AddNetOrBus},
+                        {2, "add group", &Game::AddGroup},
+                        {2, "add pin", &Game::AddPin},
+                        {1, "add line", &Game::AddLine},
+                        {1, "add configuration", &Game::AddConfig},
+                        {3, "add member", &Game::AddMember},
+                        {2, "remove or move member", &Game::RemoveOrMoveMember},
+                        {1, "connect pin", &Game::ConnectPin},
+                        {1, "disconnect pin", &Game::DisconnectPin},
+                        {1, "connect net", &Game::ConnectNet},
+                        {1, "rip bus", &Game::RipBus},
+                        {1, "set label", &Game::SetLabel},
+                        {1, "set name", &Game::SetName},
+                        {2, "set attribute", &Game::SetAttribute},
+                        {1, "remove attribute", &Game::RemoveAttribute},
+                        {1, "draw component", &Game::DrawComp},
+                        {1, "delete", &Game::Delete},
+                        {1, "transaction", &Game::Transaction},
+                        {2, "lock", &Game::Lock},
+                        {3, "save point", &Game::SavePoint}};
         m_client = Number(m_clients.size());
         m_editor = &Client().editor;
         m_word = Word();

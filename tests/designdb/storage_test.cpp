@@ -204,8 +204,7 @@ TEST(WantOfMemory, LeavesTheDesignAsItWasOrTheEditDone) {
                 [&] { return editor.DeleteGroup(group); },
                 [&] { return inTransaction ? Result() : editor.RestoreSavePoint(text); },
                 [&] { return editor.DeleteNet(net2); },
-                [&] { return editor.DeleteBlock(block); },
-            };
+                [&] { return editor.DeleteBlock(block); }};
             for (std::size_t i = 0; i < std::size(edits); ++i) {
                 SCOPED_TRACE("edit " + std::to_string(i));
                 for (unsigned allocation = 0;; ++allocation) {
@@ -268,11 +267,10 @@ TEST_F(FaultInjector, FailsAndCountsByNameObjectAndCall) {
     EXPECT_EQ(read(1), 0);
     // A write that fails writes nothing; the design can be named like any object.
     MutableContainerT<ISnapshot> writable;
-    ASSERT_TRUE(LockerT<ISnapshot>::Lock(client.snapshot, writable));
     Index design;
-    ASSERT_TRUE(writable->GetIndex(design));
-    faults.Inject({"ISnapshot::SetAttribute", design});
     String value;
+    ASSERT_TRUE(LockerT<ISnapshot>::Lock(client.snapshot, writable) && writable->GetIndex(design));
+    faults.Inject({"ISnapshot::SetAttribute", design});
     EXPECT_EQ(writable->SetAttribute("a", "1").GetErrorCode(), 102);
     EXPECT_EQ(writable->GetAttribute("a", value).GetErrorCode(), 202);
     EXPECT_TRUE(writable->SetAttribute("a", "1"));
