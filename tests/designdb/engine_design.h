@@ -28,27 +28,16 @@ struct TestClient {
         EXPECT_TRUE(snapshot->GetUIDManager(objects));
     }
 
-    Orin::ContainerT<const Orin::IBlock> Block(const Orin::Index& index) const {
-        return Get(index, &Orin::IUIDManager::GetBlock);
-    }
-    Orin::ContainerT<const Orin::IComp> Comp(const Orin::Index& index) const {
-        return Get(index, &Orin::IUIDManager::GetComp);
-    }
-    Orin::ContainerT<const Orin::IGroup> Group(const Orin::Index& index) const {
-        return Get(index, &Orin::IUIDManager::GetGroup);
-    }
-    Orin::ContainerT<const Orin::INet> Net(const Orin::Index& index) const {
-        return Get(index, &Orin::IUIDManager::GetNet);
-    }
-    Orin::ContainerT<const Orin::IBus> Bus(const Orin::Index& index) const {
-        return Get(index, &Orin::IUIDManager::GetBus);
-    }
+    auto Block(const Orin::Index& index) const { return Get(index, &Orin::IUIDManager::GetBlock); }
+    auto Comp(const Orin::Index& index) const { return Get(index, &Orin::IUIDManager::GetComp); }
+    auto Group(const Orin::Index& index) const { return Get(index, &Orin::IUIDManager::GetGroup); }
+    auto Net(const Orin::Index& index) const { return Get(index, &Orin::IUIDManager::GetNet); }
 
 private:
     template <class T>
-    Orin::ContainerT<const T> Get(const Orin::Index& index,
-                                  Orin::Result (Orin::IUIDManager::*get)(Orin::ContainerT<const T>&, const Orin::Index&)
-                                      const) const {
+    using Getter = Orin::Result (Orin::IUIDManager::*)(Orin::ContainerT<const T>&, const Orin::Index&) const;
+    template <class T>
+    Orin::ContainerT<const T> Get(const Orin::Index& index, Getter<T> get) const {
         Orin::ContainerT<const T> object;
         (objects.*get)(object, index);
         return object;
@@ -66,7 +55,25 @@ inline std::string Text(const Orin::Index& index) {
     return std::to_string(index.Top()) + ":" + std::to_string(index.Middle()) + ":" + std::to_string(index.Low());
 }
 
+using Strings = std::vector<std::string>;
+
 // A design as text, one line a fact, in the order in which the database lists things.
-std::vector<std::string> Facts(const TestClient& client);
+Strings Facts(const TestClient& client);
+
+// Two clients of a design with a block that holds one object of most kinds.
+struct SharedBlock : testing::Test {
+    Orin::DesignDb::Database database = NewDatabase();
+    TestClient client{database, "one"}, other{database, "other"};
+    Orin::DesignDb::Editor& editor = client.editor;
+    Orin::Index block, comp, pin, net, net2, group;
+
+    SharedBlock() {
+        EXPECT_TRUE(editor.AddBlock({"block"}, block) && editor.AddComp(block, {"U1"}, comp));
+        EXPECT_TRUE(editor.AddPin(comp, {"1"}, pin) && editor.AddGroup(block, {"1"}, group));
+        EXPECT_TRUE(editor.AddNet(block, {"N"}, net) && editor.AddNet(block, {"M"}, net2));
+    }
+    Orin::Result Begin() const { return client.snapshot->BeginTransaction(Orin::ETransactionType::Edit); }
+    Orin::Result RollBack() const { return client.snapshot->RollbackTransaction(); }
+};
 
 }  // namespace Tests

@@ -21,11 +21,11 @@ struct Model {
         Index owner;  // block of comps, nets, buses, groups; component of pins; group of lines
         std::string name, label;
         unsigned types = 0;
-        std::map<std::pair<int, std::string>, std::string> attributes;
-        std::vector<Index> members, groups, pins;
-        std::set<std::pair<unsigned, Index>> nets;  // of a bus, by order of adding
-        Index child, definition, ripped, net;
-        std::map<Index, unsigned> drawn;  // by view
+        std::map<std::pair<int, std::string>, std::string> attributes{};
+        std::vector<Index> members{}, groups{}, pins{};
+        std::set<std::pair<unsigned, Index>> nets{};  // of a bus, by order of adding
+        Index child{}, definition{}, ripped{}, net{};
+        std::map<Index, unsigned> drawn{};  // by view
     };
 
     std::vector<Object> objects;  // in the order of adding
@@ -40,7 +40,6 @@ struct Model {
         Object* const found = Find(index);
         return found != nullptr && found->kind == kind ? found : nullptr;
     }
-    bool Has(const Index& index) { return Find(index) != nullptr; }
 
     void Delete(const Index& index) {
         std::vector<Index> inside;
@@ -84,25 +83,29 @@ struct Model {
             for (const auto& [key, value] : all)
                 facts.push_back(owner + " attribute " + std::to_string(key.first) + " " + key.second + "=" + value);
         };
-        const auto in = [&](const std::string& own, const Object& o) {
-            for (const Index& group : o.groups)
-                facts.push_back(own + " in " + Text(group));
-        };
         const auto each = [&](EObjectType kind, const Index& owner, const std::function<void(Object&)>& visit) {
             for (Object& o : objects)
                 if (o.kind == kind && o.owner == owner) visit(o);
         };
+        const auto refer = [&](const std::string& own, const char* as, const Index& to) {
+            if (!to.IsEmpty()) facts.push_back(own + as + Text(to));
+        };
+        // What every object has; gives the name under which the rest is told.
+        const auto begin = [&](const std::string& word, const Object& o, const std::string& said) {
+            const std::string own = word + Text(o.index);
+            facts.push_back((o.owner.IsEmpty() ? "" : "block " + Text(o.owner) + " ") + own + said);
+            attributes(own, o.attributes);
+            for (const Index& group : o.groups)
+                refer(own, " in ", group);
+            return own;
+        };
         attributes("design", design);
         each(EObjectType::Block, Index(), [&](Object& b) {
-            const std::string block = "block " + Text(b.index);
-            facts.push_back(block + " name " + b.name + " types " + std::to_string(b.types));
-            attributes(block, b.attributes);
+            begin("block ", b, " name " + b.name + " types " + std::to_string(b.types));
             each(EObjectType::Group, b.index, [&](Object& g) {
-                const std::string own = "group " + Text(g.index);
-                facts.push_back(block + " " + own + " name " + g.name + " type " + std::to_string(g.types));
-                attributes(own, g.attributes);
+                const std::string own = begin("group ", g, " name " + g.name + " type " + std::to_string(g.types));
                 for (const Index& m : g.members)
-                    facts.push_back(own + " member " + Text(m));
+                    refer(own, " member ", m);
                 for (const Index& m : g.members)
                     if (Find(m)->kind == EObjectType::Comp && Find(m)->drawn.contains(g.index))
                         facts.push_back(own + " draws " + Text(m) + " " + std::to_string(Find(m)->drawn[g.index]));
@@ -111,44 +114,31 @@ struct Model {
                 });
             });
             each(EObjectType::Comp, b.index, [&](Object& c) {
-                const std::string own = "comp " + Text(c.index);
-                facts.push_back(block + " " + own + " label " + c.label + " name " + c.name + " types " +
-                                std::to_string(c.types));
-                if (!c.child.IsEmpty()) facts.push_back(own + " child " + Text(c.child));
-                if (!c.definition.IsEmpty()) facts.push_back(own + " definition " + Text(c.definition));
-                attributes(own, c.attributes);
-                in(own, c);
-                if (!c.ripped.IsEmpty()) facts.push_back(own + " rips " + Text(c.ripped));
+                const std::string own =
+                    begin("comp ", c, " label " + c.label + " name " + c.name + " types " + std::to_string(c.types));
+                refer(own, " child ", c.child);
+                refer(own, " definition ", c.definition);
+                refer(own, " rips ", c.ripped);
                 for (const Index& p : c.pins) {
                     facts.push_back(own + " pin " + Text(p) + " label " + Find(p)->label);
-                    if (!Find(p)->net.IsEmpty())
-                        facts.push_back(own + " pin " + Text(p) + " net " + Text(Find(p)->net));
+                    refer(own + " pin " + Text(p), " net ", Find(p)->net);
                 }
             });
             each(EObjectType::Net, b.index, [&](Object& n) {
-                const std::string own = "net " + Text(n.index);
-                facts.push_back(block + " " + own + " label " + n.label);
-                attributes(own, n.attributes);
-                in(own, n);
+                const std::string own = begin("net ", n, " label " + n.label);
                 for (const Object& o : objects)
-                    for (const auto& [order, net] : o.nets)
-                        if (net == n.index) facts.push_back(own + " bus " + Text(o.index));
+                    if (o.nets.contains({n.index.Low(), n.index})) refer(own, " bus ", o.index);
                 for (const Object& o : objects)
-                    if (o.net == n.index) facts.push_back(own + " pin " + Text(o.index));
+                    if (o.net == n.index) refer(own, " pin ", o.index);
             });
             each(EObjectType::Bus, b.index, [&](Object& u) {
-                const std::string own = "bus " + Text(u.index);
-                facts.push_back(block + " " + own + " label " + u.label);
-                attributes(own, u.attributes);
-                in(own, u);
+                const std::string own = begin("bus ", u, " label " + u.label);
                 for (const auto& [order, net] : u.nets)
-                    facts.push_back(own + " net " + Text(net));
+                    refer(own, " net ", net);
             });
         });
-        each(EObjectType::Config, Index(), [&](Object& c) {
-            facts.push_back("config " + Text(c.index) + " name " + c.name);
-            if (!c.child.IsEmpty()) facts.push_back("config " + Text(c.index) + " root " + Text(c.child));
-        });
+        each(EObjectType::Config, Index(),
+             [&](Object& c) { refer(begin("config ", c, " name " + c.name), " root ", c.child); });
         return facts;
     }
 };
@@ -172,17 +162,14 @@ public:
 
     void OnAfterAdd(const Index&, const Index& object, EEventsAdd, bool) override { Look(Text(object)); }
     void OnAfterDelete(const Index&, const Index& object, EEventsDelete, bool) override { Look(Text(object)); }
+    void OnAfterQuillDataChange(const Index&, const Index& o, EEventsQuillDataChange, bool) override { Look(Text(o)); }
+    void OnAfterConnectivityChange(const Index&, const Index& o, EEventsConnectivityChange, bool) override {
+        Look(Text(o));
+    }
     // Ripping names the bus that is tapped now; which ripper it is and what that tapped before has to be looked for.
     void OnAfterChange(const Index& object, EEventsChange kind, bool) override {
-        Look(kind == EEventsChange::RipBus               ? "rips"
-             : object.GetType() == EObjectType::Snapshot ? "design"
-                                                         : Text(object));
-    }
-    void OnAfterQuillDataChange(const Index&, const Index& object, EEventsQuillDataChange, bool) override {
-        Look(Text(object));
-    }
-    void OnAfterConnectivityChange(const Index&, const Index& object, EEventsConnectivityChange, bool) override {
-        Look(Text(object));
+        const bool design = object.GetType() == EObjectType::Snapshot;
+        Look(kind == EEventsChange::RipBus ? "rips" : design ? "design" : Text(object));
     }
 
 private:
@@ -231,36 +218,46 @@ public:
     }
 
 private:
-    unsigned Number(unsigned below) { return static_cast<unsigned>(m_random() % below); }
+    using enum EObjectType;
+
+    unsigned Number(std::size_t below) { return static_cast<unsigned>(m_random() % below); }
     // Any index that ever was, now and then; mostly a living one of the kind.
     Index Any(EObjectType kind) {
         std::vector<Index> living;
         for (const Model::Object& o : m_model.objects)
             if (o.kind == kind) living.push_back(o.index);
-        if (living.empty() || Number(12) == 0) return m_all[Number(static_cast<unsigned>(m_all.size()))];
-        return living[Number(static_cast<unsigned>(living.size()))];
+        return living.empty() || Number(12) == 0 ? m_all[Number(m_all.size())] : living[Number(living.size())];
     }
-    Index AnyOf(std::initializer_list<EObjectType> kinds) {
-        return Any(kinds.begin()[Number(static_cast<unsigned>(kinds.size()))]);
+    // With what the model knows of it, if that is of the kind.
+    using Choice = std::pair<Index, Model::Object*>;
+    Choice Pick(EObjectType kind) {
+        const Index index = Any(kind);
+        return {index, m_model.Find(index, kind)};
     }
-    // A place in a list of that size, as iterators count.
-    static std::ptrdiff_t At(unsigned place, std::size_t size) {
-        return static_cast<std::ptrdiff_t>(std::min<std::size_t>(place, size));
+    // The same for an object of one of the kinds, known to the model whatever its kind.
+    Choice PickOf(std::initializer_list<EObjectType> kinds) {
+        const Index index = Any(kinds.begin()[Number(kinds.size())]);
+        return {index, m_model.Find(index)};
+    }
+    static bool IsAmong(EObjectType kind, std::initializer_list<EObjectType> kinds) {
+        return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
+    }
+    // A place in a list, which is at most at its end.
+    static auto At(std::vector<Index>& list, unsigned place) {
+        return list.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(place, list.size()));
     }
     std::string Word() { return std::string(1, static_cast<char>('a' + Number(5))); }
+    TestClient& Client() { return *m_clients[m_client]; }
 
     // Whether locks and transactions let the client edit the object, alone or with what is inside it.
-    bool May(const Index& object, bool whole = false) {
-        if (m_owner >= 0 && m_owner != static_cast<int>(m_client)) return false;
-        return IsFree(object, whole);
-    }
+    bool May(const Index& object, bool whole = false) { return HasTurn() && IsFree(object, whole); }
     // The same for what is drawn on a group's view, which a lock of the group's attributes alone leaves free.
     bool MayDraw(const Index& group) {
-        if (m_owner >= 0 && m_owner != static_cast<int>(m_client)) return false;
-        return std::none_of(m_held.begin(), m_held.end(), [&](const Held& h) {
-            return h.client != m_client && h.whole && m_model.IsInside(group, h.object);
-        });
+        return HasTurn() && std::none_of(m_held.begin(), m_held.end(), [&](const Held& h) {
+                   return h.client != m_client && h.whole && m_model.IsInside(group, h.object);
+               });
     }
+    bool HasTurn() const { return m_owner < 0 || m_owner == static_cast<int>(m_client); }
     bool IsFree(const Index& object, bool whole) {
         return std::none_of(m_held.begin(), m_held.end(), [&](const Held& h) {
             if (h.client == m_client) return false;
@@ -269,331 +266,240 @@ private:
         });
     }
 
-    // Runs one edit in the engine; `allowed` is the model's opinion. True when both did it.
+    // Of one edit in the engine; `allowed` is the model's opinion. True when both did it.
     bool Agree(const Result& result, bool allowed) {
         EXPECT_EQ(result.Succeeded(), allowed) << m_what << ": " << result.GetDescription();
         return result.Succeeded() && allowed;
     }
-    void Added(const Index& index, EObjectType kind, const Index& owner, const std::string& name,
-               const std::string& label, unsigned types = 0) {
-        Model::Object o;
-        o.index = index;
-        o.kind = kind;
-        o.owner = owner;
-        o.name = name;
-        o.label = label;
-        o.types = types;
-        m_model.objects.push_back(o);
-        m_all.push_back(index);
+    Model::Object& Added(EObjectType kind, const Index& owner, const std::string& name, const std::string& label,
+                         unsigned types = 0) {
+        m_all.push_back(m_made);
+        return m_model.objects.emplace_back(Model::Object{m_made, kind, owner, name, label, types});
     }
 
     void Step() {
-        m_client = Number(3);
-        TestClient& client = *m_clients[m_client];
-        DesignDb::Editor& editor = client.editor;
-        const std::string word = Word();
-        const std::string other = Word();
-        Index made;
-        using enum EObjectType;
-        switch (const unsigned command = Number(37)) {
-            case 0:
-            case 1:
-                m_what = "add block";
-                if (Agree(editor.AddBlock({word.c_str(), BlockTypes::FromBits(Number(4))}, made), May(Index())))
-                    Added(made, Block, Index(), word, "",
-                          static_cast<unsigned>(client.Block(made) ? BitsOf(client, made) : 0));
-                break;
-            case 2:
-            case 3:
-            case 4:
-            case 5: {
-                m_what = "add component";
-                const Index block = Any(Block);
-                const Index child = Number(3) == 0 ? Any(Block) : Index();
-                const bool fits = m_model.Find(block, Block) != nullptr &&
-                                  (child.IsEmpty() || m_model.Find(child, Block) != nullptr) && May(block);
-                if (!Agree(editor.AddComp(block, {word.c_str(), other.c_str(), ECompType::Part, {}, {}, child}, made),
-                           fits))
-                    break;
-                Added(made, Comp, block, other, word, 1);
-                m_model.objects.back().child = child;
-                break;
-            }
-            case 6:
-            case 7:
-            case 8: {
-                m_what = "add net or bus";
-                const Index block = Any(Block);
-                const EObjectType kind = command != 8 ? Net : Bus;
-                const Result result = kind == Net ? editor.AddNet(block, {word.c_str()}, made)
-                                                  : editor.AddBus(block, {word.c_str()}, made);
-                if (Agree(result, m_model.Find(block, Block) != nullptr && May(block)))
-                    Added(made, kind, block, "", word);
-                break;
-            }
-            case 9:
-            case 10: {
-                m_what = "add group";
-                const Index block = Any(Block);
-                if (m_model.Find(block, Group) != nullptr) break;  // groups inside groups are not played here
-                if (Agree(editor.AddGroup(block, {word.c_str()}, made),
-                          m_model.Find(block, Block) != nullptr && May(block)))
-                    Added(made, Group, block, word, "", 2);
-                break;
-            }
-            case 11:
-            case 12: {
-                m_what = "add pin";
-                const Index comp = Any(Comp);
-                Model::Object* const o = m_model.Find(comp, Comp);
-                if (!Agree(editor.AddPin(comp, {word.c_str()}, made), o != nullptr && May(comp))) break;
-                o->pins.push_back(made);
-                Added(made, Pin, comp, "", word);
-                break;
-            }
-            case 13: {
-                m_what = "add line";
-                const Index group = Any(Group);
-                LineDataQuill line;
-                line.objectId = Number(100);
-                if (m_model.Find(group, Comp) != nullptr) break;  // the view of a symbol
-                if (Agree(editor.AddLine(group, line, made), m_model.Find(group, Group) != nullptr && MayDraw(group)))
-                    Added(made, Line, group, "", "", line.objectId);
-                break;
-            }
-            case 14: {
-                m_what = "add configuration";
-                const Index block = Any(Block);
-                const bool taken =
-                    std::any_of(m_model.objects.begin(), m_model.objects.end(),
-                                [&](const Model::Object& o) { return o.kind == Config && o.name == word; });
-                const bool fits = (block.IsEmpty() || m_model.Find(block, Block) != nullptr) && !taken && May(Index());
-                if (!Agree(editor.AddConfig({word.c_str(), block}, made), fits)) break;
-                Added(made, Config, Index(), word, "");
-                m_model.objects.back().child = block;
-                break;
-            }
-            case 15:
-            case 16:
-            case 17: {
-                m_what = "add member";
-                const Index group = Any(Group);
-                const Index object = AnyOf({Comp, Comp, Net, Bus, Group});
-                Model::Object* const g = m_model.Find(group, Group);
-                Model::Object* const o = m_model.Find(object);
-                const bool fits =
-                    g != nullptr && o != nullptr && g != o && o->owner == g->owner && !o->owner.IsEmpty() &&
-                    std::find(g->members.begin(), g->members.end(), object) == g->members.end() && May(group);
-                const unsigned at = Number(4);
-                if (!Agree(editor.AddMember(group, object, at), fits)) break;
-                g->members.insert(g->members.begin() + At(at, g->members.size()), object);
-                if (o->kind != Group) o->groups.push_back(group);
-                break;
-            }
-            case 18:
-            case 19: {
-                m_what = "remove or move member";
-                const Index group = Any(Group);
-                Model::Object* const g = m_model.Find(group, Group);
-                const Index object = g != nullptr && !g->members.empty()
-                                         ? g->members[Number(static_cast<unsigned>(g->members.size()))]
-                                         : Any(Comp);
-                const bool member =
-                    g != nullptr && std::find(g->members.begin(), g->members.end(), object) != g->members.end();
-                const unsigned at = Number(4);
-                const bool move = command == 19;
-                const Result result = move ? editor.MoveMember(group, object, at) : editor.RemoveMember(group, object);
-                if (!Agree(result, member && May(group))) break;
-                std::erase(g->members, object);
-                if (move) {
-                    g->members.insert(g->members.begin() + At(at, g->members.size()), object);
-                } else {
-                    std::erase(m_model.Find(object)->groups, group);
-                }
-                break;
-            }
-            case 20: {
-                m_what = "connect pin";
-                const Index net = Any(Net);
-                const Index pin = Any(Pin);
-                Model::Object* const n = m_model.Find(net, Net);
-                Model::Object* const p = m_model.Find(pin, Pin);
-                const bool fits = n != nullptr && p != nullptr && m_model.Find(p->owner)->owner == n->owner &&
-                                  p->net != net && May(net) && May(pin) && (p->net.IsEmpty() || May(p->net));
-                if (Agree(editor.ConnectPin(net, pin), fits)) p->net = net;
-                break;
-            }
-            case 21: {
-                m_what = "disconnect pin";
-                const Index pin = Any(Pin);
-                Model::Object* const p = m_model.Find(pin, Pin);
-                if (Agree(editor.DisconnectPin(pin), p != nullptr && !p->net.IsEmpty() && May(pin) && May(p->net)))
-                    p->net = Index();
-                break;
-            }
-            case 22: {
-                m_what = "connect net";
-                const Index bus = Any(Bus);
-                const Index net = Any(Net);
-                Model::Object* const b = m_model.Find(bus, Bus);
-                Model::Object* const n = m_model.Find(net, Net);
-                const bool fits = b != nullptr && n != nullptr && b->owner == n->owner &&
-                                  !b->nets.contains({n->index.Low(), net}) && May(bus) && May(net);
-                if (Agree(editor.ConnectNet(bus, net), fits)) b->nets.insert({net.Low(), net});
-                break;
-            }
-            case 23: {
-                m_what = "rip bus";
-                const Index comp = Any(Comp);
-                const Index bus = Any(Bus);
-                Model::Object* const c = m_model.Find(comp, Comp);
-                Model::Object* const b = m_model.Find(bus, Bus);
-                if (bus.IsEmpty()) break;
-                if (Agree(editor.RipBus(comp, bus),
-                          c != nullptr && b != nullptr && b->owner == c->owner && May(comp) && May(bus)))
-                    c->ripped = bus;
-                break;
-            }
-            case 24: {
-                m_what = "set label";
-                const Index object = AnyOf({Comp, Pin, Net, Bus, Group});
-                Model::Object* const o = m_model.Find(object);
-                const bool fits = o != nullptr &&
-                                  (o->kind == Comp || o->kind == Pin || o->kind == Net || o->kind == Bus) &&
-                                  May(object);
-                if (Agree(editor.SetLabel(object, word.c_str()), fits)) o->label = word;
-                break;
-            }
-            case 25: {
-                m_what = "set name";
-                const Index object = AnyOf({Block, Comp, Group, Net});
-                Model::Object* const o = m_model.Find(object);
-                if (o != nullptr && o->kind == Config) break;
-                const bool fits =
-                    o != nullptr && (o->kind == Block || o->kind == Comp || o->kind == Group) && May(object);
-                if (Agree(editor.SetName(object, word.c_str()), fits)) o->name = word;
-                break;
-            }
-            case 26:
-            case 27: {
-                m_what = "set attribute";
-                const Index object = AnyOf({Block, Comp, Pin, Net, Bus, Group});
-                Model::Object* const o = m_model.Find(object);
-                const int type = static_cast<int>(Number(3));
-                const bool fits = (object.IsEmpty() || (o != nullptr && o->kind != Line)) && May(object);
-                if (o != nullptr && o->kind == Config) break;
-                if (!Agree(editor.SetAttribute(object, word.c_str(), other.c_str(), static_cast<EAttributeType>(type)),
-                           fits))
-                    break;
-                (o != nullptr ? o->attributes : m_model.design)[{o != nullptr && o->kind == Comp ? type : 0, word}] =
-                    other;
-                break;
-            }
-            case 28: {
-                m_what = "remove attribute";
-                const Index object = AnyOf({Block, Comp, Net, Group});
-                Model::Object* const o = m_model.Find(object);
-                if (o != nullptr && (o->kind == Config || o->kind == Line)) break;
-                auto* const all = object.IsEmpty() ? &m_model.design : o != nullptr ? &o->attributes : nullptr;
-                const bool fits = all != nullptr && all->contains({0, word}) && May(object);
-                if (Agree(editor.RemoveAttribute(object, word.c_str()), fits)) all->erase({0, word});
-                break;
-            }
-            case 29: {
-                m_what = "draw component";
-                const Index group = Any(Group);
-                const Index comp = Any(Comp);
-                Model::Object* const g = m_model.Find(group, Group);
-                Model::Object* const c = m_model.Find(comp, Comp);
-                CompDataQuill data;
-                data.objectId = Number(100);
-                if (m_model.Find(group, Comp) != nullptr) break;
-                const bool fits = g != nullptr && c != nullptr && g->owner == c->owner && MayDraw(group);
-                if (Agree(editor.SetCompData(group, comp, data), fits)) c->drawn[group] = data.objectId;
-                break;
-            }
-            case 30: {
-                m_what = "delete";
-                Delete(editor);
-                break;
-            }
-            case 31: {
-                m_what = "transaction";
-                Transaction(client);
-                break;
-            }
-            case 34: {
-                m_what = "make save point";
-                if (Agree(editor.MakeSavePoint(word.c_str()), m_owner < 0 && !m_saved.contains(word)))
-                    m_saved[word] = m_model;
-                break;
-            }
-            case 35: {
-                m_what = "restore save point";
-                const bool free =
-                    std::all_of(m_held.begin(), m_held.end(), [&](const Held& h) { return h.client == m_client; });
-                if (Agree(editor.RestoreSavePoint(word.c_str()), m_saved.contains(word) && May(Index()) && free))
-                    m_model = m_saved[word];
-                break;
-            }
-            case 36: {
-                m_what = "remove save point";
-                if (Number(4) == 0 && Agree(m_database.RemoveSnapshot(word.c_str()), m_saved.contains(word)))
-                    m_saved.erase(word);
-                break;
-            }
-            default: {
-                m_what = "lock " + std::to_string(command);
-                Lock(client);
-                break;
-            }
+        static constexpr struct {
+            unsigned weight;
+            const char* what;
+            void (Game::*play)();
+        } Commands[] = {{2, "add block", &Game::AddBlock},
+                        {4, "add component", &Game::AddComp},
+                        {3, "add net or bus", &Game::AddNetOrBus},
+                        {2, "add group", &Game::AddGroup},
+                        {2, "add pin", &Game::AddPin},
+                        {1, "add line", &Game::AddLine},
+                        {1, "add configuration", &Game::AddConfig},
+                        {3, "add member", &Game::AddMember},
+                        {2, "remove or move member", &Game::RemoveOrMoveMember},
+                        {1, "connect pin", &Game::ConnectPin},
+                        {1, "disconnect pin", &Game::DisconnectPin},
+                        {1, "connect net", &Game::ConnectNet},
+                        {1, "rip bus", &Game::RipBus},
+                        {1, "set label", &Game::SetLabel},
+                        {1, "set name", &Game::SetName},
+                        {2, "set attribute", &Game::SetAttribute},
+                        {1, "remove attribute", &Game::RemoveAttribute},
+                        {1, "draw component", &Game::DrawComp},
+                        {1, "delete", &Game::Delete},
+                        {1, "transaction", &Game::Transaction},
+                        {2, "lock", &Game::Lock},
+                        {3, "save point", &Game::SavePoint}};
+        m_client = Number(m_clients.size());
+        m_editor = &Client().editor;
+        m_word = Word();
+        m_other = Word();
+        const auto* command = Commands;
+        for (unsigned at = Number(37); at >= command->weight; ++command)
+            at -= command->weight;
+        m_what = command->what;
+        (this->*command->play)();
+    }
+
+    void AddBlock() {
+        if (!Agree(m_editor->AddBlock({m_word.c_str(), BlockTypes::FromBits(Number(4))}, m_made), May(Index()))) return;
+        BlockTypes types;
+        EXPECT_TRUE(Client().Block(m_made)->GetType(types));
+        Added(Block, Index(), m_word, "", types.Bits());
+    }
+    void AddComp() {
+        const auto [block, b] = Pick(Block);
+        const Index child = Number(3) == 0 ? Any(Block) : Index();
+        const bool fits = b != nullptr && (child.IsEmpty() || m_model.Find(child, Block) != nullptr) && May(block);
+        const DesignDb::CompSpec spec{m_word.c_str(), m_other.c_str(), ECompType::Part, {}, {}, child};
+        if (Agree(m_editor->AddComp(block, spec, m_made), fits)) Added(Comp, block, m_other, m_word, 1).child = child;
+    }
+    void AddNetOrBus() {
+        const auto [block, b] = Pick(Block);
+        const bool net = Number(3) != 0;
+        const Result result =
+            net ? m_editor->AddNet(block, {m_word.c_str()}, m_made) : m_editor->AddBus(block, {m_word.c_str()}, m_made);
+        if (Agree(result, b != nullptr && May(block))) Added(net ? Net : Bus, block, "", m_word);
+    }
+    void AddGroup() {
+        const auto [block, b] = Pick(Block);
+        if (m_model.Find(block, Group) != nullptr) return;  // groups inside groups are not played here
+        if (Agree(m_editor->AddGroup(block, {m_word.c_str()}, m_made), b != nullptr && May(block)))
+            Added(Group, block, m_word, "", 2);
+    }
+    void AddPin() {
+        const auto [comp, c] = Pick(Comp);
+        if (!Agree(m_editor->AddPin(comp, {m_word.c_str()}, m_made), c != nullptr && May(comp))) return;
+        c->pins.push_back(m_made);
+        Added(Pin, comp, "", m_word);
+    }
+    void AddLine() {
+        const auto [group, g] = Pick(Group);
+        LineDataQuill line;
+        line.objectId = Number(100);
+        if (m_model.Find(group, Comp) != nullptr) return;  // the view of a symbol
+        if (Agree(m_editor->AddLine(group, line, m_made), g != nullptr && MayDraw(group)))
+            Added(Line, group, "", "", line.objectId);
+    }
+    void AddConfig() {
+        const auto [block, b] = Pick(Block);
+        const bool taken = std::any_of(m_model.objects.begin(), m_model.objects.end(),
+                                       [&](const Model::Object& o) { return o.kind == Config && o.name == m_word; });
+        const bool fits = (block.IsEmpty() || b != nullptr) && !taken && May(Index());
+        if (Agree(m_editor->AddConfig({m_word.c_str(), block}, m_made), fits))
+            Added(Config, Index(), m_word, "").child = block;
+    }
+
+    void AddMember() {
+        const auto [group, g] = Pick(Group);
+        const auto [object, o] = PickOf({Comp, Comp, Net, Bus, Group});
+        const bool fits = g != nullptr && o != nullptr && g != o && o->owner == g->owner && !o->owner.IsEmpty() &&
+                          std::find(g->members.begin(), g->members.end(), object) == g->members.end() && May(group);
+        const unsigned at = Number(4);
+        if (!Agree(m_editor->AddMember(group, object, at), fits)) return;
+        g->members.insert(At(g->members, at), object);
+        if (o->kind != Group) o->groups.push_back(group);
+    }
+    void RemoveOrMoveMember() {
+        const auto [group, g] = Pick(Group);
+        const bool full = g != nullptr && !g->members.empty();
+        const Index object = full ? g->members[Number(g->members.size())] : Any(Comp);
+        const unsigned at = Number(4);
+        const bool move = Number(2) == 0;
+        const Result result = move ? m_editor->MoveMember(group, object, at) : m_editor->RemoveMember(group, object);
+        if (!Agree(result, full && May(group))) return;
+        std::erase(g->members, object);
+        if (move) {
+            g->members.insert(At(g->members, at), object);
+        } else {
+            std::erase(m_model.Find(object)->groups, group);
         }
     }
-
-    static unsigned BitsOf(const TestClient& client, const Index& block) {
-        BlockTypes types;
-        EXPECT_TRUE(client.Block(block)->GetType(types));
-        return types.Bits();
+    void ConnectPin() {
+        const auto [net, n] = Pick(Net);
+        const auto [pin, p] = Pick(Pin);
+        const bool fits = n != nullptr && p != nullptr && m_model.Find(p->owner)->owner == n->owner && p->net != net &&
+                          May(net) && May(pin) && (p->net.IsEmpty() || May(p->net));
+        if (Agree(m_editor->ConnectPin(net, pin), fits)) p->net = net;
+    }
+    void DisconnectPin() {
+        const auto [pin, p] = Pick(Pin);
+        const bool fits = p != nullptr && !p->net.IsEmpty() && May(pin) && May(p->net);
+        if (Agree(m_editor->DisconnectPin(pin), fits)) p->net = Index();
+    }
+    void ConnectNet() {
+        const auto [bus, b] = Pick(Bus);
+        const auto [net, n] = Pick(Net);
+        const bool fits = b != nullptr && n != nullptr && b->owner == n->owner && !b->nets.contains({net.Low(), net}) &&
+                          May(bus) && May(net);
+        if (Agree(m_editor->ConnectNet(bus, net), fits)) b->nets.insert({net.Low(), net});
+    }
+    void RipBus() {
+        const auto [comp, c] = Pick(Comp);
+        const auto [bus, b] = Pick(Bus);
+        if (bus.IsEmpty()) return;
+        const bool fits = c != nullptr && b != nullptr && b->owner == c->owner && May(comp) && May(bus);
+        if (Agree(m_editor->RipBus(comp, bus), fits)) c->ripped = bus;
+    }
+    void SetLabel() {
+        const auto [object, o] = PickOf({Comp, Pin, Net, Bus, Group});
+        const bool fits = o != nullptr && IsAmong(o->kind, {Comp, Pin, Net, Bus}) && May(object);
+        if (Agree(m_editor->SetLabel(object, m_word.c_str()), fits)) o->label = m_word;
+    }
+    void SetName() {
+        const auto [object, o] = PickOf({Block, Comp, Group, Net});
+        if (o != nullptr && o->kind == Config) return;
+        const bool fits = o != nullptr && IsAmong(o->kind, {Block, Comp, Group}) && May(object);
+        if (Agree(m_editor->SetName(object, m_word.c_str()), fits)) o->name = m_word;
+    }
+    void SetAttribute() {
+        const auto [object, o] = PickOf({Block, Comp, Pin, Net, Bus, Group});
+        const int type = static_cast<int>(Number(3));
+        if (o != nullptr && o->kind == Config) return;
+        const bool fits = (object.IsEmpty() || (o != nullptr && o->kind != Line)) && May(object);
+        const auto asked = static_cast<EAttributeType>(type);
+        if (!Agree(m_editor->SetAttribute(object, m_word.c_str(), m_other.c_str(), asked), fits)) return;
+        (o != nullptr ? o->attributes : m_model.design)[{o != nullptr && o->kind == Comp ? type : 0, m_word}] = m_other;
+    }
+    void RemoveAttribute() {
+        const auto [object, o] = PickOf({Block, Comp, Net, Group});
+        if (o != nullptr && IsAmong(o->kind, {Config, Line})) return;
+        auto* const all = object.IsEmpty() ? &m_model.design : o != nullptr ? &o->attributes : nullptr;
+        const bool fits = all != nullptr && all->contains({0, m_word}) && May(object);
+        if (Agree(m_editor->RemoveAttribute(object, m_word.c_str()), fits)) all->erase({0, m_word});
+    }
+    void DrawComp() {
+        const auto [group, g] = Pick(Group);
+        const auto [comp, c] = Pick(Comp);
+        CompDataQuill data;
+        data.objectId = Number(100);
+        if (m_model.Find(group, Comp) != nullptr) return;
+        const bool fits = g != nullptr && c != nullptr && g->owner == c->owner && MayDraw(group);
+        if (Agree(m_editor->SetCompData(group, comp, data), fits)) c->drawn[group] = data.objectId;
     }
 
-    void Delete(DesignDb::Editor& editor) {
-        using enum EObjectType;
-        struct Way {
+    void Delete() {
+        static constexpr struct {
             EObjectType kind;
             Result (DesignDb::Editor::*remove)(const Index&);
-        };
-        static constexpr Way Ways[] = {
+        } Ways[] = {
             {Block, &DesignDb::Editor::DeleteBlock}, {Comp, &DesignDb::Editor::DeleteComp},
             {Pin, &DesignDb::Editor::DeletePin},     {Net, &DesignDb::Editor::DeleteNet},
             {Bus, &DesignDb::Editor::DeleteBus},     {Group, &DesignDb::Editor::DeleteGroup},
             {Line, &DesignDb::Editor::DeleteItem},   {Config, &DesignDb::Editor::DeleteConfig},
         };
-        const Way& way = Ways[Number(std::size(Ways))];
-        const Index index = Any(way.kind);
-        Model::Object* const o = m_model.Find(index, way.kind);
+        const auto& way = Ways[Number(std::size(Ways))];
+        const auto [index, o] = Pick(way.kind);
         // A line lies in its group's view, which locks of the group cover.
-        if (Agree((editor.*way.remove)(index), o != nullptr && May(index, true))) m_model.Delete(index);
+        if (Agree((m_editor->*way.remove)(index), o != nullptr && May(index, true))) m_model.Delete(index);
     }
 
-    void Transaction(TestClient& client) {
+    void Transaction() {
+        const ISnapshot& design = *Client().snapshot;
         const bool own = m_owner == static_cast<int>(m_client);
         bool active = false;
-        EXPECT_TRUE(client.snapshot->IsTransactionActive(active));
+        EXPECT_TRUE(design.IsTransactionActive(active));
         EXPECT_EQ(active, own);
+        const unsigned what = Number(3);
+        if (what == 0) {
+            if (!Agree(design.BeginTransaction(ETransactionType::Edit), m_owner < 0)) return;
+            m_owner = static_cast<int>(m_client);
+            m_before = m_model;
+        } else if (Agree(what == 1 ? design.CommitTransaction() : design.RollbackTransaction(), own)) {
+            m_owner = -1;
+            if (what == 2) m_model = m_before;
+        }
+    }
+
+    void SavePoint() {
+        const bool known = m_saved.contains(m_word);
         switch (Number(3)) {
             case 0:
-                if (!Agree(client.snapshot->BeginTransaction(ETransactionType::Edit), m_owner < 0)) break;
-                m_owner = static_cast<int>(m_client);
-                m_before = m_model;
+                if (Agree(m_editor->MakeSavePoint(m_word.c_str()), m_owner < 0 && !known)) m_saved[m_word] = m_model;
                 break;
-            case 1:
-                if (Agree(client.snapshot->CommitTransaction(), own)) m_owner = -1;
+            case 1: {
+                const bool free =
+                    std::all_of(m_held.begin(), m_held.end(), [&](const Held& h) { return h.client == m_client; });
+                if (Agree(m_editor->RestoreSavePoint(m_word.c_str()), known && HasTurn() && free))
+                    m_model = m_saved[m_word];
                 break;
+            }
             default:
-                if (!Agree(client.snapshot->RollbackTransaction(), own)) break;
-                m_owner = -1;
-                m_model = m_before;
-                break;
+                if (Number(4) == 0 && Agree(m_database.RemoveSnapshot(m_word.c_str()), known)) m_saved.erase(m_word);
         }
     }
 
@@ -604,35 +510,27 @@ private:
         Result result = whole ? LockerT<T>::Lock(handle, writable) : Result(EErrorCode::InvalidArgument);
         if constexpr (requires { LockerT<T>::ShallowLock(handle, writable); })
             if (!whole) result = LockerT<T>::ShallowLock(handle, writable);
-        if (Agree(result, free && static_cast<bool>(handle)))
-            m_held.push_back(
-                {m_client, index, whole, m_model.Containers(index), [writable]() mutable { writable.Release(); }});
+        if (!Agree(result, free && static_cast<bool>(handle))) return;
+        m_held.push_back(
+            {m_client, index, whole, m_model.Containers(index), [writable]() mutable { writable.Release(); }});
     }
 
-    void Lock(TestClient& client) {
-        using enum EObjectType;
+    void Lock() {
         if (!m_held.empty() && Number(2) == 0) {
-            m_held.erase(m_held.begin() + At(Number(static_cast<unsigned>(m_held.size())), m_held.size()));
+            m_held.erase(m_held.begin() + static_cast<std::ptrdiff_t>(Number(m_held.size())));
             return;
         }
         if (m_held.size() > 3) return;
         const bool whole = Number(2) == 0;
         switch (Number(3)) {
-            case 0: {
-                const Index index = Any(Block);
-                if (m_model.Find(index, Block) != nullptr) Hold(client.Block(index), index, true);
+            case 0:
+                if (const auto [index, o] = Pick(Block); o != nullptr) Hold(Client().Block(index), index, true);
                 break;
-            }
-            case 1: {
-                const Index index = Any(Comp);
-                if (m_model.Find(index, Comp) != nullptr) Hold(client.Comp(index), index, whole);
+            case 1:
+                if (const auto [index, o] = Pick(Comp); o != nullptr) Hold(Client().Comp(index), index, whole);
                 break;
-            }
-            default: {
-                const Index index = Any(Group);
-                if (m_model.Find(index, Group) != nullptr) Hold(client.Group(index), index, whole);
-                break;
-            }
+            default:
+                if (const auto [index, o] = Pick(Group); o != nullptr) Hold(Client().Group(index), index, whole);
         }
     }
 
@@ -644,9 +542,13 @@ private:
     std::vector<Index> m_all;  // every index that ever was, and the empty one
     Model m_model, m_before;
     std::map<std::string, Model> m_saved;
+    // Of the step that is played:
     std::size_t m_client = 0;
+    DesignDb::Editor* m_editor = nullptr;
+    Index m_made;
+    std::string m_what, m_word, m_other;
+
     int m_owner = -1;  // of the transaction
-    std::string m_what;
 };
 
 }  // namespace

@@ -9,23 +9,12 @@ namespace {
 
 #define EXPECT_CODE(expression, code) EXPECT_EQ((expression).GetErrorCode(), static_cast<int>(EErrorCode::code))
 
-struct OneBlock : testing::Test {
-    DesignDb::Database database = NewDatabase();
-    TestClient client{database, "one"};
-    DesignDb::Editor& editor = client.editor;
-    Index block;
-
-    OneBlock() { EXPECT_TRUE(editor.AddBlock({"block"}, block)); }
-
+struct OneBlock : SharedBlock {
     Index AddComp(const char* label, const Index& in, const Index& child = {}, const Index& index = {}) {
-        CompSpec spec{label};
-        spec.childBlock = child;
-        spec.index = index;
-        Index comp;
-        EXPECT_TRUE(editor.AddComp(in, spec, comp));
-        return comp;
+        Index added;
+        EXPECT_TRUE(editor.AddComp(in, {label, {}, {}, {}, {}, child, {}, index}, added));
+        return added;
     }
-    using CompSpec = DesignDb::CompSpec;
 };
 
 using ObjectHandles = OneBlock;
@@ -37,8 +26,8 @@ std::string LabelOf(const IComp& comp) {
 }
 
 template <class T>
-std::vector<std::string> Labels(IteratorT<T> iterator) {
-    std::vector<std::string> labels;
+Strings Labels(IteratorT<T> iterator) {
+    Strings labels;
     for (; iterator; ++iterator) {
         String label;
         EXPECT_TRUE(iterator->GetLabel(label));
@@ -47,31 +36,21 @@ std::vector<std::string> Labels(IteratorT<T> iterator) {
     return labels;
 }
 
-using Strings = std::vector<std::string>;
-
 }  // namespace
 
 TEST_F(ObjectHandles, OfDeletedObjectsFailUntilTheDeletionIsTakenBack) {
-    const Index comp = AddComp("U1", block);
-    Index pin, net, group, line;
-    ASSERT_TRUE(editor.AddPin(comp, {"1"}, pin));
-    ASSERT_TRUE(editor.AddNet(block, {"N"}, net));
-    ASSERT_TRUE(editor.ConnectPin(net, pin));
-    ASSERT_TRUE(editor.AddGroup(block, {"1"}, group));
-    ASSERT_TRUE(editor.AddMember(group, comp));
-    ASSERT_TRUE(editor.AddLine(group, {}, line));
+    Index line;
+    ASSERT_TRUE(editor.ConnectPin(net, pin) && editor.AddMember(group, comp) && editor.AddLine(group, {}, line));
     const ContainerT<const IBlock> b = client.Block(block);
     const ContainerT<const IComp> c = client.Comp(comp);
     const ContainerT<const IGroup> g = client.Group(group);
     ContainerT<const IBlockViewQuill> view;
-    ASSERT_TRUE(IBlockViewQuill::Init(view, *b, *g));
     IteratorT<const IPin> pins;
-    ASSERT_TRUE(c->GetIterPins(pins));
     IteratorT<const ILineQuill> lines;
-    ASSERT_TRUE(view->GetIterLines(lines));
-    const std::vector<std::string> before = Facts(client);
+    ASSERT_TRUE(IBlockViewQuill::Init(view, *b, *g) && c->GetIterPins(pins) && view->GetIterLines(lines));
+    const Strings before = Facts(client);
 
-    ASSERT_TRUE(client.snapshot->BeginTransaction(ETransactionType::Edit));
+    ASSERT_TRUE(Begin());
     ASSERT_TRUE(editor.DeleteBlock(block));
     String text("kept");
     Index index;
@@ -90,7 +69,7 @@ TEST_F(ObjectHandles, OfDeletedObjectsFailUntilTheDeletionIsTakenBack) {
     EXPECT_FALSE(++pins);
     EXPECT_FALSE(++lines);
 
-    ASSERT_TRUE(client.snapshot->RollbackTransaction());
+    ASSERT_TRUE(RollBack());
     EXPECT_EQ(Facts(client), before);
     for (const IObject* object : std::initializer_list<const IObject*>{&*b, &*c, &*g, &*view})
         EXPECT_TRUE(object->IsValid());
@@ -98,7 +77,7 @@ TEST_F(ObjectHandles, OfDeletedObjectsFailUntilTheDeletionIsTakenBack) {
 }
 
 TEST_F(ObjectHandles, IterationsPassOverWhatIsDeletedBeforeThem) {
-    const Index comps[] = {AddComp("A", block), AddComp("B", block), AddComp("C", block), AddComp("D", block)};
+    const Index comps[] = {comp, AddComp("B", block), AddComp("C", block), AddComp("D", block)};
     IteratorT<const IComp> first;
     ASSERT_TRUE(client.Block(block)->GetIterComps(first, CompTypes()));
     IteratorT<const IComp> copy = first;
@@ -124,29 +103,26 @@ TEST_F(AskedForIndexes, LeadToTheirObjectsWhateverTheyLookLike) {
         {"own kind, ahead of the last", Index(EObjectType::Comp, 0, 50)},
         {"own kind, in the gap left behind", Index(EObjectType::Comp, 0, 20)},
         {"own kind, with a middle part", Index(EObjectType::Comp, 7, 1)},
-        {"top byte of a net that does not exist", Index(EObjectType::Net, 0, 1)},
+        {"top byte of a net that does not exist", Index(EObjectType::Net, 0, 3)},
         {"top byte 41", Index(EObjectType::BlockComp, 0, 3)},
         {"top byte 255", Index(0xFF00000000000001)},
         {"top byte 0", Index(1)},
     };
-    Strings labels;
+    Strings labels{"U1"};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
         EXPECT_EQ(AddComp(c.why, block, {}, c.index), c.index);
-        Index other;
-        EXPECT_CODE(editor.AddNet(block, {"clash", c.index}, other), AlreadyExists);
+        EXPECT_CODE(editor.AddNet(block, {"clash", c.index}, net), AlreadyExists);
         labels.emplace_back(c.why);
     }
     for (const auto& c : cases) {
-        const ContainerT<const IComp> comp = client.Comp(c.index);
-        ASSERT_TRUE(comp) << c.why;
-        EXPECT_EQ(LabelOf(*comp), c.why);
+        ASSERT_TRUE(client.Comp(c.index)) << c.why;
+        EXPECT_EQ(LabelOf(*client.Comp(c.index)), c.why);
         EXPECT_FALSE(client.Net(c.index));
     }
     // The database's own choices go around them.
-    Index net;
-    ASSERT_TRUE(editor.AddNet(block, {"N"}, net));
-    EXPECT_EQ(net, Index(EObjectType::Net, 0, 2));
+    ASSERT_TRUE(editor.AddNet(block, {"X"}, net));
+    EXPECT_EQ(net, Index(EObjectType::Net, 0, 4));
     IteratorT<const IComp> all;
     ASSERT_TRUE(client.Block(block)->GetIterComps(all, CompTypes()));
     EXPECT_EQ(Labels(std::move(all)), labels);
@@ -156,8 +132,8 @@ TEST_F(AskedForIndexes, MayBeUsedAgainWhenTheirObjectIsGone) {
     for (const Index wanted : {Index(EObjectType::Comp, 0, 5), Index(0xC800000000000009)}) {
         AddComp("old", block, {}, wanted);
         const ContainerT<const IComp> old = client.Comp(wanted);
-        const std::vector<std::string> before = Facts(client);
-        ASSERT_TRUE(client.snapshot->BeginTransaction(ETransactionType::Edit));
+        const Strings before = Facts(client);
+        ASSERT_TRUE(Begin());
         ASSERT_TRUE(editor.DeleteComp(wanted));
         AddComp("new", block, {}, wanted);
         // A handle names its object, not whatever bears the index after it.
@@ -167,7 +143,7 @@ TEST_F(AskedForIndexes, MayBeUsedAgainWhenTheirObjectIsGone) {
         EXPECT_CODE(LockerT<IComp>::Lock(old, writable), ObjectNotFound);
         ASSERT_TRUE(LockerT<IComp>::Lock(client.Comp(wanted), writable));
         EXPECT_TRUE(writable->SetAttribute("a", "1", EAttributeType::User));
-        ASSERT_TRUE(client.snapshot->RollbackTransaction());
+        ASSERT_TRUE(RollBack());
         EXPECT_EQ(LabelOf(*old), "old");
         EXPECT_EQ(Facts(client), before);
         ASSERT_TRUE(editor.DeleteComp(wanted));
@@ -182,18 +158,15 @@ struct Hierarchy : OneBlock {
     ContainerT<const IPath> root, inMiddle, inLeaf;
 
     Hierarchy() {
-        EXPECT_TRUE(editor.AddBlock({"middle"}, middle));
-        EXPECT_TRUE(editor.AddBlock({"leaf"}, leaf));
+        EXPECT_TRUE(editor.AddBlock({"middle"}, middle) && editor.AddBlock({"leaf"}, leaf));
         a = AddComp("a", block, middle);
         a2 = AddComp("a2", block, middle);
         b = AddComp("b", middle, leaf);
         c = AddComp("c", leaf);
         EXPECT_TRUE(editor.AddConfig({"board", block}, config));
         ContainerT<const IConfig> board;
-        EXPECT_TRUE(client.snapshot->GetDefaultConfig(board, "board"));
-        EXPECT_TRUE(board->GetRoot(root));
-        EXPECT_TRUE(root->GetChildPath(inMiddle, a));
-        EXPECT_TRUE(inMiddle->GetChildPath(inLeaf, b));
+        EXPECT_TRUE(client.snapshot->GetDefaultConfig(board, "board") && board->GetRoot(root));
+        EXPECT_TRUE(root->GetChildPath(inMiddle, a) && inMiddle->GetChildPath(inLeaf, b));
     }
 
     static std::string Value(const IComp& comp, const char* name) {
@@ -211,23 +184,22 @@ TEST_F(Hierarchy, LeadsDownAndBackUp) {
     ASSERT_TRUE(root->GetListHierarchyIndexes(way));
     EXPECT_TRUE(way.IsEmpty());
 
-    ContainerT<const IComp> comp;
-    ASSERT_TRUE(inLeaf->GetCompInPath(comp, c));
+    ContainerT<const IComp> it;
+    ASSERT_TRUE(inLeaf->GetCompInPath(it, c));
     Strings up;
     ContainerT<const IPath> path;
-    while (comp->GetPath(path)) {
-        up.push_back(LabelOf(*comp));
-        if (!path->GetParentComp(comp)) break;
+    while (it->GetPath(path)) {
+        up.push_back(LabelOf(*it));
+        if (!path->GetParentComp(it)) break;
     }
     EXPECT_EQ(up, (Strings{"c", "b", "a"}));
-    EXPECT_CODE(root->GetParentComp(comp), NoValue);
+    EXPECT_CODE(root->GetParentComp(it), NoValue);
     EXPECT_CODE(client.Comp(c)->GetPath(path), NoValue);
-    EXPECT_CODE(inLeaf->GetCompInPath(comp, b), NotInHierarchy);
+    EXPECT_CODE(inLeaf->GetCompInPath(it, b), NotInHierarchy);
     EXPECT_CODE(root->GetChildPath(path, b), NotInHierarchy);
 
     Index index;
-    ASSERT_TRUE(inLeaf->GetIndex(index));
-    ASSERT_TRUE(client.objects.GetPath(path, index));
+    ASSERT_TRUE(inLeaf->GetIndex(index) && client.objects.GetPath(path, index));
     ASSERT_TRUE(path->GetListHierarchyIndexes(way));
     EXPECT_EQ(way.Count(), 2U);
 }
@@ -258,11 +230,9 @@ TEST_F(Hierarchy, PlacesEndWhenTheWayToThemDoesAndWhereABlockWouldContainItself)
 
 TEST_F(Hierarchy, OccurrencesHaveAttributesOfTheirOwnAndFallBackToTheDefinition) {
     ContainerT<const IPath> second, inSecond;
-    ASSERT_TRUE(root->GetChildPath(second, a2));
-    ASSERT_TRUE(second->GetChildPath(inSecond, b));
     ContainerT<const IComp> one, two;
-    ASSERT_TRUE(inLeaf->GetCompInPath(one, c));
-    ASSERT_TRUE(inSecond->GetCompInPath(two, c));
+    ASSERT_TRUE(root->GetChildPath(second, a2) && second->GetChildPath(inSecond, b));
+    ASSERT_TRUE(inLeaf->GetCompInPath(one, c) && inSecond->GetCompInPath(two, c));
     ASSERT_TRUE(editor.SetAttribute(c, "ref", "U?"));
     MutableContainerT<IComp> writable;
     ASSERT_TRUE(LockerT<IComp>::ShallowLock(one, writable));
@@ -281,14 +251,13 @@ TEST_F(Hierarchy, OccurrencesHaveAttributesOfTheirOwnAndFallBackToTheDefinition)
 }
 
 TEST_F(Hierarchy, RootComponentsAreListedOnceFilteredByType) {
-    Index other;
-    ASSERT_TRUE(editor.AddConfig({"same root", block}, other));
-    ASSERT_TRUE(editor.AddConfig({"no root", {}}, other));
-    ASSERT_TRUE(editor.AddConfig({"leaf", leaf}, other));
+    Index made;
+    for (const auto& [name, top] : {std::pair("same root", block), {"no root", {}}, {"leaf", leaf}})
+        ASSERT_TRUE(editor.AddConfig({name, top}, made));
     ASSERT_TRUE(editor.SetCompTypes(a2, CompTypes(ECompType::Hierarchical)));
     IteratorT<const IComp> comps;
     ASSERT_TRUE(client.snapshot->GetIterComps(comps, CompTypes()));
-    EXPECT_EQ(Labels(std::move(comps)), (Strings{"a", "a2", "c"}));
+    EXPECT_EQ(Labels(std::move(comps)), (Strings{"U1", "a", "a2", "c"}));
     ASSERT_TRUE(client.snapshot->GetIterComps(comps, CompTypes(ECompType::Hierarchical)));
     EXPECT_EQ(Labels(std::move(comps)), Strings{"a2"});
 }

@@ -34,16 +34,7 @@ private:
     }
 };
 
-struct Observers : testing::Test {
-    DesignDb::Database database = NewDatabase();
-    TestClient client{database, "one"}, other{database, "two"};
-    Index block, comp;
-
-    Observers() {
-        EXPECT_TRUE(client.editor.AddBlock({"block"}, block));
-        EXPECT_TRUE(client.editor.AddComp(block, {"U1"}, comp));
-    }
-
+struct Observers : SharedBlock {
     // The two ways in which an observer is called and removed.
     struct Way {
         const char* what;
@@ -53,11 +44,7 @@ struct Observers : testing::Test {
     std::vector<Way> Ways() {
         return {{"event observers", [&](Caller& c) { return other.snapshot->AddEventObserver(&c); },
                  [&](Caller& c) { return other.snapshot->RemoveEventObserver(&c); },
-                 [&] {
-                     DesignDb::Editor editor;
-                     EXPECT_TRUE(DesignDb::Editor::Open(editor, client.snapshot));
-                     EXPECT_TRUE(editor.SetLabel(comp, "x"));
-                 }},
+                 [&] { EXPECT_TRUE(TestClient(database, "editor").editor.SetLabel(comp, "x")); }},
                 {"client observers", [&](Caller& c) { return other.connection->AddClientObserver(&c); },
                  [&](Caller& c) { return other.connection->RemoveClientObserver(&c); },
                  [&] { EXPECT_TRUE(database.Notify([](ClientObserver& o) { o.OnErrorUnexpected("p", "e"); })); }}};
@@ -169,13 +156,12 @@ namespace {
 // Hears the numbers that threads give to their components, each of which counts upwards.
 class Counter final : public EventObserver {
 public:
-    explicit Counter(std::vector<Index> comps) : m_comps(std::move(comps)), last(m_comps.size()) {}
+    explicit Counter(const std::vector<Index>& comps) : m_comps(comps), last(comps.size()) {}
 
-    void OnAfterSetAttribute(const Index& object, const String&, const String& value, EAttributeType, int,
-                             bool) override {
+    void OnAfterSetAttribute(const Index& o, const String&, const String& value, EAttributeType, int, bool) override {
         EXPECT_TRUE(registered) << "called after it was removed";
         for (std::size_t i = 0; i < m_comps.size(); ++i) {
-            if (m_comps[i] != object) continue;
+            if (m_comps[i] != o) continue;
             const unsigned number = static_cast<unsigned>(std::stoul(std::string(value.View())));
             EXPECT_GT(number, last[i].exchange(number)) << "out of order";
         }
@@ -183,7 +169,7 @@ public:
     }
 
 private:
-    const std::vector<Index> m_comps;
+    const std::vector<Index>& m_comps;
 
 public:
     std::vector<std::atomic<unsigned>> last;
@@ -193,23 +179,19 @@ public:
 
 }  // namespace
 
-TEST(Threads, EditReadObserveAndSaveOneDesignWithoutLosingAnything) {
-    DesignDb::Database database = NewDatabase();
-    TestClient first(database, "first");
-    Index block;
-    ASSERT_TRUE(first.editor.AddBlock({"b"}, block));
+TEST_F(Observers, AndThreadsThatEditReadAndSaveOneDesignLoseNothing) {
     static constexpr unsigned Threads = 4;
     std::vector<Index> comps(Threads);
-    for (Index& comp : comps)
-        ASSERT_TRUE(first.editor.AddComp(block, {"c"}, comp));
+    for (Index& c : comps)
+        ASSERT_TRUE(editor.AddComp(block, {"c"}, c));
     Counter all(comps);
-    ASSERT_TRUE(first.snapshot->AddEventObserver(&all));
+    ASSERT_TRUE(other.snapshot->AddEventObserver(&all));
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(700);
     std::vector<unsigned> edits(Threads), added(Threads);
     std::vector<std::thread> threads;
     for (unsigned t = 0; t < Threads; ++t)
         threads.emplace_back([&, t] {
-            TestClient client(database, "worker");
+            TestClient worker(database, "worker");
             std::mt19937 random(t);
             // While another's transaction is open, edits are refused.
             const auto insist = [](auto&& edit) {
@@ -218,58 +200,56 @@ TEST(Threads, EditReadObserveAndSaveOneDesignWithoutLosingAnything) {
             };
             while (std::chrono::steady_clock::now() < end) {
                 Counter own(comps);
-                EXPECT_TRUE(client.snapshot->AddEventObserver(&own));
+                EXPECT_TRUE(worker.snapshot->AddEventObserver(&own));
                 for (unsigned i = 0; i < 20; ++i) {
                     const std::string number = std::to_string(++edits[t]);
-                    insist([&] { return client.editor.SetAttribute(comps[t], "n", number.c_str()); });
+                    insist([&] { return worker.editor.SetAttribute(comps[t], "n", number.c_str()); });
                     String value;
-                    EXPECT_TRUE(client.Comp(comps[t])->GetAttribute("n", value, EAttributeType::User));
+                    EXPECT_TRUE(worker.Comp(comps[t])->GetAttribute("n", value, EAttributeType::User));
                     EXPECT_EQ(std::string(value.View()), number);
                     EXPECT_EQ(own.last[t], edits[t]);
                 }
-                Index comp;
-                insist([&] { return client.editor.AddComp(block, {"late"}, comp); });
+                Index late;
+                insist([&] { return worker.editor.AddComp(block, {"late"}, late); });
                 ++added[t];
                 switch (random() % 4) {
                     case 0:
-                        if (!client.snapshot->BeginTransaction(ETransactionType::Edit)) break;
-                        EXPECT_TRUE(client.editor.DeleteComp(comp));
-                        EXPECT_TRUE(client.snapshot->RollbackTransaction());
+                        if (!worker.snapshot->BeginTransaction(ETransactionType::Edit)) break;
+                        EXPECT_TRUE(worker.editor.DeleteComp(late) && worker.snapshot->RollbackTransaction());
                         break;
                     case 1: {
                         const std::string name = std::to_string(t);
-                        if (!client.editor.MakeSavePoint(name.c_str())) break;
+                        if (!worker.editor.MakeSavePoint(name.c_str())) break;
                         EXPECT_GT(Facts(TestClient(database, "reader", name.c_str())).size(), 4U);
                         EXPECT_TRUE(database.RemoveSnapshot(name.c_str()));
                         break;
                     }
                     case 2: {
                         MutableContainerT<IComp> writable;
-                        EXPECT_TRUE(LockerT<IComp>::Lock(client.Comp(comp), writable));
+                        EXPECT_TRUE(LockerT<IComp>::Lock(worker.Comp(late), writable));
                         insist([&] { return writable->SetAttribute("a", "0", EAttributeType::User); });
                         break;
                     }
                     default:
                         EXPECT_TRUE(database.Notify([](ClientObserver& o) { o.OnErrorTransaction("p", "e"); }));
                 }
-                EXPECT_TRUE(client.snapshot->RemoveEventObserver(&own));
+                EXPECT_TRUE(worker.snapshot->RemoveEventObserver(&own));
                 own.registered = false;
                 EXPECT_GE(own.calls, 20U);
             }
         });
     for (std::thread& thread : threads)
         thread.join();
-    unsigned sum = Threads;
+    unsigned sum = Threads + 1;
     for (unsigned t = 0; t < Threads; ++t) {
         EXPECT_EQ(all.last[t], edits[t]);
         sum += added[t];
     }
     IteratorT<const IComp> iterator;
-    ASSERT_TRUE(first.Block(block)->GetIterComps(iterator, CompTypes()));
     int count = 0;
-    EXPECT_TRUE(iterator.GetCount(count));
+    ASSERT_TRUE(client.Block(block)->GetIterComps(iterator, CompTypes()) && iterator.GetCount(count));
     EXPECT_EQ(static_cast<unsigned>(count), sum);
-    ASSERT_TRUE(first.snapshot->RemoveEventObserver(&all));
+    ASSERT_TRUE(other.snapshot->RemoveEventObserver(&all));
 }
 
 }  // namespace Tests

@@ -18,15 +18,13 @@ namespace {
 
 class AnyObserver final : public EventObserver {};
 
-// Numbers below a limit.
-class Random {
-public:
-    explicit Random(unsigned seed) : m_engine(seed) {}
-    unsigned operator()(std::size_t limit) { return static_cast<unsigned>(m_engine() % limit); }
+using Commits = SharedBlock;
+using FaultInjector = SharedBlock;
 
-private:
-    std::mt19937 m_engine;
-};
+// Numbers below a limit.
+auto Random(unsigned seed) {
+    return [engine = std::mt19937(seed)](std::size_t limit) mutable { return static_cast<unsigned>(engine() % limit); };
+}
 
 }  // namespace
 
@@ -34,7 +32,7 @@ TEST(ChunkedSequence, AgreesWithAVectorUnderRandomEditsOfItsCopies) {
     using Sequence = DesignDb::ChunkedSequence<std::uint32_t>;
     for (unsigned seed = 0; seed < 30; ++seed) {
         SCOPED_TRACE(seed);
-        Random below(seed);
+        auto below = Random(seed);
         const bool sorted = seed % 2 == 0;
         std::vector<std::pair<Sequence, std::vector<std::uint32_t>>> all(3);
         for (unsigned step = 1; step < 6000; ++step) {
@@ -82,7 +80,7 @@ TEST(Table, AgreesWithAVectorUnderRandomEditsOfItsCopies) {
         Index index;
         unsigned value = 0;
     };
-    Random below(1);
+    auto below = Random(1);
     using Model = std::vector<unsigned>;  // by slot, 0 where there is none
     std::vector<std::pair<DesignDb::Table<Record>, Model>> all(2, {{}, Model(1)});
     for (unsigned step = 1; step < 20000; ++step) {
@@ -129,41 +127,34 @@ TEST(Table, AgreesWithAVectorUnderRandomEditsOfItsCopies) {
     }
 }
 
-TEST(Commits, ThatCannotBeKeptChangeNothing) {
-    DesignDb::Database database = NewDatabase();
-    TestClient client(database, "one");
+TEST_F(Commits, ThatCannotBeKeptChangeNothing) {
     AnyObserver observer;
-    Index block, comp;
-    ASSERT_TRUE(client.editor.AddBlock({"b"}, block) && client.editor.AddComp(block, {"U1"}, comp));
-    ASSERT_TRUE(client.editor.MakeSavePoint("empty") && client.editor.AddComp(block, {"U2"}, comp));
-    const std::vector<std::string> before = Facts(client);
+    ASSERT_TRUE(editor.MakeSavePoint("full") && editor.DeleteComp(comp));
+    const Strings before = Facts(client);
     DesignDb::Testing::FaultInjector faults;
     for (const bool observed : {false, true}) {
-        if (observed) {
-            ASSERT_TRUE(client.snapshot->AddEventObserver(&observer));
-        }
+        ASSERT_TRUE(!observed || client.snapshot->AddEventObserver(&observer));
         faults.Inject({"Store::Commit", {}, 1, true});
-        EXPECT_EQ(client.editor.SetLabel(comp, "x").GetErrorCode(), 102);
-        EXPECT_EQ(client.editor.DeleteBlock(block).GetErrorCode(), 102);
-        EXPECT_EQ(client.editor.RestoreSavePoint("empty").GetErrorCode(), 102);
+        EXPECT_EQ(editor.SetLabel(net, "x").GetErrorCode(), 102);
+        EXPECT_EQ(editor.DeleteBlock(block).GetErrorCode(), 102);
+        EXPECT_EQ(editor.RestoreSavePoint("full").GetErrorCode(), 102);
         EXPECT_EQ(Facts(client), before);
         // Edits of a transaction are no commits; all of them go with it.
-        ASSERT_TRUE(client.snapshot->BeginTransaction(ETransactionType::Edit));
-        EXPECT_TRUE(client.editor.DeleteBlock(block));
-        EXPECT_TRUE(client.editor.RestoreSavePoint("empty"));
+        ASSERT_TRUE(Begin());
+        EXPECT_TRUE(editor.DeleteBlock(block) && editor.RestoreSavePoint("full"));
         EXPECT_EQ(client.snapshot->CommitTransaction().GetErrorCode(), 102);
-        EXPECT_EQ(client.snapshot->RollbackTransaction().GetErrorCode(), 211);
+        EXPECT_EQ(RollBack().GetErrorCode(), 211);
         EXPECT_EQ(Facts(client), before);
         faults.Clear();
     }
     EXPECT_EQ(faults.Calls("Store::Commit"), 8U);
     faults.Inject({"Store::Add"});
     faults.Inject({"Store::Remove"});
-    EXPECT_EQ(client.editor.MakeSavePoint("more").GetErrorCode(), 102);
-    EXPECT_EQ(database.RemoveSnapshot("empty").GetErrorCode(), 102);
+    EXPECT_EQ(editor.MakeSavePoint("more").GetErrorCode(), 102);
+    EXPECT_EQ(database.RemoveSnapshot("full").GetErrorCode(), 102);
     ListT<String> names;
     ASSERT_TRUE(database.ListSnapshots(names));
-    EXPECT_EQ(names, (ListT<String>{"QUILL", "empty"}));
+    EXPECT_EQ(names, (ListT<String>{"QUILL", "full"}));
     faults.Inject({"OrinPI::AttachSubClient"});
     EXPECT_EQ(client.connection->AttachSubClient(database.ProjectName(), "sub").GetErrorCode(), 102);
     EXPECT_EQ(client.connection->DetachSubClient().GetErrorCode(), 110);
@@ -180,9 +171,7 @@ TEST(WantOfMemory, LeavesTheDesignAsItWasOrTheEditDone) {
             TestClient client(database, "one");
             DesignDb::Editor& editor = client.editor;
             AnyObserver observer;
-            if (observed) {
-                ASSERT_TRUE(client.snapshot->AddEventObserver(&observer));
-            }
+            ASSERT_TRUE(!observed || client.snapshot->AddEventObserver(&observer));
             Index block, comp, pin, net, net2, bus, group, line, made;
             const Index foreign(0xC800000000000001);
             const String text("text"), name("name");
@@ -215,16 +204,13 @@ TEST(WantOfMemory, LeavesTheDesignAsItWasOrTheEditDone) {
                 [&] { return editor.DeleteGroup(group); },
                 [&] { return inTransaction ? Result() : editor.RestoreSavePoint(text); },
                 [&] { return editor.DeleteNet(net2); },
-                [&] { return editor.DeleteBlock(block); },
-            };
+                [&] { return editor.DeleteBlock(block); }};
             for (std::size_t i = 0; i < std::size(edits); ++i) {
                 SCOPED_TRACE("edit " + std::to_string(i));
                 for (unsigned allocation = 0;; ++allocation) {
                     ASSERT_LT(allocation, 2000U);
-                    const std::vector<std::string> before = Facts(client);
-                    if (inTransaction) {
-                        ASSERT_TRUE(client.snapshot->BeginTransaction(ETransactionType::Edit));
-                    }
+                    const Strings before = Facts(client);
+                    ASSERT_TRUE(!inTransaction || client.snapshot->BeginTransaction(ETransactionType::Edit));
                     FailAllocation(allocation);
                     const Result result = edits[i]();
                     const bool failed = AllocationFailed();
@@ -251,21 +237,16 @@ TEST(WantOfMemory, LeavesTheDesignAsItWasOrTheEditDone) {
                     ASSERT_TRUE(failed);
                 }
             }
-            EXPECT_EQ(Facts(client), std::vector<std::string>{"design attribute 0 name=text"});
-            if (observed) {
-                EXPECT_TRUE(client.snapshot->RemoveEventObserver(&observer));
-            }
+            EXPECT_EQ(Facts(client), Strings{"design attribute 0 name=text"});
+            EXPECT_TRUE(!observed || client.snapshot->RemoveEventObserver(&observer));
         }
 }
 
-TEST(FaultInjector, FailsAndCountsByNameObjectAndCall) {
-    DesignDb::Database database = NewDatabase();
-    TestClient client(database, "one");
-    Index blocks[2];
-    for (Index& block : blocks) {
-        ASSERT_TRUE(client.editor.AddBlock({"b"}, block));
-        ASSERT_TRUE(client.editor.SetAttribute(block, "a", "1"));
-    }
+TEST_F(FaultInjector, FailsAndCountsByNameObjectAndCall) {
+    Index blocks[2] = {block};
+    ASSERT_TRUE(editor.AddBlock({"b"}, blocks[1]));
+    for (const Index& b : blocks)
+        ASSERT_TRUE(editor.SetAttribute(b, "a", "1"));
     const ContainerT<const IBlock> handles[] = {client.Block(blocks[0]), client.Block(blocks[1])};
     const auto read = [&](int which) {
         String value;
@@ -286,11 +267,10 @@ TEST(FaultInjector, FailsAndCountsByNameObjectAndCall) {
     EXPECT_EQ(read(1), 0);
     // A write that fails writes nothing; the design can be named like any object.
     MutableContainerT<ISnapshot> writable;
-    ASSERT_TRUE(LockerT<ISnapshot>::Lock(client.snapshot, writable));
     Index design;
-    ASSERT_TRUE(writable->GetIndex(design));
-    faults.Inject({"ISnapshot::SetAttribute", design});
     String value;
+    ASSERT_TRUE(LockerT<ISnapshot>::Lock(client.snapshot, writable) && writable->GetIndex(design));
+    faults.Inject({"ISnapshot::SetAttribute", design});
     EXPECT_EQ(writable->SetAttribute("a", "1").GetErrorCode(), 102);
     EXPECT_EQ(writable->GetAttribute("a", value).GetErrorCode(), 202);
     EXPECT_TRUE(writable->SetAttribute("a", "1"));

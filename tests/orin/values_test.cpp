@@ -24,9 +24,7 @@ TEST(String, IsTextUpToTheFirstNul) {
     EXPECT_TRUE(String(nullptr).IsEmpty() && String("").IsEmpty() && String() == "" && String() == nullptr);
     EXPECT_STREQ(String(), "");
     EXPECT_EQ(String(std::string_view("a\0b", 3)).View(), "a");
-    EXPECT_STREQ(text + "!", "A0!");
-    EXPECT_STREQ(text + nullptr, "A0");
-    EXPECT_STREQ(String() + "x", "x");
+    EXPECT_TRUE(text + "!" == "A0!" && text + nullptr == "A0" && String() + "x" == "x");
     String self("abc");
     self = static_cast<const char*>(self) + 1;  // out of its own characters
     EXPECT_STREQ(self, "bc");
@@ -84,14 +82,11 @@ TEST(List, OnlyWriteAccessTakesTheRecordsApart) {
 
 TEST(Index, IsThreePartsWithTheKindOnTop) {
     constexpr Index index(0x4500000300000002ULL);
-    EXPECT_EQ(index.Low(), 2U);
-    EXPECT_EQ(index.Middle(), 3U);
-    EXPECT_EQ(index.Top(), 69U);
+    EXPECT_TRUE(index.Low() == 2 && index.Middle() == 3 && index.Top() == 69);
     EXPECT_EQ(index.GetType(), Orin::EObjectType::Group);
     EXPECT_EQ(Index(Orin::EObjectType::Group, 3, 2), index);
     EXPECT_EQ(Index(Orin::EObjectType::Block, 0xFF000001, 0), Index(0x0500000100000000ULL)) << "the middle has 24 bits";
     EXPECT_EQ(static_cast<std::uint64_t>(index), 0x4500000300000002ULL);
-    EXPECT_TRUE(index == std::uint64_t{0x4500000300000002ULL});
     EXPECT_TRUE(Index().IsEmpty() && Index(0).IsEmpty() && !Index(1).IsEmpty());
     EXPECT_LT(Index(0x7FFFFFFFFFFFFFFFULL), Index(0x8000000000000000ULL)) << "ordered as an unsigned number";
 }
@@ -99,7 +94,6 @@ TEST(Index, IsThreePartsWithTheKindOnTop) {
 TEST(BitContainer, HoldsEnumeratorsByPosition) {
     Orin::CompTypes types = Orin::ECompType::Hierarchical;
     types |= Orin::ECompType::Titled;
-    EXPECT_EQ(types.Bits(), 0x8004U);
     EXPECT_EQ((Orin::BlockTypes(Orin::EBlockType::Schematic) | Orin::EBlockType::Drawn).Bits(), 0x102U);
     EXPECT_EQ(Orin::GroupTypes(Orin::EGroupType::GeneratedSheet).Bits(), 0x100U);
     EXPECT_TRUE(types.Contains(Orin::ECompType::Titled) && !types.Contains(Orin::ECompType::Border));
@@ -119,10 +113,9 @@ TEST(Result, SaysWhatFailed) {
 TEST(Unconnected, EveryOperationSaysSo) {
     Orin::OrinPI db;
     Orin::ContainerT<const Orin::ISnapshot> snapshot;
-    EXPECT_EQ(db.GetSnapshotByName(snapshot, "QUILL").GetErrorCode(), 110);
-    EXPECT_EQ(db.AddClientObserver(nullptr).GetErrorCode(), 110);
-    EXPECT_EQ(db.RemoveClientObserver(nullptr).GetErrorCode(), 110);
-    EXPECT_EQ(db.DetachSubClient().GetErrorCode(), 110);
+    for (const Orin::Result& result : {db.GetSnapshotByName(snapshot, "QUILL"), db.AddClientObserver(nullptr),
+                                       db.RemoveClientObserver(nullptr), db.DetachSubClient()})
+        EXPECT_EQ(result.GetErrorCode(), 110);
     EXPECT_EQ(db.AttachSubClient("nowhere", "client").GetErrorCode(), 111);
 
     const Orin::IUIDManager unfilled;
