@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/config/test_support.h"
+#include "tests/support/temporary.h"
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -17,9 +17,9 @@
 #endif
 
 using Quill::DirWatch;
-using Quill::Test::Native;
-using Quill::Test::SetBack;
-using Quill::Test::TemporaryFolder;
+using Tests::Native;
+using Tests::SetBack;
+using Tests::TemporaryFolder;
 namespace fs = std::filesystem;
 
 namespace {

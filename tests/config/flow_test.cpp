@@ -8,11 +8,10 @@
 #include "config/wdir_utils.h"
 #include "platform/environment.h"
 #include "platform/interface_manager.h"
-#include "tests/config/test_support.h"
+#include "tests/support/temporary.h"
 
 using Quill::CFlow;
 using Quill::CFlowCollection;
-using Quill::Test::InstallationRoot;
 using Texts = std::vector<std::string>;
 
 TEST(FlowCollection, HasTheFlowsInOrderAndFindsThemInAnyLetterCase) {
@@ -31,7 +30,7 @@ TEST(FlowCollection, HasTheFlowsInOrderAndFindsThemInAnyLetterCase) {
 }
 
 TEST(Flow, TemplateLocationIsTheFoldedInstallationRootWithTheNameInItsOwnCase) {
-    const InstallationRoot root("C:\\Tools");
+    const Tests::Variable root("TOVE_HOME", "C:\\Tools");
     EXPECT_EQ(CFlow("netlist", "").GetTemplateLocation(), "c:/tools/standard/templates/quillsketch/netlist");
     root.Set("/Opt/T\xC3\x96VE");  // bytes beyond ASCII have no letter case
     EXPECT_EQ(CFlow("Brio", "").GetTemplateLocation(), "/opt/t\xC3\x96ve/standard/templates/quillsketch/Brio");
@@ -95,7 +94,7 @@ TEST(WorkingDirectories, InstallationAndTemplatesComeLastAndOnce) {
     Texts dirs;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
-        const InstallationRoot root(c.root);
+        const Tests::Variable root("TOVE_HOME", c.root);
         zolt::env::SetWDIRsProvider([&](Texts& out) { return out = c.platform, true; });
         EXPECT_TRUE(Quill::WdirUtils::GetWDIRs(dirs, c.type));
         EXPECT_EQ(dirs, c.want);

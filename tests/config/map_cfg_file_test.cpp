@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/config/test_support.h"
+#include "tests/support/temporary.h"
 
 using Quill::MapCfgFile;
 using Map = std::map<std::string, std::string>;
 
 TEST(MapCfgFile, TakesQuotedTextsInPairs) {
-    const Quill::Test::TemporaryFolder folder;
+    const Tests::TemporaryFolder folder;
     // clang-format off
     const struct { const char* why; std::string text; Map want; } cases[] = {
         {"what is outside quotes is ignored", "x \"RES\" = \"R\"\r\n\"CAP\"\"C\"", {{"RES", "R"}, {"CAP", "C"}}},
@@ -34,7 +34,7 @@ TEST(MapCfgFile, TakesQuotedTextsInPairs) {
 }
 
 TEST(MapCfgFile, MergesAndLeavesTheMapAloneWhenTheFileCannotBeRead) {
-    const Quill::Test::TemporaryFolder folder;
+    const Tests::TemporaryFolder folder;
     folder.Write("map.cfg", "\"A\"\"2\"\"B\"\"3\"");
     MapCfgFile file;
     file.getMap() = {{"A", "1"}, {"C", "1"}};
@@ -46,8 +46,8 @@ TEST(MapCfgFile, MergesAndLeavesTheMapAloneWhenTheFileCannotBeRead) {
 }
 
 TEST(MapCfgFile, DefaultLocationsAreBelowTheInstallationRoot) {
-    const Quill::Test::TemporaryFolder folder;
-    const Quill::Test::InstallationRoot root(folder / "Tools");
+    const Tests::TemporaryFolder folder;
+    const Tests::Variable root("TOVE_HOME", folder / "Tools");
     folder.Write("Tools/standard/map.cfg", "\"map\"\"\"");
     folder.Write("Tools/standard/mapnl.cfg", "\"mapnl\"\"\"");
     folder.Write("Tools/standard/own.cfg", "\"own\"\"\"");

@@ -33,7 +33,6 @@ TEST(LetterCase, ComparisonOrdersByFoldedBytes) {
         EXPECT_FALSE(EqualNoCase(c.smaller, c.greater));
     }
     EXPECT_TRUE(EqualNoCase("Net_1", "nET_1"));
-    EXPECT_EQ(CompareNoCase("", {}), 0);
     const std::map<std::string, int, LessNoCase> map = {{"BUS", 1}};
     EXPECT_TRUE(map.contains(std::string_view("bus")));
 }
@@ -42,7 +41,6 @@ TEST(Trim, TakesBlanksOffBothEndsAndKeepsNewlines) {
     EXPECT_EQ(Trim(" \t\ra b \t\r"), "a b");
     EXPECT_EQ(Trim("\n a \n"), "\n a \n");
     EXPECT_EQ(Trim(" \t\r"), "");
-    EXPECT_EQ(Trim(""), "");
     EXPECT_EQ(Trim("xxaxbx", "x"), "axb");
 }
 
