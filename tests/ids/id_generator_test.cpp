@@ -68,15 +68,13 @@ std::int64_t FirstOf(const DrawnDesign& design, bool symbol) {
     return NextOf(generator);
 }
 
-// Calls check<Kind, Locked>(symbol) for everything that can be looked at for ids, and every way of holding it.
-template <class Check>
+// Calls check<Kind, Locked>(symbol) for both that can be looked at for ids, and every way of holding them.
+template <class... Kinds, class Check>
 void ForEveryInit(const Check& check) {
     for (const bool symbol : {false, true}) {
         SCOPED_TRACE(symbol ? "symbol" : "sheet");
-        check.template operator()<ObjectId, 0>(symbol);
-        check.template operator()<ObjectId, 1>(symbol);
-        check.template operator()<AttributeId, 0>(symbol);
-        check.template operator()<AttributeId, 1>(symbol);
+        (check.template operator()<Kinds, 0>(symbol), ...);
+        (check.template operator()<Kinds, 1>(symbol), ...);
     }
 }
 
@@ -260,7 +258,7 @@ TEST(IdGenerator, AnswersNotInitializedUntilAnInitSucceeds) {
     EXPECT_EQ((IdGenerator<JointId, 1>().UpdateLast(JointId(5)).code), Code::NotInitialized);
     EXPECT_EQ((IdGenerator<SegmentId, 0>().UpdateLast(SegmentId(ReservedId)).code), Code::NotInitialized);
     const DrawnDesign design, idless(0, nullptr);
-    ForEveryInit([&]<class Kind, int Locked>(bool symbol) {
+    ForEveryInit<ObjectId, AttributeId>([&]<class Kind, int Locked>(bool symbol) {
         IdGenerator<Kind, Locked> generator;
         refuses(generator);
         EXPECT_EQ(generator.UpdateLast(Kind(NoId)).code, Code::NotInitialized);
@@ -286,7 +284,7 @@ TEST(IdGenerator, HoldsItsLockUntilItIsInitialisedAgainOrGone) {
     const DrawnDesign design;
     Watcher watcher(design);
     const char* const held[][2] = {{"group ", "component "}, {"sheet view ", "symbol view "}};
-    ForEveryInit([&]<class Kind, int Locked>(bool symbol) {
+    ForEveryInit<ObjectId, AttributeId>([&]<class Kind, int Locked>(bool symbol) {
         const bool views = std::is_same_v<Kind, AttributeId>;
         {
             IdGenerator<Kind, Locked> generator;
@@ -313,7 +311,7 @@ TEST(IdGenerator, HoldsNothingAfterAnyFailure) {
     design.DrawSheet();
     design.DrawSymbol();
     Watcher watcher(design);
-    ForEveryInit([&]<class Kind, int Locked>(bool symbol) {
+    ForEveryInit<ObjectId, AttributeId>([&]<class Kind, int Locked>(bool symbol) {
         for (unsigned call = 1, failed = 1; failed != 0; ++call) {
             SCOPED_TRACE(call);
             IdGenerator<Kind, Locked> generator;
@@ -349,27 +347,24 @@ TEST(IdGenerator, SharesItsStateByAssignment) {
 // ---- Storing ----
 
 TEST(IdGenerator, StoresTheMarkWhereItWasInitialised) {
-    const auto check = []<int Locked>(bool symbol) {
-        SCOPED_TRACE(std::to_string(Locked) + (symbol ? "symbol" : "sheet"));
+    ForEveryInit<ObjectId>([]<class Kind, int Locked>(bool symbol) {
+        SCOPED_TRACE(Locked);
         const char* const write = symbol ? "IComp::SetAttribute" : "IGroup::SetAttribute";
-        const auto marks = [&](const char* mark) {
-            return symbol ? std::string("none ") + mark : mark + std::string(" none");
-        };
+        const auto marks = [&](const std::string& mark) { return symbol ? "none " + mark : mark + " none"; };
         DrawnDesign design;
         Watcher watcher(design);
-        IdGenerator<ObjectId, Locked> generator;
+        IdGenerator<Kind, Locked> generator;
         ASSERT_EQ(InitOn(generator, design, symbol), Code::Ok);
         generator.UpdateLast(ObjectId(4000000000));
-        {
-            FaultInjector faults;
-            EXPECT_TRUE(generator.Store());
-            EXPECT_EQ(Marks(design), marks("4000000000"));
-            EXPECT_TRUE(generator.Store());
-            EXPECT_EQ(faults.Calls(write), 2U) << "the mark is written even when it stands there";
-            NextOf(generator);
-            faults.Inject({.operation = write});
-            EXPECT_THROW(generator.Store(), Orin::Result);
-        }
+        FaultInjector faults;
+        EXPECT_TRUE(generator.Store());
+        EXPECT_EQ(Marks(design), marks("4000000000"));
+        EXPECT_TRUE(generator.Store());
+        EXPECT_EQ(faults.Calls(write), 2U) << "the mark is written even when it stands there";
+        NextOf(generator);
+        faults.Inject({.operation = write});
+        EXPECT_THROW(generator.Store(), Orin::Result);
+        faults.Clear();
         EXPECT_EQ(watcher.Lock() == "", Locked == 0) << "a lock is held for the moment or all the time";
         if (Locked == 0) {
             EXPECT_THROW(generator.Store(), Orin::Result);
@@ -381,11 +376,7 @@ TEST(IdGenerator, StoresTheMarkWhereItWasInitialised) {
                            : design.editor.DeleteGroup(design.sheetIndex));
         NextOf(generator);
         EXPECT_TRUE(generator.Store()) << "there is nowhere to store it";
-    };
-    for (const bool symbol : {false, true}) {
-        check.template operator()<0>(symbol);
-        check.template operator()<1>(symbol);
-    }
+    });
 }
 
 }  // namespace

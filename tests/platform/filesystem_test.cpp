@@ -43,21 +43,15 @@ TEST(Path, IsCutIntoParentAndLastElement) {
 }
 
 TEST(Path, GrowsByOneElementWithOneSeparator) {
-    struct Case {
-        std::string base, element, posix, windows;
-    };
-    const Case cases[] = {
-        {"a", "b", "a/b", R"(a\b)"},
-        {"a/", "b", "a/b", "a/b"},
-        {R"(a\)", "b", R"(a\/b)", R"(a\b)"},
-        {"", "b", "b", "b"},
-        {"a", "", "a", "a"},
-        {"a", "/b", "/b", "/b"},
-        {"a", R"(C:\b)", R"(a/C:\b)", R"(C:\b)"},
-        {"C:", "b", "C:/b", "C:b"},
+    // clang-format off
+    const struct { std::string_view base, element, posix, windows; } cases[] = {
+        {"a", "b", "a/b", R"(a\b)"},  {"a/", "b", "a/b", "a/b"},        {R"(a\)", "b", R"(a\/b)", R"(a\b)"},
+        {"", "b", "b", "b"},          {"a", "", "a", "a"},              {"a", "/b", "/b", "/b"},
+        {"C:", "b", "C:/b", "C:b"},   {"a", R"(C:\b)", R"(a/C:\b)", R"(C:\b)"},
         {R"(\\server)", "b", R"(\\server/b)", R"(\\server\b)"},
     };
-    for (const Case& c : cases) {
+    // clang-format on
+    for (const auto& c : cases) {
         EXPECT_EQ(Joined<PosixSyntax>(c.base, c.element), c.posix);
         EXPECT_EQ(Joined<WindowsSyntax>(c.base, c.element), c.windows);
     }

@@ -81,7 +81,6 @@ TEST(InterfaceManager, MapsNamesExactlyAndTheLatestRegistrationCounts) {
 
 TEST(InterfaceManager, ServesSeveralThreads) {
     std::vector<std::thread> threads;
-    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([name = "thread " + std::to_string(i)] {
             Factory own;

@@ -29,18 +29,16 @@ protected:
 };
 
 TEST_F(WorkingDirectories, ComeFromTheEnvironmentInOrder) {
-    struct Case {
-        const char* why;
-        std::string list;  // with "|" for the platform's separator
-        Dirs want;
-    };
+    // clang-format off
+    struct Case { const char* why; std::string list; Dirs want; };  // the list with "|" for the platform's separator
     const Case cases[] = {
-        {"not set", "", {}},
-        {"order and repetitions are kept", "/z|/a|/z", {"/z", "/a", "/z"}},
-        {"empty elements are left out", "||/a||/b|", {"/a", "/b"}},
-        {"separators alone", "||", {}},
+        {"not set",                         "",             {}},
+        {"order and repetitions are kept",  "/z|/a b|/z",   {"/z", "/a b", "/z"}},
+        {"empty elements are left out",     "||/a||/b|",    {"/a", "/b"}},
+        {"separators alone",                "||",           {}},
         {"blanks and other letters belong to the name", " \xC3\xA4 |x", {" \xC3\xA4 ", "x"}},
     };
+    // clang-format on
     for (Case c : cases) {
         SCOPED_TRACE(c.why);
         std::replace(c.list.begin(), c.list.end(), '|', Separator);

@@ -15,18 +15,16 @@ TEST(LetterCase, OnlyAsciiLettersFold) {
 }
 
 TEST(LetterCase, ComparisonOrdersByFoldedBytes) {
-    struct Case {
-        const char* why;
-        std::string_view smaller, greater;
-    };
-    const Case cases[] = {
+    // clang-format off
+    const struct { const char* why; std::string_view smaller, greater; } cases[] = {
         {"letters, not their case, decide", "aB", "Ac"},
         {"an underscore sorts before letters of either case", "_", "A"},
         {"a beginning sorts first", "net", "NET1"},
         {"bytes above 127 are large, not negative", "z", "\xE4"},
         {"a null character is content", {"a", 1}, {"A\0", 2}},
     };
-    for (const Case& c : cases) {
+    // clang-format on
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
         EXPECT_LT(CompareNoCase(c.smaller, c.greater), 0);
         EXPECT_GT(CompareNoCase(c.greater, c.smaller), 0);

@@ -8,13 +8,9 @@ using Quill::Text::IsUtf8;
 using Quill::Text::Utf8Length;
 
 TEST(Utf8, TellsWellFormedCharactersFromAnythingElse) {
-    struct Case {
-        const char* why;
-        std::string_view text;
-        std::size_t length;
-    };
     using namespace std::string_view_literals;
-    const Case cases[] = {
+    // clang-format off
+    const struct { const char* why; std::string_view text; std::size_t length; } cases[] = {
         {"nothing", "", 0},
         {"NUL is a character", "\0"sv, 1},
         {"a byte that only continues", "\x80", 0},
@@ -35,7 +31,8 @@ TEST(Utf8, TellsWellFormedCharactersFromAnythingElse) {
         {"above U+10FFFF", "\xF4\x90\x80\x80", 0},
         {"no such first byte", "\xF5\x80\x80\x80", 0},
     };
-    for (const Case& c : cases) {
+    // clang-format on
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
         EXPECT_EQ(Utf8Length(c.text), c.length);
         EXPECT_EQ(IsUtf8(c.text), c.length == c.text.size());
