@@ -28,9 +28,7 @@ TEST(FlowCollection, HasTheFlowsInOrderAndFindsThemInAnyLetterCase) {
 }
 
 TEST(Flow, TemplateLocationIsTheFoldedInstallationRootWithTheNameInItsOwnCase) {
-    const Tests::Variable root("TOVE_HOME", "C:\\Tools");
-    EXPECT_EQ(CFlow("netlist", "").GetTemplateLocation(), "c:/tools/standard/templates/quillsketch/netlist");
-    root.Set("/Opt/T\xC3\x96VE");  // bytes beyond ASCII have no letter case
+    const Tests::Variable root("TOVE_HOME", "\\Opt/T\xC3\x96VE");  // bytes beyond ASCII have no letter case
     EXPECT_EQ(CFlow("Brio", "").GetTemplateLocation(), "/opt/t\xC3\x96ve/standard/templates/quillsketch/Brio");
     root.Set("");
     EXPECT_EQ(CFlow("netlist", "").GetTemplateLocation(), "");
