@@ -8,7 +8,7 @@
 #include "config/detail/dir_watch_state.h"
 #include "config/flow_type_info.h"
 #include "platform/interface_manager.h"
-#include "tests/config/test_support.h"
+#include "tests/support/temporary.h"
 
 namespace {
 
@@ -45,7 +45,7 @@ TEST(StaticFlowTypeInfo, TheFactoryIsThereForStaticObjectsAndGoneAfterThem) {
 // What a polling thread comes to that has read the mode just before another thread stopped the watch.
 TEST(DirWatchState, APollThatMeetsItsOwnStopNeitherWaitsNorRevivesTheWatch) {
     using namespace Quill::ConfigDetail;
-    const Quill::Test::TemporaryFolder folder;
+    const Tests::TemporaryFolder folder;
     DirWatchState watch;
     watch.setWatchTime(60 * 1000 * 1000, false, 0);
     watch.setDirToWatch(folder.Path(), "");
@@ -58,7 +58,7 @@ TEST(DirWatchState, APollThatMeetsItsOwnStopNeitherWaitsNorRevivesTheWatch) {
 // No set-up chooses the stat mode; it is entered here as one would.
 TEST(DirWatchState, TheStatModeComparesSizeAndTime) {
     using namespace Quill::ConfigDetail;
-    const Quill::Test::TemporaryFolder folder;
+    const Tests::TemporaryFolder folder;
     folder.Write("file", "1");
     DirWatchState watch;
     watch.setWatchTime(1000, false, 0);
@@ -68,7 +68,7 @@ TEST(DirWatchState, TheStatModeComparesSizeAndTime) {
     EXPECT_FALSE(watch.changed());
     folder.Write("file", "12");
     EXPECT_TRUE(watch.changed());
-    Quill::Test::SetBack(folder / "file");
+    Tests::SetBack(folder / "file");
     EXPECT_TRUE(watch.changed());
     DirWatchState copy(watch);
     watch.stopWatching();

@@ -35,8 +35,6 @@ TEST(FontString, ReadsWhatIsThereAndKeepsTheRest) {
         {"numbers end at other characters", " -7x|A|B|9pt|x| 4", plain, {-7, true, "A", "B", 9, 0, 4, 14, 15, 16}},
         {"numbers saturate",                "99999999999|A|B|-99999999999", plain,
          {2147483647, true, "A", "B", -2147483647 - 1, 12, 13, 14, 15, 16}},
-        {"a face of 0 is lost", "7|0|X|6|1|0|1|0|8", plain,
-         {7, true, "", "X", 6, 1, 0, 1, 0, 8}},
     };
     // clang-format on
     for (const auto& c : cases) {

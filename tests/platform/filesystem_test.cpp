@@ -1,79 +1,57 @@
 #include "platform/filesystem.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include <gtest/gtest.h>
 
 #include "platform/detail/path_text.h"
+#include "tests/support/temporary.h"
 
-#ifdef _WIN32
-#include <direct.h>
-#include <process.h>
-#else
-#include <sys/stat.h>
+#ifndef _WIN32
 #include <unistd.h>
 #endif
 
 namespace zolt::filesystem {
 namespace {
 
-TEST(Path, IsCutIntoParentAndLastElement) {
-    struct Case {
-        std::string_view text, parent, last;
-    };
-    const Case both[] = {
-        {"", "", ""},     {"a", "", "a"},     {"a/b", "a", "b"},
-        {"a/", "a", ""},  {"a//b", "a", "b"}, {"a b/\xC3\xA4", "a b", "\xC3\xA4"},
-        {"/", "/", ""},   {"/a", "/", "a"},   {"/a/b.c", "/a", "b.c"},
-        {"..", "", ".."},
-    };
-    const Case posix[] = {{"a\\b", "", "a\\b"}, {"C:", "", "C:"}};
-    const Case windows[] = {
-        {R"(a\b)", "a", "b"},
-        {R"(a/b\)", "a/b", ""},
-        {R"(C:\)", R"(C:\)", ""},
-        {R"(C:\a)", R"(C:\)", "a"},
-        {"C:a", "C:", "a"},
-        {R"(\\server\share\a)", R"(\\server\share)", "a"},
-        {R"(\\server\share)", R"(\\server\)", "share"},
-        {R"(\\server)", R"(\\server)", ""},
-        {R"(\\\a)", R"(\\\)", "a"},
-    };
-    const auto check = [](auto syntax, const Case& c) {
-        using Syntax = decltype(syntax);
-        SCOPED_TRACE(c.text);
-        EXPECT_EQ(ParentOf<Syntax>(c.text), c.parent);
-        EXPECT_EQ(c.text.substr(LastElement<Syntax>(c.text)), c.last);
-    };
-    for (const Case& c : both) {
-        check(PosixSyntax(), c);
-        check(WindowsSyntax(), c);
-        EXPECT_EQ(path(c.text).parent_path().string(), c.parent);
-        EXPECT_EQ(path(c.text).filename().string(), c.last);
+struct Cut {
+    std::string_view text, parent, last;
+};
+
+template <class... Syntaxes>
+void CheckCuts(std::initializer_list<Cut> cuts) {
+    for (const Cut& c : cuts) {
+        EXPECT_TRUE(((ParentOf<Syntaxes>(c.text) == c.parent) && ...)) << c.text;
+        EXPECT_TRUE(((c.text.substr(LastElement<Syntaxes>(c.text)) == c.last) && ...)) << c.text;
     }
-    for (const Case& c : posix)
-        check(PosixSyntax(), c);
-    for (const Case& c : windows)
-        check(WindowsSyntax(), c);
+}
+
+TEST(Path, IsCutIntoParentAndLastElement) {
+    // clang-format off
+    CheckCuts<PosixSyntax, WindowsSyntax>({
+        {"", "", ""}, {"a", "", "a"}, {"..", "", ".."}, {"a/b", "a", "b"}, {"a/", "a", ""}, {"a//b", "a", "b"},
+        {"a b/\xC3\xA4", "a b", "\xC3\xA4"}, {"/", "/", ""}, {"/a", "/", "a"}, {"/a/b.c", "/a", "b.c"},
+    });
+    CheckCuts<PosixSyntax>({{"a\\b", "", "a\\b"}, {"C:", "", "C:"}});
+    CheckCuts<WindowsSyntax>({
+        {R"(a\b)", "a", "b"}, {R"(a/b\)", "a/b", ""},
+        {R"(C:\)", R"(C:\)", ""}, {R"(C:\a)", R"(C:\)", "a"}, {"C:a", "C:", "a"},
+        {R"(\\server\share\a)", R"(\\server\share)", "a"}, {R"(\\server\share)", R"(\\server\)", "share"},
+        {R"(\\server)", R"(\\server)", ""}, {R"(\\\a)", R"(\\\)", "a"},
+    });
+    // clang-format on
 }
 
 TEST(Path, GrowsByOneElementWithOneSeparator) {
-    struct Case {
-        std::string base, element, posix, windows;
-    };
-    const Case cases[] = {
-        {"a", "b", "a/b", R"(a\b)"},
-        {"a/", "b", "a/b", "a/b"},
-        {R"(a\)", "b", R"(a\/b)", R"(a\b)"},
-        {"", "b", "b", "b"},
-        {"a", "", "a", "a"},
-        {"a", "/b", "/b", "/b"},
-        {"a", R"(C:\b)", R"(a/C:\b)", R"(C:\b)"},
-        {"C:", "b", "C:/b", "C:b"},
+    // clang-format off
+    const struct { std::string_view base, element, posix, windows; } cases[] = {
+        {"a", "b", "a/b", R"(a\b)"},  {"a/", "b", "a/b", "a/b"},        {R"(a\)", "b", R"(a\/b)", R"(a\b)"},
+        {"", "b", "b", "b"},          {"a", "", "a", "a"},              {"a", "/b", "/b", "/b"},
+        {"C:", "b", "C:/b", "C:b"},   {"a", R"(C:\b)", R"(a/C:\b)", R"(C:\b)"},
         {R"(\\server)", "b", R"(\\server/b)", R"(\\server\b)"},
     };
-    for (const Case& c : cases) {
+    // clang-format on
+    for (const auto& c : cases) {
         EXPECT_EQ(Joined<PosixSyntax>(c.base, c.element), c.posix);
         EXPECT_EQ(Joined<WindowsSyntax>(c.base, c.element), c.windows);
     }
@@ -82,37 +60,8 @@ TEST(Path, GrowsByOneElementWithOneSeparator) {
     EXPECT_EQ(self /= same, path("a/a/"));
 }
 
-// A directory whose name has a blank and bytes that are letters in UTF-8 as well as in the usual ANSI code pages.
 class Disk : public testing::Test {
 protected:
-#ifdef _WIN32
-    static int ProcessId() {
-        return _getpid();
-    }
-    static void MakeDirectory(const path& directory) {
-        ASSERT_EQ(_mkdir(directory.string().c_str()), 0);
-    }
-#else
-    static int ProcessId() {
-        return getpid();
-    }
-    static void MakeDirectory(const path& directory) {
-        ASSERT_EQ(mkdir(directory.string().c_str(), 0755), 0);
-    }
-#endif
-    static void MakeFile(const path& file) {
-        ASSERT_TRUE(std::ofstream(file.string()) << "x");
-    }
-
-    void SetUp() override {
-        std::filesystem::create_directory(m_ownedRoot);
-        root = path(m_ownedRoot.string()) / "sch\xC3\xB6ne Pl\xC3\xA4ne";
-        MakeDirectory(root);
-    }
-    void TearDown() override {
-        std::filesystem::remove_all(m_ownedRoot);
-    }
-
     static std::vector<std::string> Names(const path& directory) {
         std::vector<std::string> names;
         for (directory_iterator it(directory); it != directory_iterator(); ++it) {
@@ -122,15 +71,14 @@ protected:
         return names;
     }
 
-    const std::filesystem::path m_ownedRoot =
-        std::filesystem::temp_directory_path() / ("quill_filesystem_" + std::to_string(ProcessId()));
-    path root;
+    const Tests::TemporaryFolder folder;
+    const path root{folder.Path()};
 };
 
 TEST_F(Disk, ListsADirectorySortedWithoutLetterCase) {
     for (const char* name : {"b.1", ".hidden", "\xC3\x84", "C", "_", "a b"})
-        MakeFile(root / name);
-    MakeDirectory(root / "B");
+        folder.Write(name, "x");
+    folder.MakeFolder("B");
     const std::vector<std::string> want = {".hidden", "_", "a b", "B", "b.1", "C", "\xC3\x84"};
     EXPECT_EQ(Names(root), want);
     EXPECT_EQ(Names(root / ""), want);
@@ -147,28 +95,24 @@ TEST_F(Disk, ListsADirectorySortedWithoutLetterCase) {
 }
 
 TEST_F(Disk, TellsDirectoriesAndFilesApartThroughLinks) {
-    MakeDirectory(root / "dir");
-    MakeFile(root / "file");
-    struct Case {
-        path where;
-        bool dir, file;
+    folder.MakeFolder("dir");
+    folder.Write("file", "x");
+    const auto kind = [&](const char* name) {
+        const path where = root / name;
+        return std::string(where.is_dir() ? "directory" : "") + (where.is_file() ? "file" : "");
     };
-    std::vector<Case> cases = {
-        {root / "dir", true, false},      {root / "dir/", true, false}, {root / "file", false, true},
-        {root / "missing", false, false}, {"", false, false},
-    };
+    EXPECT_EQ(kind("dir"), "directory");
+    EXPECT_EQ(kind("dir/"), "directory");
+    EXPECT_EQ(kind("file"), "file");
+    EXPECT_EQ(kind("missing"), "");
+    EXPECT_FALSE(path().is_dir() || path().is_file());
 #ifndef _WIN32
     ASSERT_EQ(symlink("dir", (root / "to dir").string().c_str()), 0);
     ASSERT_EQ(symlink("nothing", (root / "to nothing").string().c_str()), 0);
-    cases.push_back({root / "to dir", true, false});
-    cases.push_back({root / "to nothing", false, false});
-    cases.push_back({"/dev/null", false, false});
+    EXPECT_EQ(kind("to dir"), "directory");
+    EXPECT_EQ(kind("to nothing"), "");
+    EXPECT_EQ(kind("/dev/null"), "");
 #endif
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.where.string());
-        EXPECT_EQ(c.where.is_dir(), c.dir);
-        EXPECT_EQ(c.where.is_file(), c.file);
-    }
 }
 
 TEST_F(Disk, TakesPathsOfAnyLengthThatTheSystemTakes) {
@@ -177,16 +121,14 @@ TEST_F(Disk, TakesPathsOfAnyLengthThatTheSystemTakes) {
 #else
     const std::string liftsTheLimit;
 #endif
-    std::vector<std::filesystem::path> made = {liftsTheLimit + m_ownedRoot.native()};
-    path seen(m_ownedRoot.string());
+    std::vector<std::filesystem::path> made = {liftsTheLimit + Tests::Native(folder.Path()).make_preferred().native()};
+    path seen = root;
     for (int level = 0; level < 12; ++level) {
         made.push_back(made.back() / std::string(80, 'd'));
         seen /= std::string(80, 'd');
         std::filesystem::create_directory(made.back());
     }
-    ASSERT_GT(seen.string().size(), 960U);
     EXPECT_TRUE(seen.is_dir());
-    EXPECT_FALSE(seen.is_file());
     EXPECT_EQ(Names(seen), std::vector<std::string>());
     EXPECT_EQ(Names(seen.parent_path()), std::vector<std::string>{std::string(80, 'd')});
     EXPECT_TRUE(directory_iterator(seen.parent_path())->is_dir());

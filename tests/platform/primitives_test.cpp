@@ -42,7 +42,6 @@ TEST(ThreadId, LivingThreadsHaveDifferentNumbersThatStay) {
     std::atomic<int> numbered{0};  // all threads live until all have a number
     std::vector<ThreadId> ids(16);
     std::vector<std::thread> threads;
-    threads.reserve(ids.size());
     for (ThreadId& id : ids) {
         threads.emplace_back([&] {
             id = CurrentThreadId();

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-namespace Quill::Test {
+namespace Tests {
 
 // A path in the library's form, as the standard library takes it. On Windows the library's is text of the ANSI code
 // page, which for the letters used here has the numbers of Unicode.
@@ -55,20 +55,22 @@ private:
     std::string m_path;
 };
 
-// TOVE_HOME for the time of a test.
-class InstallationRoot {
+// An environment variable for the time of a test; "" takes it away.
+class Variable {
 public:
-    explicit InstallationRoot(const std::string& value) { Set(value); }
-    ~InstallationRoot() { Set(""); }
+    explicit Variable(const char* name, const std::string& value = "") : m_name(name) { Set(value); }
+    ~Variable() { Set(""); }
 
-    // "" takes the variable away.
     void Set(const std::string& value) const {
 #ifdef _WIN32
-        _putenv_s("TOVE_HOME", value.c_str());
+        _putenv_s(m_name, value.c_str());
 #else
-        value.empty() ? unsetenv("TOVE_HOME") : setenv("TOVE_HOME", value.c_str(), 1);
+        value.empty() ? unsetenv(m_name) : setenv(m_name, value.c_str(), 1);
 #endif
     }
+
+private:
+    const char* const m_name;
 };
 
-}  // namespace Quill::Test
+}  // namespace Tests
