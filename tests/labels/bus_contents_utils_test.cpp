@@ -15,7 +15,6 @@ using Contents = std::map<std::string, std::string>;
 using Nets = std::vector<std::string>;
 
 TEST(NetLimiterOfTheProject, IsReadAfreshAndTheServiceGivenBack) {
-    EXPECT_EQ(getNetLimiter(), -1) << "no service";
     FakeProject project;
     const std::pair<const char*, int> cases[] = {{"", 0}, {"[]", 1}, {"()", 2}, {"<>", -1}, {"[", -1}, {" ", -1}};
     for (const auto& [text, limiter] : cases) {
@@ -29,7 +28,7 @@ TEST(NetLimiterOfTheProject, IsReadAfreshAndTheServiceGivenBack) {
     EXPECT_EQ(project.created, 8);
     EXPECT_EQ(project.released, 8);
     project.available = false;
-    EXPECT_EQ(getNetLimiter(), -1);
+    EXPECT_EQ(getNetLimiter(), -1) << "no object of the service";
 }
 
 TEST(BusContents, AreResolvedDownToTheNets) {
@@ -62,7 +61,6 @@ TEST(BusContents, AreResolvedDownToTheNets) {
     const FakeProject project("", {{"A", "x,y"}});
     EXPECT_EQ(resolve_bus_contents("a"), "x,y");
     EXPECT_EQ(resolve_bus_contents(" A "), "A");
-    EXPECT_EQ(project.released, 2);
 }
 
 TEST(BusContents, MayBeChainedAndSharedWithoutBound) {
@@ -127,16 +125,11 @@ TEST(CompressedLabel, WritesRunsInTheProjectsBrackets) {
         const char* want;
     };
     const Case cases[] = {
-        {"nothing", "", "[]", true, ""},
-        {"up, and a single", "A[0] A[1] A[2] A[3] B[5]", "[]", true, "A[0:3],B[5]"},
-        {"down", "A[3] A[2] A[1]", "[]", true, "A[3:1]"},
         {"round, whatever the members have", "A[3] A[2] A(1)", "()", true, "A(3:1)"},
         {"without brackets back to back", "A[3] A[2] A[1]", "", true, "A31"},
         {"unknown brackets are none", "A[3] A[2] B[7]", "<>", true, "A32,B7"},
-        {"single, round", "A[7]", "()", true, "A(7)"},
         {"single, not bracketed; ranges are all the same", "A[1] A[7] A[8]", "[]", false, "A1,A[7:8]"},
         {"unparsed last, in order", "X A[0] N$1[2] A3 D[3:0] A[1]", "[]", true, "A[0:1],X,N$1[2],A3,D[3:0]"},
-        {"unparsed only", "X Y", "[]", true, "X,Y"},
         {"a turning run", "A[3] A[4] A[3]", "[]", true, "A[3]"},
         {"members are not sorted", "A[0] B[1] A[1]", "[]", true, "A[0],B[1],A[1]"},
         {"stems are compared exactly", "A[1] a[2] AA[3]", "[]", true, "A[1],a[2],AA[3]"},
@@ -199,7 +192,6 @@ TEST(RebuiltLabel, KeepsTheOldLabelOrFollowsItsForm) {
         {"number of members counts", "A[2:0]", "A[2] A[1]", "[]", "A[2:1]"},
         {"always square", "A(3:0)", "A(3) A(2) B(1)", "()", "A[3:2],B[1]"},
         {"singles without brackets", "A[3:0]", "A[3] A[1]", "[]", "A3,A1", false},
-        {"nothing left", "A[1:0]", "", "[]", ""},
         {"stem agrees with the old label", "D0-X[1:0]", "D0-X[2] D0-X[3]", "[]", "D0-X[2:3]"},
         {"even where that holds braces", "~{CS}0[1:0]", "~{CS}0[2] ~{CS}0[3]", "[]", "~{CS}0[2:3]"},
         {"with a later item", "A[1:0], D0[1:0]", "A[1] D0[1] D0[0]", "[]", "A[1],D0[1:0]"},
@@ -209,8 +201,8 @@ TEST(RebuiltLabel, KeepsTheOldLabelOrFollowsItsForm) {
         {"a run that begins at -1 does not grow", "A", "B[-1] B[0] B[1]", "[]", "B[-1],B[0:1]"},
         {"a net without a number counts as -1", "A", "B[0] B", "[]", "B[0:-1]"},
         {"but begins no run", "A", "B B[0] C C", "[]", "B,B[0],C,C"},
-        {"names that only look like an index", "A", "RESET-N N$1 P:Q", "[]", "RESET-N,N$1,P:Q"},
-        {"empty brackets", "A", "B[] C[x]", "[]", "B,C"},
+        {"names that only look like an index, and empty brackets", "A", "RESET-N N$1 P:Q B[] C[x]", "[]",
+         "RESET-N,N$1,P:Q,B,C"},
         {"rest behind the last number", "A", "B[1] B[2]x", "[]", ""},
         {"numbers saturate", "A", "B[-9999999999] B[9999999999]", "[]", "B[-2147483648],B[2147483647]"},
         {"a bundle takes nothing apart", "{A}2", "A A A B(1) B(1) B(2) A A(1)", "[]", "{A}3,{B(1)}2,B(2),A,A(1)"},

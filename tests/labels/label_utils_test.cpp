@@ -14,9 +14,8 @@ TEST(LabelInversionUtils, ReadsAndSetsTheMark) {
         std::string plain;
     };
     const Case cases[] = {
-        {"", false, false, ""},           {"RESET", false, false, "RESET"}, {"~RESET", true, false, "RESET"},
-        {"RE~SET", false, true, "RESET"}, {"~A~B", true, false, "AB"},      {"A~B~C", false, true, "ABC"},
-        {"~~X", true, false, "X"},
+        {"", false, false, ""},    {"RESET", false, false, "RESET"}, {"~RESET", true, false, "RESET"},
+        {"~~X", true, false, "X"}, {"~A~B", true, false, "AB"},      {"A~B~C", false, true, "ABC"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.label);
@@ -37,11 +36,9 @@ TEST(LabelValidationUtils, RefuseWhatTheirKindOfLabelMayNotHold) {
         EXPECT_EQ(LabelValidationUtils::IsNetLabelValid(label), forbidden.find(c) == std::string::npos) << byte;
         EXPECT_EQ(LabelValidationUtils::IslabelValid(label), c != '\\') << byte;
     }
-    EXPECT_FALSE(LabelValidationUtils::IsNetLabelValid("|"));
-    for (const char* label : {"", "||"})
-        EXPECT_TRUE(LabelValidationUtils::IsNetLabelValid(label)) << label;
-    for (const char* label : {"", "|"})
-        EXPECT_TRUE(LabelValidationUtils::IslabelValid(label)) << label;
+    EXPECT_FALSE(LabelValidationUtils::IsNetLabelValid("|")) << "alone";
+    EXPECT_TRUE(LabelValidationUtils::IslabelValid("|") && LabelValidationUtils::IsNetLabelValid("||"));
+    EXPECT_TRUE(LabelValidationUtils::IslabelValid("") && LabelValidationUtils::IsNetLabelValid(""));
 }
 
 }  // namespace
