@@ -1,6 +1,7 @@
 #include "labels/bus_contents_utils.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,19 +26,13 @@ TEST(NetLimiterOfTheProject, IsReadAfreshAndTheServiceGivenBack) {
     EXPECT_THROW(getNetLimiter(), int);
     project.open = false;
     EXPECT_EQ(getNetLimiter(), -1) << "no open project";
-    EXPECT_EQ(project.created, 8);
-    EXPECT_EQ(project.released, 8);
+    EXPECT_TRUE(project.created == 8 && project.released == 8);
     project.available = false;
     EXPECT_EQ(getNetLimiter(), -1) << "no object of the service";
 }
 
 TEST(BusContents, AreResolvedDownToTheNets) {
-    struct Case {
-        const char *why, *name;
-        Contents contents;
-        const char* want;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, Contents, const char*> cases[] = {
         {"an item with a blank is not the bus itself", "bus", {{"BUS", "d0, bus,d1"}}, "d0,bus,d1"},
         {"one without is, and stays as it is written", "bus", {{"BUS", "d0,Bus,d1"}}, "d0,Bus,d1"},
         {"a sub-bus that lists itself", "A", {{"A", "x,b"}, {"B", "b,y"}}, "x,b,y"},
@@ -52,10 +47,9 @@ TEST(BusContents, AreResolvedDownToTheNets) {
         {"the empty name can be defined", "A", {{"", "e"}, {"A", "x,"}}, "x,e"},
         {"null counts as empty", nullptr, {{"", "e"}}, "e"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
-        EXPECT_EQ(resolve_bus_contents(c.name, c.contents), c.want);
-        EXPECT_EQ(resolve_bus_contents_checked(c.name != nullptr ? c.name : "", c.contents).text, c.want);
+    for (const auto& [why, name, contents, want] : cases) {
+        EXPECT_EQ(resolve_bus_contents(name, contents), want) << why;
+        EXPECT_EQ(resolve_bus_contents_checked(name != nullptr ? name : "", contents).text, want) << why;
     }
     EXPECT_EQ(resolve_bus_contents(" A "), " A ") << "without a project not even trimmed";
     const FakeProject project("", {{"A", "x,y"}});
@@ -94,24 +88,17 @@ TEST(BusContents, CheckedFormReportsCirclesAndOverlongResults) {
 }
 
 TEST(NetNames, AreClassifiedAndSplit) {
-    struct Case {
-        std::string net;
-        bool compressible;
-        std::string stem, index;
-    };
-    const Case cases[] = {
+    const std::tuple<std::string, bool, std::string, std::string> cases[] = {
         {"A[3]", true, "A", "[3]"},     {"A(3)", true, "A", "(3)"},       {"A3", true, "A3", "kept"},
         {"D0.1", true, "D0.1", "kept"}, {"A[3:0]", false, "A", "[3:0]"},  {"A_3x", false, "A_3x", "kept"},
         {"CLK", true, "CLK", "kept"},   {"A(1)[2]", true, "A", "(1)[2]"}, {"", true, "", "kept"},
         {"[x", true, "", "[x"},         {"A-1", true, "A-1", "kept"},     {"A1-", false, "A1-", "kept"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.net);
-        EXPECT_EQ(examineNet(c.net), c.compressible);
+    for (const auto& [net, compressible, wantedStem, wantedIndex] : cases) {
+        EXPECT_EQ(examineNet(net), compressible) << net;
         std::string stem, index = "kept";
-        splitNetName(c.net, stem, index);
-        EXPECT_EQ(stem, c.stem);
-        EXPECT_EQ(index, c.index);
+        splitNetName(net, stem, index);
+        EXPECT_EQ(stem + " " + index, wantedStem + " " + wantedIndex);
     }
     std::string stem, net = "A[1]";
     splitNetName(net, stem, net);

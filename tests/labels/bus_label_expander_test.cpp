@@ -16,12 +16,7 @@ using namespace Quill::BusContents;
 using Nets = std::vector<std::string>;
 
 TEST(BusLabelExpander, ReadsEveryFormOfItem) {
-    struct Case {
-        const char *why, *label;
-        int limiter;
-        const char* want;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, int, const char*> cases[] = {
         {"through zero", "D(-2:1),D(1:-2)", 2, "D(-2) D(-1) D(0) D(1) D(1) D(0) D(-1) D(-2)"},
         {"over tens, up and down", "D[8:11],D[101:99]", 1, "D[8] D[9] D[10] D[11] D[101] D[100] D[99]"},
         {"a range, then one that a single index follows", "A[0:1],M[0:1][5]", 1, "A[0] A[1] M[0][5] M[1][5]"},
@@ -43,10 +38,8 @@ TEST(BusLabelExpander, ReadsEveryFormOfItem) {
         {"stray closing one", "A},B", 0, "A},B"},
         {"crossed brackets", "A[{1]},B", 1, "A[{1]},B"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
-        EXPECT_EQ(Expand(c.label, c.limiter), Words(c.want));
-    }
+    for (const auto& [why, label, limiter, want] : cases)
+        EXPECT_EQ(Expand(label, limiter), Words(want)) << why;
 }
 
 TEST(BusLabelExpander, AgreesWithLoopsOnEveryLabelOfASmallGrammar) {
