@@ -72,8 +72,7 @@ TEST(BusContents, MayBeChainedAndSharedWithoutBound) {
 TEST(BusContents, CheckedFormReportsCirclesAndOverlongResults) {
     const Contents circle = {{"Top", "x,a"}, {"A", "y,b"}, {"B", "C,z"}, {"C", "c,a"}, {"D", "d,x"}};
     const ResolvedContents found = resolve_bus_contents_checked("top", circle);
-    EXPECT_EQ(found.status, ResolveStatus::Cycle);
-    EXPECT_EQ(found.text, "");
+    EXPECT_TRUE(found.status == ResolveStatus::Cycle && found.text.empty()) << found.text;
     EXPECT_THAT(found.cycle, testing::ElementsAre("A", "B", "C"));
     EXPECT_EQ(resolve_bus_contents_checked("D", circle).status, ResolveStatus::Ok) << "a circle elsewhere";
 
@@ -172,7 +171,6 @@ TEST(RebuiltLabel, KeepsTheOldLabelOrFollowsItsForm) {
     const Case cases[] = {
         {"unchanged", " A(1:0),B", "A(1) A(0) B", "()", " A(1:0),B"},
         {"unchanged through the contents", "bus", "A[0] A[1] X", "[]", "bus"},
-        {"unchanged bundle", "{A,B}2", "A B A B", "", "{A,B}2"},
         {"a label of a \"$\" is one net", "$A[1:0],B", "$A[1:0],B", "[]", "$A[1:0],B"},
         {"other brackets name other nets", "A[1:0],", "A[1] A[0]", "()", "A[1:0]"},
         {"order counts", "A[1:0]", "A[0] A[1]", "[]", "A[0:1]"},
