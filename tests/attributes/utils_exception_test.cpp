@@ -7,7 +7,6 @@
 #include <thread>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -104,23 +103,21 @@ TEST(Mutex, DestroyedTwiceItIsGoneAndCanNoLongerBeLocked) {
 TEST(Mutex, ThreadsExcludeEachOtherAndReEnter) {
     Mutex mutex;
     long counter = 0;
-    {
-        std::vector<std::future<void>> threads(8);
-        for (std::future<void>& thread : threads) {
-            thread = std::async(std::launch::async, [&] {
-                for (int round = 0; round < 5000; ++round) {
-                    const ScopedLock outer(&mutex);
-                    const long before = counter;
-                    {
-                        const ScopedLock inner(&mutex);
-                        if (round % 64 == 0) std::this_thread::yield();
-                    }
-                    counter = before + 1;  // lost counts, had the inner lock's end given the mutex up
-                }
-            });
+    const auto count = [&] {
+        for (int round = 0; round < 20'000; ++round) {
+            const ScopedLock outer(&mutex);
+            const long before = counter;
+            {
+                const ScopedLock inner(&mutex);
+                if (round % 64 == 0) std::this_thread::yield();
+            }
+            counter = before + 1;  // lost counts, had the inner lock's end given the mutex up
         }
-    }
-    EXPECT_EQ(counter, 40'000);
+    };
+    std::thread others[] = {std::thread(count), std::thread(count), std::thread(count)};
+    for (std::thread& other : others)
+        other.join();
+    EXPECT_EQ(counter, 60'000);
 }
 
 TEST(ScopedLock, ReleaseGivesUpItsOwnLockAndOnlyOnce) {

@@ -315,7 +315,10 @@ TEST(SheetRange, FreshNamesAndIdsAreThoseOfASearchFromTheStart) {
             std::string want = kind == 2 ? text : std::to_string(number++);
             while (!names.insert(want).second)
                 want = (kind == 2 ? text + "_" : "") + std::to_string(number++);
-            kind == 2 ? range.CreateNewName(text, name) : range.CreateNewName(name);
+            if (kind == 2)
+                range.CreateNewName(text, name);
+            else
+                range.CreateNewName(name);
             ASSERT_EQ(name, want);
             ASSERT_TRUE(range.NameAlreadyExists(want));
         }
