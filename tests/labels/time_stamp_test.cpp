@@ -2,6 +2,7 @@
 
 #include <ctime>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -13,45 +14,33 @@ namespace {
 using Quill::Utils::time_stamp;
 
 TEST(TimeStamp, HasARawAndAFormattedForm) {
-    struct Case {
-        std::int32_t seconds;
-        const char *raw, *formatted;
-    };
-    const Case cases[] = {
-        {1710407107, "1710407107", "9:05:07_3-14-24"},
-        {0, "0", "0:00:00_1-1-70"},
-        {1703980799, "1703980799", "23:59:59_12-30-23"},
-        {951782400, "951782400", "0:00:00_2-29-00"},
-        {946684799, "946684799", "23:59:59_12-31-99"},
-        {2147483647, "2147483647", "3:14:07_1-19-38"},
-        {-1, "-1", "23:59:59_12-31-69"},
+    const std::tuple<std::int32_t, const char*, const char*> cases[] = {
+        {1710407107, "1710407107", "9:05:07_3-14-24"},         {0, "0", "0:00:00_1-1-70"},
+        {951782400, "951782400", "0:00:00_2-29-00"},           {946684799, "946684799", "23:59:59_12-31-99"},
+        {2147483647, "2147483647", "3:14:07_1-19-38"},         {-1, "-1", "23:59:59_12-31-69"},
         {-2147483647 - 1, "-2147483648", "20:45:52_12-13-01"},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(time_stamp::at(c.seconds, time_stamp::raw), c.raw);
-        EXPECT_EQ(time_stamp::at(c.seconds, time_stamp::formatted), c.formatted);
-        EXPECT_EQ(time_stamp::at(c.seconds, time_stamp::mode(2)), c.formatted) << "every mode but 1";
+    for (const auto& [seconds, raw, formatted] : cases) {
+        EXPECT_EQ(time_stamp::at(seconds, time_stamp::raw), raw);
+        EXPECT_EQ(time_stamp::at(seconds, time_stamp::formatted), formatted);
+        EXPECT_EQ(time_stamp::at(seconds, time_stamp::mode(2)), formatted) << "every mode but 1";
     }
-    for (const auto& [stamp, raw] : {std::pair("", false),
-                                     {"12:00:00_1-2-03", false},
-                                     {"1700000000", true},
-                                     {":", false},
-                                     {"never", true},
-                                     {" ", true}})
-        EXPECT_EQ(time_stamp::is_raw(stamp), raw) << stamp;
+    for (const char* raw : {"1700000000", "never", " "})
+        EXPECT_TRUE(time_stamp::is_raw(raw)) << raw;
+    for (const char* formatted : {"12:00:00_1-2-03", ":", ""})
+        EXPECT_FALSE(time_stamp::is_raw(formatted)) << formatted;
 }
 
 TEST(TimeStamp, OfThisMomentIsTheClocks) {
+    std::string raw, formatted, rawAfter;
     const std::time_t before = std::time(nullptr);
-    const std::string raw = time_stamp::current(time_stamp::raw);
-    const std::string formatted = time_stamp::current(time_stamp::formatted);
-    const std::time_t after = std::time(nullptr);
-    EXPECT_GE(std::stoll(raw), before);
-    EXPECT_LE(std::stoll(raw), after);
-    bool found = false;
-    for (std::time_t second = before; second <= after; ++second)
-        found = found || formatted == time_stamp::at(static_cast<std::int32_t>(second), time_stamp::formatted);
-    EXPECT_TRUE(found) << formatted;
+    do {
+        raw = time_stamp::current(time_stamp::raw);
+        formatted = time_stamp::current(time_stamp::formatted);
+        rawAfter = time_stamp::current(time_stamp::raw);
+    } while (raw != rawAfter);  // the second changed meanwhile
+    EXPECT_TRUE(std::stoll(raw) >= before && std::stoll(raw) <= std::time(nullptr)) << raw;
+    EXPECT_EQ(formatted, time_stamp::at(std::stoi(raw), time_stamp::formatted));
 }
 
 TEST(TimeStamp, OrderOfStoredDesignsStays) {
@@ -67,7 +56,6 @@ TEST(TimeStamp, OrderOfStoredDesignsStays) {
         {2, "-1", "before 1970 the fields are broken down as always"},
         {3, "0", "January 1970"},
         {3, "never", "no number is second 0"},
-        {4, "1", ""},
         {4, " 1x", "the number ends at the first other character"},
         {5, "788918400", "January 1995: month 0"},
         {6, "0:00:00_1-1--5", "a year of -5 is 1995; month 1"},
@@ -84,7 +72,6 @@ TEST(TimeStamp, OrderOfStoredDesignsStays) {
         {14, "1703980800", "31 December 2023: month 11, and day 31 after day 14"},
         {15, "23:59:59_12-31-23", "the end of the year"},
         {16, "0:00:00_1-1-24", "the year decides first"},
-        {17, "9:05:07_3-14-24", ""},
         {17, "9:5:7_3-14-24", "padding plays no part"},
         {17, "9x:05:07_3-14-24", "nor what follows a number"},
         {18, "9:05:08_3-14-24", "the second decides last"},
@@ -109,11 +96,9 @@ TEST_F(StoredTimeStamp, IsAnInternalAttributeOfSheetOrSymbol) {
     std::string stamp = "what stood there";
     EXPECT_TRUE(editor.SetAttribute(sheetIndex, "__BlkDate", "1"));
     EXPECT_TRUE(time_stamp::read(*sheet, stamp) && stamp.empty()) << "the bare key is not looked for";
-    EXPECT_TRUE(time_stamp::write(*writableSheet, "1"));
-    EXPECT_TRUE(time_stamp::write(*writableSheet, "Other", "2"));
+    EXPECT_TRUE(time_stamp::write(*writableSheet, "1") && time_stamp::write(*writableSheet, "Other", "2"));
     EXPECT_TRUE(time_stamp::write(*writableComp, "3"));
-    EXPECT_EQ(Value(sheet, "$$Internal___BlkDate"), "1");
-    EXPECT_EQ(Value(sheet, "$$Internal_Other"), "2");
+    EXPECT_EQ(Value(sheet, "$$Internal___BlkDate") + " " + Value(sheet, "$$Internal_Other"), "1 2");
     EXPECT_EQ(Value(comp, "$$Internal___BlkDate", Orin::EAttributeType::System), "3");
     EXPECT_TRUE(time_stamp::read(*sheet, stamp) && stamp == "1");
     EXPECT_TRUE(time_stamp::read(*sheet, "Other", stamp) && stamp == "2");

@@ -41,21 +41,19 @@ struct ConnectorDesign : PageDesign {
         Require(editor.AddComp(library, {.label = "", .name = "res.1"}, resistorSymbol));
         const Index leafSheet = IndexOf(AddSheet(leaf, {"x"}));
         Connector(block, SheetOf(0), "NET", C1);
-        Child(SheetOf(0), A);
         Connector(block, SheetOf(1), "NET", C2);
         Connector(block, SheetOf(1), "ALONE", Alone);
-        Child(SheetOf(1), B);
         Connector(leaf, leafSheet, "NET", C3);
+        for (const auto& [sheet, child] : {std::pair(SheetOf(0), A), {SheetOf(1), B}})
+            AddComp(
+                block, sheet,
+                {.label = "$", .types = Orin::ECompType::Hierarchical, .childBlock = IndexOf(leaf), .index = child});
         AddComp(block, SheetOf(0),
                 {.label = "NET", .partition = "LIB", .definition = resistorSymbol, .index = Resistor});
     }
 
     Index SheetOf(std::size_t place) const { return IndexOf(sheets[place]); }
 
-    void Child(const Index& sheet, const Index& index) {
-        AddComp(block, sheet,
-                {.label = "$", .types = Orin::ECompType::Hierarchical, .childBlock = IndexOf(leaf), .index = index});
-    }
     Index Connector(const SheetRange::Block& owner, const Index& sheet, const char* label, const Index& index = {}) {
         return AddComp(owner, sheet,
                        {.label = label, .partition = "LIB", .definition = connectorSymbol, .index = index});
@@ -109,26 +107,15 @@ protected:
     CSheetConnectorsCache cache;
 };
 
-constexpr const char* KeyC1 = "[1:2:7]";
-constexpr const char* KeyC3A = "10:1:7/[3:2:7]";
-constexpr const char* KeyC2 = "[2:2:7]";
-constexpr const char* KeyC3B = "11:1:7/[3:2:7]";
-
 TEST_F(SheetConnectors, LeadAroundInPageOrder) {
-    struct Case {
-        Index connector;
-        Hierarchy hierarchy;
-        const char* next;
-    };
-    const Case cases[] = {{C1, {}, KeyC3A}, {C3, {A}, KeyC2}, {C2, {}, KeyC3B}, {C3, {B}, KeyC1}};
-    for (const Case& c : cases) {
+    CSheetConnectorData at{C1, {}, "[1:2:7]"};
+    for (const char* key : {"10:1:7/[3:2:7]", "[2:2:7]", "11:1:7/[3:2:7]", "[1:2:7]"}) {
         const CSheetConnectorData* next = nullptr;
-        ASSERT_TRUE(Next("NET", c.connector, c.hierarchy, &next));
-        EXPECT_EQ(next->key, c.next);
+        ASSERT_TRUE(Next("NET", at.index, at.hierarchy, &next));
+        at = *next;
+        EXPECT_EQ(at.key, key);
     }
     const CSheetConnectorData* next = nullptr;
-    EXPECT_TRUE(Next("NET", C1, {}, &next));
-    EXPECT_TRUE(next->index == C3 && next->hierarchy == Hierarchy{A});
     EXPECT_FALSE(Next("ALONE", Alone, {}, &next)) << "stands alone";
     EXPECT_EQ(next->index, Alone) << "and is told all the same";
 
@@ -140,28 +127,27 @@ TEST_F(SheetConnectors, LeadAroundInPageOrder) {
 
     next = nullptr;
     EXPECT_FALSE(Next("NET", C2, {A}, &next)) << "an unknown start";
-    EXPECT_FALSE(Next("OTHER", C2, {}, &next));
-    EXPECT_FALSE(Next("NET", C2, {}, &next, ""));
-    EXPECT_FALSE(Next("NET", C2, {}, &next, "top/")) << "the last part is empty";
-    EXPECT_FALSE(Next("NET", C2, {}, &next, "leaf")) << "a block that is the root of nothing";
-    EXPECT_FALSE(Next("NET", C2, {}, &next, "top", "res"));
+    const char* const unknown[][3] = {{"OTHER", "top", "off"},
+                                      {"NET", "", "off"},
+                                      {"NET", "top/", "off"},
+                                      {"NET", "leaf", "off"},
+                                      {"NET", "top", "res"}};
+    for (const auto& [label, path, cell] : unknown) {
+        EXPECT_FALSE(Next(label, C2, {}, &next, path, cell)) << label << path << cell;
+        EXPECT_EQ(All(label, C2, {}, path, cell), "none") << label << path << cell;
+    }
     EXPECT_EQ(next, nullptr);
-    EXPECT_EQ(
-        All("OTHER", C2, {}) + All("NET", C2, {}, "") + All("NET", C2, {}, "leaf") + All("NET", C2, {}, "top", "res"),
-        "nonenonenonenone");
     EXPECT_TRUE(cache.isSheetConnectorSymbol("LIB", "off", "1") && cache.isSheetConnectorSymbol("", "bare", "1"));
     EXPECT_FALSE(cache.isSheetConnectorSymbol("LIB", "res", "1") || cache.isSheetConnectorSymbol("lib", "off", "1"));
 }
 
 TEST_F(SheetConnectors, AreCollectedFromEveryPrintedPageOfEveryDesign) {
-    Index other, config, sheet;
-    Require(design.editor.AddBlock({"other", Orin::EBlockType::Schematic}, other));
+    const SheetRange::Block block = design.AddBlock("other");
+    const Index other = SheetDesign::IndexOf(block), sheet = SheetDesign::IndexOf(design.AddSheet(block, {"1"}));
+    Index config;
     Require(design.editor.AddConfig({"other", other}, config));
     Require(design.editor.AddConfig({"leaf", other}, config));  // whose root is another block
-    Require(design.editor.AddGroup(other, {"1"}, sheet));
     Require(design.editor.SetAttribute(design.SheetOf(1), "ExcludeFromPrintout", "TRUE"));
-    SheetRange::Block block;
-    Require(design.snapshot->GetBlock(block, other));
     design.AddComp(block, sheet, {.label = "Z", .definition = design.connectorSymbol, .index = Index(7)});
     EXPECT_TRUE(cache.reloadSheetConnectorsCache());
     EXPECT_EQ(Everything(), "top NET [1:2:7]\ntop NET 10:1:7/[3:2:7]\n") << "the symbol of no library is another one";
@@ -175,11 +161,10 @@ TEST_F(SheetConnectors, AreCollectedFromEveryPrintedPageOfEveryDesign) {
 TEST_F(SheetConnectors, AreCollectedAnewAfterWhatChangesThem) {
     Orin::DesignDb::Editor& edit = design.editor;
     const auto& top = design.block;
-    Index index, board, net;
-    Require(edit.AddBlock({"board", Orin::EBlockType::Board}, board));
+    Index index, net;
+    const SheetRange::Block board = design.AddBlock("board");
+    Require(edit.SetBlockTypes(SheetDesign::IndexOf(board), Orin::EBlockType::Board));
     Require(edit.AddNet(SheetDesign::IndexOf(top), {"N"}, net));
-    SheetRange::Block boardBlock;
-    Require(design.snapshot->GetBlock(boardBlock, board));
     struct Case {
         const char* why;
         bool stale;
@@ -193,17 +178,15 @@ TEST_F(SheetConnectors, AreCollectedAnewAfterWhatChangesThem) {
         {"given an attribute", false, [&] { Require(edit.SetAttribute(index, "a", "b")); }},
         {"taken off its sheet", false, [&] { Require(edit.RemoveMember(design.SheetOf(0), index)); }},
         {"deleted", true, [&] { Require(edit.DeleteComp(index)); }},
-        {"added and taken back", true,
+        {"added in a transaction", true,
          [&] {
              Require(design.snapshot->BeginTransaction(Orin::ETransactionType::Edit));
              index = design.Connector(top, design.SheetOf(0), "NET");
-             EXPECT_TRUE(IsStale());
-             EXPECT_FALSE(IsStale());
-             Require(design.snapshot->RollbackTransaction());
          }},
+        {"and taken back", true, [&] { Require(design.snapshot->RollbackTransaction()); }},
         {"added on another thread", true,
          [&] { std::thread([&] { design.Connector(top, design.SheetOf(0), "NET"); }).join(); }},
-        {"a connector outside of schematics is added", false, [&] { index = design.Connector(boardBlock, {}, "NET"); }},
+        {"a connector outside of schematics is added", false, [&] { index = design.Connector(board, {}, "NET"); }},
         {"relabelled", false, [&] { Require(edit.SetLabel(index, "OTHER")); }},
         {"a resistor is relabelled", false, [&] { Require(edit.SetLabel(Resistor, "R")); }},
         {"deleted", false, [&] { Require(edit.DeleteComp(Resistor)); }},
@@ -233,9 +216,8 @@ TEST_F(SheetConnectors, AreThoseOfTheAttachedDesignAlone) {
     const std::string collected = Everything();
     cache.detachObserver();
     Require(design.editor.DeleteComp(C1));
-    EXPECT_EQ(Everything(), collected) << "what was collected still answers";
     EXPECT_FALSE(cache.reloadSheetConnectorsCache());
-    EXPECT_EQ(Everything(), collected);
+    EXPECT_EQ(Everything(), collected) << "what was collected still answers";
 
     ConnectorDesign second;
     Require(second.editor.DeleteComp(C2));
@@ -248,30 +230,22 @@ TEST_F(SheetConnectors, AreThoseOfTheAttachedDesignAlone) {
 
     for (const char* const operation : {"ISnapshot::GetInfo", "OrinPI::GetSnapshotByName", "ISnapshot::GetUIDManager",
                                         "ISnapshot::AddEventObserver"}) {
-        SCOPED_TRACE(operation);
-        {
-            FaultInjector faults;
-            faults.Inject({operation});
-            cache.attachObserver(second.snapshot);
-            EXPECT_EQ(faults.Failed(), 1U);
-        }
-        EXPECT_FALSE(cache.reloadSheetConnectorsCache());
-        EXPECT_EQ(Everything(), "");
+        FaultInjector faults;
+        faults.Inject({operation});
+        cache.attachObserver(second.snapshot);
+        EXPECT_EQ(faults.Failed(), 1U) << operation;
+        EXPECT_FALSE(cache.reloadSheetConnectorsCache()) << operation;
+        EXPECT_EQ(Everything(), "") << operation;
     }
     cache.attachObserver({});
     EXPECT_FALSE(cache.reloadSheetConnectorsCache());
 
     cache.attachObserver(second.snapshot);
-    {
-        FaultInjector faults;
-        faults.Inject({.operation = "ISnapshot::GetIterBlocks"});
-        EXPECT_EQ(Everything(), "") << "cannot be read";
-    }
+    FaultInjector faults;
+    faults.Inject({.operation = "ISnapshot::GetIterBlocks"});
+    EXPECT_EQ(Everything(), "") << "cannot be read";
     EXPECT_NE(Everything(), "") << "and stays stale";
-    {
-        CSheetConnectorsCache gone;
-        gone.attachObserver(second.snapshot);
-    }
+    CSheetConnectorsCache().attachObserver(second.snapshot);
     Require(second.editor.DeleteComp(C1));  // would call what is gone
 }
 

@@ -28,27 +28,16 @@ TEST(SheetName, ConstantsServeStaticInitialisersAndAllThreads) {
 }
 
 TEST(SheetName, ATextIsReadAsTheNumberAtItsBeginning) {
-    struct Case {
-        const char* why;
-        const char* text;
-        int number;
-        const char* numbered;  // the name after its number was asked for by reference
-    };
-    const Case cases[] = {
-        {"stops at the first other character", "5x", 5, "5"},
-        {"leading blanks and zeros", " \t007", 7, "7"},
-        {"signs", "-3", -3, "-3"},
-        {"no number", "main", 0, "0"},
-        {"null is nothing", nullptr, 0, "0"},
-        {"too large", "99999999999", 2147483647, "2147483647"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
-        SheetName name(c.text);
-        EXPECT_EQ(std::as_const(name).__Number(), c.number);
-        EXPECT_STREQ(name, c.text != nullptr ? c.text : "");
-        EXPECT_EQ(*name.__NumberPtr(), c.number);
-        EXPECT_STREQ(name, c.numbered);
+    for (const auto& [text, number] : {std::pair<const char*, int>(" \t007x", 7),
+                                       {"-3", -3},
+                                       {"main", 0},
+                                       {nullptr, 0},
+                                       {"99999999999", 2147483647}}) {
+        SheetName name(text);
+        EXPECT_EQ(std::as_const(name).__Number(), number);
+        EXPECT_STREQ(name, text != nullptr ? text : "");
+        EXPECT_EQ(*name.__NumberPtr(), number);
+        EXPECT_EQ(std::string(name), std::to_string(number)) << "the number was asked for by reference";
     }
 }
 
@@ -62,8 +51,6 @@ TEST(SheetName, RendersTheNumberThatWasAssignedLast) {
     number = 42;
     EXPECT_STREQ(name, "42");
     EXPECT_STREQ(copy, "41");
-    assigned.__Number() = 9;
-    EXPECT_STREQ(comp_sheet_name, "1");
     assigned = name;
     number = 43;
     EXPECT_EQ(assigned.__Number(), 42);
@@ -81,12 +68,9 @@ TEST(SheetName, ComparesTextsWithoutLetterCase) {
 TEST(SheetName, IdsAreKeptOnTheSheet) {
     SheetDesign design({{"bare"}, {"with", "", " 12b"}, {"odd", "", "none"}});
     int id = 77;
-    EXPECT_FALSE(ReadSheetId(*design.sheets[0], id));
-    EXPECT_EQ(id, 77);
-    EXPECT_TRUE(ReadSheetId(*design.sheets[1], id));
-    EXPECT_EQ(id, 12);
-    EXPECT_TRUE(ReadSheetId(*design.sheets[2], id));
-    EXPECT_EQ(id, 0);
+    EXPECT_TRUE(!ReadSheetId(*design.sheets[0], id) && id == 77) << id;
+    EXPECT_TRUE(ReadSheetId(*design.sheets[1], id) && id == 12) << id;
+    EXPECT_TRUE(ReadSheetId(*design.sheets[2], id) && id == 0) << id;
 
     Orin::MutableContainerT<Orin::IGroup> writable;
     EXPECT_FALSE(WriteSheetId(writable, 5));
