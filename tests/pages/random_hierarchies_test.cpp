@@ -84,8 +84,7 @@ private:
             }
             if (Roll(2) == 0) {
                 sheet.printOrder = static_cast<int>(Roll(7));
-                Orin::CompTypes title(Orin::ECompType::Border);
-                title |= Orin::ECompType::Titled;
+                const auto title = Orin::CompTypes(Orin::ECompType::Border) | Orin::ECompType::Titled;
                 const Index comp = design.AddComp(block, sheet.index, {.label = "title", .types = title});
                 Require(
                     design.editor.SetAttribute(comp, "$$NotCommonProperty_@PRINTORDER", PrintOrders[sheet.printOrder]));
@@ -163,15 +162,7 @@ public:
 
     std::set<Key> From(const Key& page) const {
         std::set<Key> found;
-        if (children.count(page) == 0) return found;
-        std::vector<Key> open = {page};
-        while (!open.empty()) {
-            const Key next = open.back();
-            open.pop_back();
-            const auto below = children.find(next);
-            if (found.insert(next).second && below != children.end())
-                open.insert(open.end(), below->second.begin(), below->second.end());
-        }
+        if (children.count(page) != 0) Collect(page, found);
         return found;
     }
 
@@ -185,6 +176,13 @@ private:
         bool excluded;
         int printOrder;
     };
+
+    void Collect(const Key& page, std::set<Key>& found) const {
+        const auto below = children.find(page);
+        if (!found.insert(page).second || below == children.end()) return;
+        for (const Key& key : below->second)
+            Collect(key, found);
+    }
 
     void Visit(int block, const Way& way, std::set<int> above, const Key& parent, bool isExcluded) {
         const PlannedBlock& plan = m_plan.blocks[static_cast<std::size_t>(block)];
