@@ -24,8 +24,8 @@ TEST_F(NetNames, FollowTheNetsOfEachBlock) {
     EXPECT_FALSE(collector.Reload());
     const Orin::Index first = AddNet("A");
     collector.AttachObserver(snapshot);
-    EXPECT_EQ(collector.GetExistingNames(blockIndex), Names{"A"});
     EXPECT_EQ(collector.GetExistingNames(sheetIndex), Names{});
+    EXPECT_EQ(collector.GetExistingNames(blockIndex), Names{"A"});
     AddNet("");
     EXPECT_EQ(collector.GetExistingNames(blockIndex), (Names{"", "A"}));
     EXPECT_TRUE(editor.SetLabel(first, "B"));
@@ -58,19 +58,18 @@ TEST_F(NetNames, AreReadAgainOnlyAfterAChangeThatMatters) {
 TEST_F(NetNames, AFailedReadIsRaisedAndTriedAgainByTheNextQuestion) {
     AddNet("A");
     collector.AttachObserver(snapshot);
-    struct Case {
+    const struct {
         const char* operation;
         bool raised;
         Names during;  // what is answered with the failure in force, when nothing is raised
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"ISnapshot::GetIterBlocks", false, {"A"}},  // the tables stay
         {"IObject::GetName", true, {}},
         {"IBlock::GetIterNets", true, {}},
         {"INet::GetLabel", false, {""}},
         {"IObject::GetIndex", false, {}},
     };
-    for (const Case& one : cases) {
+    for (const auto& one : cases) {
         SCOPED_TRACE(one.operation);
         EXPECT_TRUE(collector.Reload());
         Orin::DesignDb::Testing::FaultInjector faults;
@@ -96,12 +95,12 @@ TEST_F(NetNames, AFailedAttachIsLoggedAndGetsAsFarAsItCan) {
     EXPECT_EQ(s_message.substr(0, said.size()), said);
     EXPECT_GT(s_message.size(), said.size());
     EXPECT_FALSE(collector.Reload());
-    struct Case {
+    const struct {
         const char* operation;
         bool follows;  // whether it has the snapshot all the same
-    };
-    for (const Case& one : {Case{"ISnapshot::GetInfo", false}, Case{"OrinPI::GetSnapshotByName", false},
-                            Case{"ISnapshot::AddEventObserver", true}}) {
+    } cases[] = {
+        {"ISnapshot::GetInfo", false}, {"OrinPI::GetSnapshotByName", false}, {"ISnapshot::AddEventObserver", true}};
+    for (const auto& one : cases) {
         SCOPED_TRACE(one.operation);
         s_message.clear();
         Orin::DesignDb::Testing::FaultInjector faults;

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include "events/event_observers.h"
@@ -14,15 +16,11 @@ using I = Orin::Index;
 using S = Orin::String;
 using IndexList = Orin::ListT<I>;
 
-inline std::string Text(const I& index) {
-    return std::to_string(index.Top()) + ":" + std::to_string(index.Low());
-}
-
 inline std::string Word(const I& index) {
-    return index.IsEmpty() ? "-" : Text(index);
+    return index.IsEmpty() ? "-" : std::to_string(index.Top()) + ":" + std::to_string(index.Low());
 }
 inline std::string Word(const IndexList& list) {
-    return "[" + (list.IsEmpty() ? "" : Text(list[0])) + "]" + std::to_string(list.Count());
+    return "[" + (list.IsEmpty() ? "" : Word(list[0])) + "]" + std::to_string(list.Count());
 }
 inline std::string Word(const Orin::NetDataQuill& data) {
     return std::to_string(data.objectId);
@@ -30,15 +28,12 @@ inline std::string Word(const Orin::NetDataQuill& data) {
 inline std::string Word(const S& text) {
     return "'" + std::string(text.View()) + "'";
 }
-inline std::string Word(const std::string& text) {
-    return "'" + text + "'";
-}
-inline std::string Word(const char* text) {
-    return Word(std::string(text));
-}
-template <class Number>
-std::string Word(Number number) {
-    return std::to_string(static_cast<long>(number));
+template <class Value>
+std::string Word(const Value& value) {
+    if constexpr (std::is_convertible_v<Value, std::string_view>)
+        return "'" + std::string(value) + "'";
+    else
+        return std::to_string(static_cast<long>(value));
 }
 
 template <class... Values>
@@ -54,28 +49,24 @@ std::string Line(std::string name, const Values&... values) {
     }                                                  \
     static_assert(true)
 
-// The database callbacks, on top of any observer base. Some of those that no wrapper hands on say "never".
+#define TESTS_TELL_BOTH(name, parameters, ...)         \
+    TESTS_TELL(Before##name, parameters, __VA_ARGS__); \
+    TESTS_TELL(After##name, parameters, __VA_ARGS__)
+
+// The database callbacks, on top of any observer base.
 template <class Base>
 class Recording : public Base {
 public:
     Log log;
 
-    TESTS_TELL(BeforeAdd, (const I& p, const I& o, Orin::EEventsAdd k, bool u), p, o, k, u);
-    TESTS_TELL(BeforeDelete, (const I& p, const I& o, Orin::EEventsDelete k, bool u), p, o, k, u);
-    TESTS_TELL(BeforeDeleteAll, (const I& o, Orin::EEventsDeleteAll k, bool u), o, k, u);
-    TESTS_TELL(BeforeChange, (const I& o, Orin::EEventsChange k, bool u), o, k, u);
-    TESTS_TELL(BeforeQuillDataChange, (const I& p, const I& o, Orin::EEventsQuillDataChange k, bool u), p, o, k, u);
-    TESTS_TELL(BeforeConnectivityChange, (const I& p, const I& o, Orin::EEventsConnectivityChange k, bool u), p, o, k,
-               u);
-    TESTS_TELL(BeforeImport, (const I& o, Orin::EEventsImport k, bool u), o, k, u);
-    TESTS_TELL(AfterAdd, (const I& p, const I& o, Orin::EEventsAdd k, bool u), p, o, k, u);
-    TESTS_TELL(AfterDelete, (const I& p, const I& o, Orin::EEventsDelete k, bool u), p, o, k, u);
-    TESTS_TELL(AfterDeleteAll, (const I& o, Orin::EEventsDeleteAll k, bool u), o, k, u);
-    TESTS_TELL(AfterChange, (const I& o, Orin::EEventsChange k, bool u), o, k, u);
-    TESTS_TELL(AfterQuillDataChange, (const I& p, const I& o, Orin::EEventsQuillDataChange k, bool u), p, o, k, u);
-    TESTS_TELL(AfterConnectivityChange, (const I& p, const I& o, Orin::EEventsConnectivityChange k, bool u), p, o, k,
-               u);
-    TESTS_TELL(AfterImport, (const I& o, Orin::EEventsImport k, bool u), o, k, u);
+    TESTS_TELL_BOTH(Add, (const I& p, const I& o, Orin::EEventsAdd k, bool u), p, o, k, u);
+    TESTS_TELL_BOTH(Delete, (const I& p, const I& o, Orin::EEventsDelete k, bool u), p, o, k, u);
+    TESTS_TELL_BOTH(DeleteAll, (const I& o, Orin::EEventsDeleteAll k, bool u), o, k, u);
+    TESTS_TELL_BOTH(Change, (const I& o, Orin::EEventsChange k, bool u), o, k, u);
+    TESTS_TELL_BOTH(QuillDataChange, (const I& p, const I& o, Orin::EEventsQuillDataChange k, bool u), p, o, k, u);
+    TESTS_TELL_BOTH(ConnectivityChange, (const I& p, const I& o, Orin::EEventsConnectivityChange k, bool u), p, o, k,
+                    u);
+    TESTS_TELL_BOTH(Import, (const I& o, Orin::EEventsImport k, bool u), o, k, u);
     TESTS_TELL(Lock, (const I& o, const S& a, const S& b), o, a, b);
     TESTS_TELL(UnLock, (const I& o, const S& a, const S& b), o, a, b);
     TESTS_TELL(MultiLock, (const IndexList& o, const S& a, const S& b), o, a, b);
@@ -87,14 +78,11 @@ public:
     void OnBeforeRollbackTransaction() override { log.push_back("BeforeRollbackTransaction"); }
     void OnAfterTransaction() override { log.push_back("AfterTransaction"); }
 
-    void OnBeforeTransaction(unsigned, const Orin::ETransactionType&, bool&) override { log.push_back("never"); }
-    void OnBeforeSwap(const I&, const I&, const I&, Orin::EEventsSwap, bool) override { log.push_back("never"); }
-    void OnAfterSetAttribute(const I&, const S&, const S&, Orin::EAttributeType, int, bool) override {
-        log.push_back("never");
-    }
-    void OnAfterRemoveAttribute(const I&, const S&, Orin::EAttributeType, int, bool) override {
-        log.push_back("never");
-    }
+    // Some of those that no wrapper hands on.
+    TESTS_TELL(BeforeTransaction, (unsigned number, const Orin::ETransactionType&, bool&), number);
+    TESTS_TELL(BeforeSwap, (const I& o, const I&, const I&, Orin::EEventsSwap, bool), o);
+    TESTS_TELL(AfterSetAttribute, (const I& o, const S&, const S&, Orin::EAttributeType, int, bool), o);
+    TESTS_TELL(AfterRemoveAttribute, (const I& o, const S&, Orin::EAttributeType, int, bool), o);
 };
 
 class RecordingEx : public Recording<NQuillUtils::NEvents::EventObserverEx> {
