@@ -18,7 +18,7 @@ TEST_F(Query, PagesAreListedInEveryOrder) {
       /     plant  A      3            A           excluded
       /T    sub    1\x1B  7            $5I0\1\x1B  excluded
 )"},
-        {"pages plant.json --order level --children refdes | cut -c-4,40-49 | tr -s ' \\n' ' '", 0,
+        {"pages plant.json --order level --children refdes | cut -c-5,40-49 | tr -s ' \\n' ' '", 0,
          R"(Page Name 1 B A 2 $3I0\x 3 $2I0\1\x1B $5I0\1\x1B )"},
         // Excluded pages keep their number; those without one of their own come last.
         {"pages --order print --children symbol --descending plant.json", 0,
