@@ -1,23 +1,18 @@
 #include "interchange/design_json.h"
 
-#include <fstream>
-#include <iterator>
 #include <random>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include "designdb/database.h"
-#include "designdb/editor.h"
-#include "designdb/inspector.h"
+#include "tests/support/memory_design.h"
 
 namespace {
 
 using namespace Orin;
-using Quill::Interchange::DesignJsonFault;
 using Quill::Interchange::ReadDesignJson;
 using Quill::Interchange::WriteDesignJson;
 using testing::HasSubstr;
+using Design = Tests::MemoryDesign;
 
 constexpr EObjectType Odd = static_cast<EObjectType>(200);
 
@@ -25,13 +20,8 @@ Index Id(EObjectType type, std::uint32_t low) {
     return Index(type, 0, low);
 }
 
-std::string File(const char* path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 std::string Everything() {
-    return File(QUILL_TEST_DATA "/everything.json");
+    return Tests::FileText(QUILL_TEST_DATA "/everything.json");
 }
 
 std::string Replaced(std::string text, const std::string& from, const std::string& to) {
@@ -40,52 +30,12 @@ std::string Replaced(std::string text, const std::string& from, const std::strin
     return at == text.npos ? text : text.replace(at, from.size(), to);
 }
 
-// An empty design that a text can be read into.
-struct Design {
-    Design() {
-        static int s_designs = 0;
-        const std::string project = "design " + std::to_string(++s_designs);
-        EXPECT_TRUE(DesignDb::Database::Create(database, project.c_str()));
-        client = database.Connect("client");
-        EXPECT_TRUE(client->GetSnapshotByName(snapshot, DesignDb::WorkingSnapshot));
-        EXPECT_TRUE(snapshot->GetUIDManager(objects));
-        EXPECT_TRUE(DesignDb::Editor::Open(editor, snapshot));
-    }
-
-    // "POINTER: reason", or "" when the text was read.
-    std::string Read(const std::string& text) {
-        const std::optional<DesignJsonFault> fault = ReadDesignJson(text, snapshot, name);
-        return fault ? fault->Message() : "";
-    }
-    std::string Written() const {
-        std::string text;
-        EXPECT_TRUE(WriteDesignJson(snapshot, name, text));
-        return text;
-    }
-    bool IsEmpty() const {
-        IteratorT<const IBlock> blocks;
-        IteratorT<const IConfig> configs;
-        ListAttribute attributes;
-        bool active = true;
-        EXPECT_TRUE(snapshot->GetIterBlocks(blocks) && snapshot->GetIterConfigs(configs) &&
-                    snapshot->GetAttributes(attributes) && snapshot->IsTransactionActive(active));
-        return !blocks && !configs && attributes.IsEmpty() && !active;
-    }
-
-    DesignDb::Database database;
-    std::unique_ptr<OrinPI> client;
-    ContainerT<const ISnapshot> snapshot;
-    IUIDManager objects;
-    DesignDb::Editor editor;
-    String name = "untouched";
-};
-
 TEST(DesignJson, GivesBackByteByByteWhatItReadAndWhatTheExampleHolds) {
     for (const char* path : {QUILL_TEST_DATA "/everything.json", QUILL_EXAMPLES "/vibration-recorder.json"}) {
         SCOPED_TRACE(path);
         Design design;
-        EXPECT_EQ(design.Read(File(path)), "");
-        EXPECT_EQ(design.Written(), File(path));
+        EXPECT_EQ(design.Read(Tests::FileText(path)), "");
+        EXPECT_EQ(design.Json(), Tests::FileText(path));
     }
 }
 
@@ -181,18 +131,16 @@ TEST(DesignJson, KeepsOrdersThatNoListOfTheDatabaseShows) {
         ASSERT_TRUE(edit.AddMember(sheets[i], comps[0]) && edit.SetCompData(sheets[i], comps[0], {}));
         ASSERT_TRUE(edit.AddNetQuill(sheets[i], net, {}, piece) && edit.AddText(sheets[i], {}, text));
     }
-    const std::string written = design.Written();
+    const std::string written = design.Json();
     EXPECT_THAT(written, HasSubstr(R"("pinOrder": ["pin:1", "pin:2", "pin:3"])"));
     EXPECT_THAT(written, HasSubstr(R"("memberOf": ["group:2", "group:1"])"));
     // What was deleted leaves no trace.
     ASSERT_TRUE(edit.AddNet(block, {"gone"}, net) && edit.DeleteNet(net));
-    EXPECT_EQ(design.Written(), written);
+    EXPECT_EQ(design.Json(), written);
 
     Design again;
-    String nothing;
-    EXPECT_FALSE(ReadDesignJson(written, again.snapshot, nothing));
-    again.name = design.name;
-    EXPECT_EQ(again.Written(), written);
+    EXPECT_EQ(again.Read(written), "");
+    EXPECT_EQ(again.Json(), written);
 }
 
 TEST(DesignJson, RefusesWhatIsNoDesignNamesThePlaceAndEntersNothing) {
@@ -298,9 +246,7 @@ TEST(DesignJson, RefusesWhatIsNoDesignNamesThePlaceAndEntersNothing) {
         const std::string pointer = fault[0] == '/' ? fault.substr(0, fault.find(": ")) : "";
         EXPECT_EQ(pointer, c.pointer) << fault;
         EXPECT_TRUE(design.IsEmpty());
-        EXPECT_EQ(design.name, "untouched");
     }
-    EXPECT_EQ(design.Read("[]"), "is not an object");
     EXPECT_EQ(design.Read("3"), "is not an object");
     EXPECT_THAT(design.Read(std::string(1 << 20, '[')), HasSubstr("nests too deeply"));
     EXPECT_THAT(design.Read("{} {}"), HasSubstr("syntax error"));
@@ -316,7 +262,7 @@ TEST(DesignJson, EntersOnlyAnEmptySnapshotOfAClientWithoutATransaction) {
     ASSERT_TRUE(design.snapshot->RollbackTransaction());
     ASSERT_EQ(design.Read(Everything()), "");
     EXPECT_EQ(design.Read(Everything()), "The snapshot holds a design already");
-    EXPECT_EQ(design.Written(), Everything());
+    EXPECT_EQ(design.Json(), Everything());
     EXPECT_TRUE(ReadDesignJson(Everything(), {}, none));
     std::string text = "untouched";
     EXPECT_FALSE(WriteDesignJson({}, none, text));
@@ -327,11 +273,10 @@ TEST(DesignJson, EntersOnlyAnEmptySnapshotOfAClientWithoutATransaction) {
 TEST(DesignJson, PassesOverAttributesAtPlacesThatCannotBeReached) {
     Design design;
     ASSERT_EQ(design.Read(Everything()), "");
-    DesignDb::Inspector inspector, closed;
+    DesignDb::Inspector& inspector = design.inspector;
     ListT<DesignDb::OccurrenceInfo> places;
     const Index comp = Id(EObjectType::Comp, 1);
-    EXPECT_EQ(closed.GetOccurrences(comp, places).GetErrorCode(), 110);
-    ASSERT_TRUE(DesignDb::Inspector::Open(inspector, design.snapshot));
+    EXPECT_EQ(DesignDb::Inspector().GetOccurrences(comp, places).GetErrorCode(), 110);
     ASSERT_TRUE(inspector.GetOccurrences(comp, places));
     ASSERT_EQ(places.Count(), 1U);
     EXPECT_EQ(places[0].comps, (ListT<Index>{Id(EObjectType::Comp, 12)}));
@@ -339,16 +284,13 @@ TEST(DesignJson, PassesOverAttributesAtPlacesThatCannotBeReached) {
     EXPECT_EQ(places.Count(), 1U);
 
     // The way down goes, then comes back, then leads to a block that contains itself.
-    struct Case {
-        Index child;
-        unsigned places;
-    };
-    for (const Case& c : {Case{Index(), 0}, {Id(EObjectType::Block, 6), 1}, {Id(EObjectType::Block, 7), 0}}) {
-        ASSERT_TRUE(design.editor.SetChildBlock(Id(EObjectType::Comp, 12), c.child));
+    for (const auto& [child, count] :
+         {std::pair(Index(), 0U), {Id(EObjectType::Block, 6), 1U}, {Id(EObjectType::Block, 7), 0U}}) {
+        ASSERT_TRUE(design.editor.SetChildBlock(Id(EObjectType::Comp, 12), child));
         ASSERT_TRUE(inspector.GetOccurrences(comp, places));
-        EXPECT_EQ(places.Count(), c.places);
+        EXPECT_EQ(places.Count(), count);
         Design again;
-        EXPECT_EQ(again.Read(design.Written()), "");
+        EXPECT_EQ(again.Read(design.Json()), "");
     }
 }
 
@@ -366,10 +308,9 @@ TEST(DesignJson, SurvivesDamageWithAFaultOrADesign) {
         text.replace(at, random() % 8, pieces[random() % std::size(pieces)]);
         Design damaged;
         if (damaged.Read(text).empty()) {
-            const std::string written = damaged.Written();
             Design again;
-            EXPECT_EQ(again.Read(written), "");
-            EXPECT_EQ(again.Written(), written);
+            EXPECT_EQ(again.Read(damaged.Json()), "");
+            EXPECT_EQ(again.Json(), damaged.Json());
         } else {
             EXPECT_TRUE(damaged.IsEmpty());
         }
