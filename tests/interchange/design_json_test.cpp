@@ -98,21 +98,11 @@ TEST(DesignJson, BringsEveryKindOfObjectIntoTheDatabase) {
     int seconds = 0;
     CompDataQuill body;
     AttrDataQuill drawn;
-    IteratorT<const INetQuill> pieces;
-    NetDataQuill piece;
-    IteratorT<const ILineQuill> lines;
-    LineDataQuill line;
     ASSERT_TRUE(IBlockViewQuill::Init(view, *top, *sheet) && view->GetModificationTime(seconds));
     EXPECT_EQ(seconds, -5);
     EXPECT_TRUE(view->GetCompData(*comp, body));
     EXPECT_EQ(body, (CompDataQuill{1, {-1, 0}, EOrientation::Degrees180, true}));
     EXPECT_TRUE(view->GetGroupAttr(*cluster, "N", "", drawn) && drawn.showName && drawn.attributeId == 2);
-    ASSERT_TRUE(view->GetIterNetsQuill(*net, pieces) && pieces->GetData(piece));
-    EXPECT_EQ(piece.segments.joints[0], (ListSegmentsQuillJoint{1, {10, 20}, Id(EObjectType::Pin, 2)}));
-    ASSERT_TRUE(view->GetIterLines(lines) && lines->GetData(line));
-    EXPECT_EQ(line.points[0].x, INT64_MIN);
-    EXPECT_EQ(line.points[0].y, INT64_MAX);
-    EXPECT_EQ(line.objectId, 0xFFFFFFFFU);
 }
 
 TEST(DesignJson, KeepsOrdersThatNoListOfTheDatabaseShows) {

@@ -7,10 +7,10 @@
 
 #include <gmock/gmock.h>
 
-#include "interchange/design_json.h"
 #include "interchange/project_data.h"
 #include "labels/bus_contents_utils.h"
 #include "tests/interchange/imported_design.h"
+#include "tests/support/damage.h"
 
 namespace {
 
@@ -201,17 +201,6 @@ TEST_F(KicadImport, InstancesOfOtherProjectsAndPathsWithoutTheRootAreTold) {
     }
 }
 
-TEST_F(KicadImport, MissingChildrenMayBeAllowed) {
-    KicadOptions options;
-    options.allowMissing = true;
-    ImportedDesign design;
-    ASSERT_EQ(design.Import(Put("root.kicad_sch", Schematic(Sheet("A", "none.kicad_sch", "u"))), options), "");
-    EXPECT_THAT(PagesOf(design), ElementsAre("1"));
-    ASSERT_EQ(design.warnings.size(), 1U);
-    EXPECT_EQ(Short(design.warnings[0].Message()),
-              "root.kicad_sch:5:26: sheet \"A\": none.kicad_sch: cannot be read: No such file or directory");
-}
-
 TEST_F(KicadImport, FlatSheetsAreMergedInTheOrderOfTheirNumbers) {
     const auto label = [](const char* text) {
         return std::string(" (label \"") + text + "\" (at 1 1 0))\n (wire (pts (xy 1 1) (xy 2 1)))";
@@ -387,19 +376,22 @@ TEST_F(KicadImport, WarnsOfWhatItCannotTakeOver) {
          "root.kicad_sch:3:1: the file has no copy of the symbol a:b, so it has no pins"},
         {"a label that cannot be written", Schematic("(bus_alias \"A\" (members \"{A}\"))(label \"{A}\" (at 1 1 0))"),
          "root.kicad_sch:3:32: the label \"{A}\" has an alias that contains itself; it stays as it is"},
+        {"a missing child, where that is allowed", Schematic(Sheet("A", "none.kicad_sch", "u")),
+         "root.kicad_sch:5:26: sheet \"A\": none.kicad_sch: cannot be read: No such file or directory"},
+        {"a project that cannot be read", Schematic(""),
+         "root.kicad_pro: this is no JSON; its bus aliases are left out"},
     };
+    KicadOptions options;
+    options.allowMissing = true;
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
         ImportedDesign design;
-        ASSERT_EQ(design.Import(Put("root.kicad_sch", c.text)), "");
+        if (c.want.starts_with("root.kicad_pro")) Put("root.kicad_pro", "{\"schematic\":");
+        ASSERT_EQ(design.Import(Put("root.kicad_sch", c.text), options), "");
+        EXPECT_THAT(PagesOf(design), ElementsAre("1"));
         ASSERT_EQ(design.warnings.size(), 1U);
         EXPECT_EQ(Short(design.warnings[0].Message()), c.want);
     }
-    Put("root.kicad_pro", "{\"schematic\":");
-    ImportedDesign design;
-    ASSERT_EQ(design.Import(Put("root.kicad_sch", Schematic(""))), "");
-    ASSERT_EQ(design.warnings.size(), 1U);
-    EXPECT_EQ(Short(design.warnings[0].Message()), "root.kicad_pro: this is no JSON; its bus aliases are left out");
 }
 
 TEST_F(KicadImport, WritesWhatTheFilesSay) {
@@ -416,15 +408,10 @@ TEST_F(KicadImport, WritesWhatTheFilesSay) {
     ImportedDesign design;
     ASSERT_EQ(design.Import(Put("root.kicad_sch", Schematic(Library + symbol + labels))), "");
     EXPECT_TRUE(design.warnings.empty());
-    std::string text;
-    ASSERT_TRUE(WriteDesignJson(design.snapshot, design.name, text));
-    std::ifstream expected(QUILL_TEST_DATA "/kicad_import.json", std::ios::binary);
-    EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(expected), {}));
+    EXPECT_EQ(design.Json(), Tests::FileText(QUILL_TEST_DATA "/kicad_import.json"));
     ImportedDesign again;
     ASSERT_EQ(again.Import(m_folder / "root.kicad_sch"), "");
-    std::string same;
-    ASSERT_TRUE(WriteDesignJson(again.snapshot, again.name, same));
-    EXPECT_EQ(same, text);
+    EXPECT_EQ(again.Json(), design.Json());
 
     EXPECT_EQ(BusContents::Utils::getNetLimiter(), -1);
     {
@@ -435,36 +422,6 @@ TEST_F(KicadImport, WritesWhatTheFilesSay) {
     EXPECT_EQ(BusContents::Utils::resolve_bus_contents("pair"), "pair");
 }
 
-// Bytes, words and brackets changed, taken out, doubled and cut off, from a seed that says which.
-std::string Mutated(std::string text, std::mt19937& random) {
-    const auto below = [&random](std::size_t bound) { return random() % std::max<std::size_t>(bound, 1); };
-    static const std::string s_pieces[] = {
-        "(",    ")", "\"", "1e9", "-1e-9", "(at 1 1)",   "(mirror x)", "\\",     "|",           "\0",
-        "\xFF", "#", "[",  "..",  "{",     "9999999999", "(unit 0)",   "(sheet", "(path \"/\")"};
-    for (std::size_t edits = 1 + below(4); edits > 0; --edits) {
-        const std::size_t at = below(text.size());
-        const std::size_t length = below(below(8) == 0 ? 400 : 12);
-        switch (below(5)) {
-            case 0:
-                text.resize(at);
-                break;
-            case 1:
-                text.erase(at, length);
-                break;
-            case 2:
-                text.insert(at, text.substr(below(text.size()), length));
-                break;
-            case 3:
-                text.insert(at, s_pieces[below(std::size(s_pieces))]);
-                break;
-            default:
-                if (at < text.size()) text[at] = static_cast<char>(random());
-                break;
-        }
-    }
-    return text;
-}
-
 TEST_F(KicadImport, DamagedFilesGiveAFaultOrADesignThatCanBeWrittenAndReadAgain) {
     const std::string child = Schematic(std::string(Library) +
                                         " (hierarchical_label \"B[0..3]\" (shape input) (at 1 1 0))"
@@ -473,23 +430,26 @@ TEST_F(KicadImport, DamagedFilesGiveAFaultOrADesignThatCanBeWrittenAndReadAgain)
                                         "(reference \"R2\") (unit 1)))))");
     const std::string root = Schematic(
         std::string(Library) + " (bus_alias \"AL\" (members \"X\" \"Y[0..1]\"))" +
-        " (symbol (lib_id \"power:VCC\") (at 9 9 0) (mirror y) (unit 1) (property \"Reference\" \"#P\") (property "
-        "\"Value\" "
-        "\"VCC\"))" +
+        " (symbol (lib_id \"power:VCC\") (at 9 9 0) (mirror y) (unit 1) (property \"Reference\" \"#P\")"
+        " (property \"Value\" \"VCC\"))" +
         Sheet("A", "a.kicad_sch", "u", "(pin \"B[0..3]\" input (at 10 15 180))" + Page("root", "/root", "2")) +
         " (bus (pts (xy 10 15) (xy 5 15))) (label \"P{AL}\" (at 5 15 0)) (bus_entry (at 7 15) (size 1 1))"
         " (wire (pts (xy 8 16) (xy 8 20))) (junction (at 8 18)) (label \"~{P.X}\" (at 8 19 0)) (no_connect (at 3 3))"
         " (text_box \"t\" (at 1 1 0) (size 3 3)) (circle (center 1 1) (radius 2)) (arc (start 1 1) (mid 2 2) (end 3 1))"
         " (sheet_instances (path \"/\" (page \"1\"))) (symbol_instances (path \"/u/s\" (reference \"R3\") (unit 1)))");
     Put("a.kicad_sch", child);
+    const std::vector<std::string> pieces{
+        "(",    ")", "\"", "1e9", "-1e-9", "(at 1 1)",   "(mirror x)", "\\",     "|",           std::string(1, '\0'),
+        "\xFF", "#", "[",  "..",  "{",     "9999999999", "(unit 0)",   "(sheet", "(path \"/\")"};
     unsigned designs = 0;
     for (unsigned seed = 0; seed < 2000; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
         const bool damagesRoot = seed < 1400;
         if (seed == 1400) Put("root.kicad_sch", root);
-        const auto path = damagesRoot ? Put("root.kicad_sch", Mutated(root, random)) : m_folder / "root.kicad_sch";
-        if (!damagesRoot) Put("a.kicad_sch", Mutated(child, random));
+        const auto path =
+            damagesRoot ? Put("root.kicad_sch", Tests::Damaged(root, random, pieces)) : m_folder / "root.kicad_sch";
+        if (!damagesRoot) Put("a.kicad_sch", Tests::Damaged(child, random, pieces));
         KicadOptions options;
         options.allowMissing = seed % 2 == 0;
         options.mergeFlatSheets = seed % 5 == 0;
@@ -503,11 +463,7 @@ TEST_F(KicadImport, DamagedFilesGiveAFaultOrADesignThatCanBeWrittenAndReadAgain)
             continue;
         }
         ++designs;
-        std::string text;
-        ASSERT_TRUE(WriteDesignJson(design.snapshot, design.name, text));
-        ImportedDesign read;
-        const auto refused = ReadDesignJson(text, read.snapshot, read.name);
-        EXPECT_FALSE(refused) << refused->Message();
+        EXPECT_EQ(Tests::MemoryDesign().Read(design.Json()), "");
     }
     EXPECT_GT(designs, 200U);
 }
