@@ -49,4 +49,27 @@ std::string LabelOf(const Object& object) {
     return std::string(label.View());
 }
 
+inline constexpr const char* PageNumber = "$$NotCommonProperty_@PRINTORDER";
+
+// A page of the walk, with the labels of the components that lead to it.
+struct OpenPage {
+    OpenPage(const ImportedDesign& design, const PageID& page) {
+        Orin::ListT<Orin::Index> steps;
+        EXPECT_TRUE(design.objects.GetPath(path, page.path) && path->GetBlock(block) &&
+                    block->GetGroup(group, page.group) && path->GetListHierarchyIndexes(steps) &&
+                    group->GetListObjects(members));
+        for (const Orin::Index& step : steps) {
+            Orin::ContainerT<const Orin::IComp> comp;
+            EXPECT_TRUE(design.objects.GetComp(comp, step));
+            names.push_back(LabelOf(*comp));
+        }
+    }
+
+    Orin::ContainerT<const Orin::IPath> path;
+    Orin::ContainerT<const Orin::IBlock> block;
+    Orin::ContainerT<const Orin::IGroup> group;
+    Orin::ListT<Orin::Index> members;
+    std::vector<std::string> names;
+};
+
 }  // namespace Quill::Interchange::Testing
