@@ -5,13 +5,13 @@ namespace {
 
 using Tests::Outcome;
 
-class Export : public Tests::ProgramTest {};
+using Export = Tests::ProgramTest;
 
 TEST_F(Export, IsIdenticalThroughEveryForm) {
-    EXPECT_EQ(Run("export '" QUILL_EXAMPLES "/vibration-recorder.json' -o recorder.qdb"), (Outcome{0, "", ""}));
-    EXPECT_EQ(Run("export recorder.qdb -o recorder.json"), (Outcome{0, "", ""}));
-    EXPECT_EQ(Run("export recorder.qdb -o again.qdb"), (Outcome{0, "", ""}));
-    EXPECT_EQ(Run("export again.qdb -o again.json"), (Outcome{0, "", ""}));
+    Check({{"export '" QUILL_EXAMPLES "/vibration-recorder.json' -o recorder.qdb", 0, ""},
+           {"export recorder.qdb -o recorder.json", 0, ""},
+           {"export recorder.qdb -o again.qdb", 0, ""},
+           {"export again.qdb -o again.json", 0, ""}});
     const std::string text = Read("recorder.json");
     EXPECT_NE(text, "");
     EXPECT_EQ(Run("info '" QUILL_EXAMPLES "/vibration-recorder.json'"), Run("info recorder.qdb"));

@@ -4,8 +4,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <iterator>
+#include <regex>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -16,7 +19,7 @@ namespace Tests {
 struct Outcome {
     int code = -1;
     std::string out;
-    std::string error;
+    std::string error = "";
 
     bool operator==(const Outcome&) const = default;
     friend void PrintTo(const Outcome& o, std::ostream* to) {
@@ -41,6 +44,26 @@ protected:
         const int status =
             std::system(("( " + command + " ) > '" + Path("out") + "' 2> '" + Path("error") + "'").c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Read("out"), Read("error")};
+    }
+
+    struct Case {
+        const char* arguments;
+        int code;
+        std::string out;  // of "--json": on one line
+        std::string error = "";
+    };
+    void Check(std::initializer_list<Case> cases) const {
+        for (const Case& c : cases) {
+            Outcome outcome = Run(c.arguments);
+            if (std::string_view(c.arguments).find("--json") != std::string_view::npos)
+                outcome.out = OneLine(outcome.out);
+            EXPECT_EQ(outcome, (Outcome{c.code, c.out, c.error})) << c.arguments;
+        }
+    }
+    // JSON whose lines are joined.
+    static std::string OneLine(const std::string& json) {
+        const std::string members = std::regex_replace(json, std::regex(",\n *"), ", ");
+        return std::regex_replace(members, std::regex("\n *"), "");
     }
 
     std::string Path(const char* name) const { return (m_folder / name).string(); }

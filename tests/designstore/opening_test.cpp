@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 
 #include "tests/designstore/stored_design.h"
+#include "tests/support/damage.h"
 
 namespace {
 
@@ -133,32 +134,7 @@ TEST_F(Opening, SurvivesFilesOfAnyContent) {
     for (unsigned seed = 0; seed < 2000; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
-        std::string text = good;
-        // Pages hold more air than rows.
-        const auto anywhere = [&] {
-            std::size_t at = random() % text.size();
-            for (int tries = 0; text[at] == 0 && tries < 200; ++tries)
-                at = random() % text.size();
-            return at;
-        };
-        for (unsigned change = 1 + random() % 4; change != 0; --change) {
-            const std::size_t at = anywhere();
-            const std::size_t size = std::min<std::size_t>(1 + random() % 40, text.size() - at);
-            switch (random() % 4) {
-                case 0:
-                    text[at] = static_cast<char>(random());
-                    break;
-                case 1:
-                    text[at] = static_cast<char>(text[at] ^ 1 << random() % 8);
-                    break;
-                case 2:
-                    text.replace(at, size, good, anywhere(), size);
-                    break;
-                default:
-                    text.replace(at, size, size, random() % 2 == 0 ? '\0' : '\xFF');
-                    break;
-            }
-        }
+        const std::string text = Tests::Damaged(good, random, {""}, true);
         Write(text);
         {
             Design design(path, EFileAccess::Read);
@@ -167,10 +143,7 @@ TEST_F(Opening, SurvivesFilesOfAnyContent) {
             const int code = design.opened.GetErrorCode();
             ASSERT_TRUE(design.opened || code == static_cast<int>(EErrorCode::StoreFailed) ||
                         code == static_cast<int>(EErrorCode::OutOfMemory));
-            if (design.opened) {
-                Design copy;
-                copy.Read(design.Json());
-            }
+            if (design.opened) Design().Read(design.Json());
         }
         ASSERT_TRUE(FileText(path) == text);
         for (const char* suffix : {"-wal", "-shm", "-journal"})

@@ -101,27 +101,17 @@ TEST_F(DesignFile, HoldsTheSavePoints) {
             auto snapshot = std::make_unique<ContainerT<const ISnapshot>>();
             Editor editor;
             const bool isThere = design->client->GetSnapshotByName(*snapshot, name) && Editor::Open(editor, *snapshot);
-            switch (random() % 8) {
-                case 0:
-                case 1:
-                    static_cast<void>(design->editor.MakeSavePoint(name));
-                    break;
-                case 2:
-                    static_cast<void>(design->editor.RestoreSavePoint(name));
-                    break;
-                case 3:
-                    static_cast<void>(design->database.RemoveSnapshot(name));
-                    break;
-                case 4:
-                    if (isThere) static_cast<void>(editor.SetAttribute({}, "SVPT_COMMENT", name));
-                    break;
-                case 5:
-                    if (isThere) static_cast<void>(editor.MakeSavePoint("copy"));
-                    break;
-                default:
-                    edits->Edit(30);
-                    break;
-            }
+            const std::function<void()> steps[] = {
+                [&] { return design->editor.MakeSavePoint(name); },
+                [&] { return design->editor.MakeSavePoint(name); },
+                [&] { return design->editor.RestoreSavePoint(name); },
+                [&] { return design->database.RemoveSnapshot(name); },
+                [&] { return isThere ? editor.SetAttribute({}, "SVPT_COMMENT", name) : Result(); },
+                [&] { return isThere ? editor.MakeSavePoint("copy") : Result(); },
+                [&] { edits->Edit(30); },
+                [&] { edits->Edit(30); },
+            };
+            steps[random() % std::size(steps)]();
             if (step % 8 != 7) continue;
             ASSERT_EQ(AllStates(Design(path, EFileAccess::Read)), AllStates(*design));
             // Half of the time what goes on is what was read, not what was written.

@@ -1,51 +1,21 @@
 // A design that a test imported, and short ways to ask it.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
-
-#include "designdb/database.h"
-#include "designdb/inspector.h"
 #include "interchange/kicad_import.h"
 #include "pages/page_traverser.h"
+#include "tests/support/memory_design.h"
 
 namespace Quill::Interchange::Testing {
 
-// The folder of real designs; a test that finds none there skips itself.
-inline std::filesystem::path DesignsFolder() {
-    const char* const chosen = std::getenv("QUILL_DESIGNS");
-    return chosen != nullptr ? chosen : QUILL_DESIGNS_FOLDER;
-}
-
-struct ImportedDesign {
-    ImportedDesign() {
-        static int s_designs = 0;
-        const std::string project = "import " + std::to_string(++s_designs);
-        EXPECT_TRUE(Orin::DesignDb::Database::Create(database, project.c_str()));
-        client = database.Connect("client");
-        EXPECT_TRUE(client->GetSnapshotByName(snapshot, Orin::DesignDb::WorkingSnapshot));
-        EXPECT_TRUE(snapshot->GetUIDManager(objects));
-        EXPECT_TRUE(Orin::DesignDb::Inspector::Open(inspector, snapshot));
-    }
-
+struct ImportedDesign : Tests::MemoryDesign {
     // The fault; "" when there is none.
     std::string Import(const std::filesystem::path& root, const KicadOptions& options = {}) {
         const auto fault = ImportKicad(root, options, snapshot, name, warnings);
         return fault ? fault->Message() : "";
-    }
-
-    bool IsEmpty() const {
-        Orin::IteratorT<const Orin::IBlock> blocks;
-        Orin::ListAttribute attributes;
-        bool active = true;
-        EXPECT_TRUE(snapshot->GetIterBlocks(blocks) && snapshot->GetAttributes(attributes) &&
-                    snapshot->IsTransactionActive(active));
-        return !blocks && attributes.IsEmpty() && !active;
     }
 
     std::vector<PageID> Pages(EAlgorithm algorithm) const {
@@ -58,12 +28,6 @@ struct ImportedDesign {
         return pages;
     }
 
-    Orin::DesignDb::Database database;
-    std::unique_ptr<Orin::OrinPI> client;
-    Orin::ContainerT<const Orin::ISnapshot> snapshot;
-    Orin::IUIDManager objects;
-    Orin::DesignDb::Inspector inspector;
-    Orin::String name = "untouched";
     std::vector<KicadMessage> warnings;
 };
 
@@ -84,5 +48,28 @@ std::string LabelOf(const Object& object) {
     EXPECT_TRUE(object.GetLabel(label));
     return std::string(label.View());
 }
+
+inline constexpr const char* PageNumber = "$$NotCommonProperty_@PRINTORDER";
+
+// A page of the walk, with the labels of the components that lead to it.
+struct OpenPage {
+    OpenPage(const ImportedDesign& design, const PageID& page) {
+        Orin::ListT<Orin::Index> steps;
+        EXPECT_TRUE(design.objects.GetPath(path, page.path) && path->GetBlock(block) &&
+                    block->GetGroup(group, page.group) && path->GetListHierarchyIndexes(steps) &&
+                    group->GetListObjects(members));
+        for (const Orin::Index& step : steps) {
+            Orin::ContainerT<const Orin::IComp> comp;
+            EXPECT_TRUE(design.objects.GetComp(comp, step));
+            names.push_back(LabelOf(*comp));
+        }
+    }
+
+    Orin::ContainerT<const Orin::IPath> path;
+    Orin::ContainerT<const Orin::IBlock> block;
+    Orin::ContainerT<const Orin::IGroup> group;
+    Orin::ListT<Orin::Index> members;
+    std::vector<std::string> names;
+};
 
 }  // namespace Quill::Interchange::Testing

@@ -1,5 +1,6 @@
 // Real designs, compared with what an independent reader found in them.
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <set>
@@ -63,37 +64,20 @@ public:
 
 private:
     void ReadPage(const PageID& page) {
-        EXPECT_TRUE(m_design.objects.GetPath(m_path, page.path));
-        ContainerT<const IBlock> block;
-        EXPECT_TRUE(m_path->GetBlock(block));
-        ContainerT<const IGroup> group;
-        EXPECT_TRUE(block->GetGroup(group, page.group));
-        auto& [names, number] = m_found.pages.emplace_back();
-        ListT<Index> steps;
-        EXPECT_TRUE(m_path->GetListHierarchyIndexes(steps));
-        for (const Index& step : steps) {
-            ContainerT<const IComp> comp;
-            EXPECT_TRUE(m_design.objects.GetComp(comp, step));
-            names.push_back(LabelOf(*comp));
-        }
+        const OpenPage open(m_design, page);
+        m_path = open.path;
+        m_found.pages.emplace_back(open.names, "");
         m_found.counts.emplace_back();
         m_found.references.emplace_back();
-        ListT<Index> members;
-        EXPECT_TRUE(group->GetListObjects(members));
-        for (const Index& member : members) {
-            switch (member.GetType()) {
-                case EObjectType::Comp:
-                    ReadComp(member);
-                    break;
-                case EObjectType::Net:
-                    ReadNet(member, page.group);
-                    break;
-                default:
-                    ReadBus(member, page.group);
-                    break;
-            }
+        for (const Index& member : open.members) {
+            if (member.GetType() == EObjectType::Comp)
+                ReadComp(member);
+            else if (member.GetType() == EObjectType::Net)
+                ReadNet(member, page.group);
+            else
+                ReadBus(member, page.group);
         }
-        ReadView(*block, *group);
+        ReadView(*open.block, *open.group);
     }
 
     std::size_t& Count(const char* kind) { return m_found.counts.back()[kind]; }
@@ -105,7 +89,7 @@ private:
         CompTypes types;
         EXPECT_TRUE(comp->GetType(types));
         if (types.Contains(ECompType::Titled)) {
-            m_found.pages.back().second = AttributeOf(*comp, "$$NotCommonProperty_@PRINTORDER", EAttributeType::User);
+            m_found.pages.back().second = AttributeOf(*comp, PageNumber, EAttributeType::User);
             return;
         }
         if (types.Contains(ECompType::Hierarchical)) {
@@ -286,7 +270,8 @@ void Compare(const json& oracle, const ImportedDesign& design) {
 }
 
 TEST(KicadImportOfRealDesigns, FindsWhatAnIndependentReaderFound) {
-    const std::filesystem::path folder = DesignsFolder();
+    const char* const chosen = std::getenv("QUILL_DESIGNS");
+    const std::filesystem::path folder = chosen != nullptr ? chosen : QUILL_DESIGNS_FOLDER;
     if (!std::filesystem::is_directory(folder)) GTEST_SKIP() << "no designs in " << folder << "; set QUILL_DESIGNS";
     int designs = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
