@@ -236,8 +236,8 @@ TEST_F(Hierarchy, OccurrencesHaveAttributesOfTheirOwnAndFallBackToTheDefinition)
     ASSERT_TRUE(editor.SetAttribute(c, "ref", "U?"));
     MutableContainerT<IComp> writable;
     ASSERT_TRUE(LockerT<IComp>::ShallowLock(one, writable));
-    ASSERT_TRUE(writable->SetAttribute("ref", "U1", EAttributeType::User));
-    ASSERT_TRUE(writable->SetAttribute("own", "x", EAttributeType::User));
+    ASSERT_TRUE(writable->SetAttribute("ref", "U1", EAttributeType::User) &&
+                writable->SetAttribute("own", "x", EAttributeType::User));
     EXPECT_EQ(Value(*one, "ref"), "U1");
     EXPECT_EQ(Value(*two, "ref"), "U?");
     EXPECT_EQ(Value(*client.Comp(c), "own"), "?");

@@ -109,23 +109,18 @@ TEST_F(Observers, ThatRemoveEachOtherFromTheirCallbacksDoNotWaitForEver) {
 
 TEST_F(Observers, OfClientsAreToldByTools) {
     Caller first, second, third;
-    ASSERT_TRUE(client.connection->AddClientObserver(&first));
-    ASSERT_TRUE(other.connection->AddClientObserver(&second));
-    ASSERT_TRUE(other.connection->AddClientObserver(&third));
+    ASSERT_TRUE(client.connection->AddClientObserver(&first) && other.connection->AddClientObserver(&second) &&
+                other.connection->AddClientObserver(&third));
     const auto raise = [](ClientObserver& observer) { observer.OnErrorUnexpected("project", "error"); };
     EXPECT_TRUE(client.editor.Notify(raise));
-    EXPECT_EQ(first.calls, 1U);
-    EXPECT_EQ(second.calls, 0U);
+    EXPECT_TRUE(first.calls == 1 && second.calls == 0) << "only the observers of the editor's client";
     // One that takes itself and the next one out, and throws.
     second.then = [&] {
-        EXPECT_TRUE(other.connection->RemoveClientObserver(&second));
-        EXPECT_TRUE(other.connection->RemoveClientObserver(&third));
+        EXPECT_TRUE(other.connection->RemoveClientObserver(&second) && other.connection->RemoveClientObserver(&third));
         throw std::runtime_error("sorry");
     };
     EXPECT_TRUE(database.Notify(raise));
-    EXPECT_EQ(first.calls, 2U);
-    EXPECT_EQ(second.calls, 1U);
-    EXPECT_EQ(third.calls, 0U);
+    EXPECT_TRUE(first.calls == 2 && second.calls == 1 && third.calls == 0);
     // Whoever hears of a restore may edit what was restored.
     ASSERT_TRUE(client.editor.MakeSavePoint("saved"));
     first.then = [&] { EXPECT_TRUE(client.editor.SetLabel(comp, "after")); };

@@ -139,9 +139,7 @@ TEST_F(SavePoints, AreReadAndCommentedButNotEdited) {
     EXPECT_TRUE(saved.snapshot->GetAttribute("comment", value));
     ASSERT_TRUE(editor.RestoreSavePoint("saved"));
     EXPECT_EQ(client.snapshot->GetAttribute("comment", value).GetErrorCode(), 202);
-    ASSERT_TRUE(saved.editor.MakeSavePoint("copy"));
-    ASSERT_TRUE(editor.DeleteBlock(block));
-    ASSERT_TRUE(editor.RestoreSavePoint("copy"));
+    ASSERT_TRUE(saved.editor.MakeSavePoint("copy") && editor.DeleteBlock(block) && editor.RestoreSavePoint("copy"));
     EXPECT_EQ(Facts(client), before);
 
     ASSERT_TRUE(database.RemoveSnapshot("saved"));

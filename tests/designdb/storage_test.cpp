@@ -6,8 +6,8 @@
 #include "designdb/detail/chunked_sequence.h"
 #include "designdb/detail/table.h"
 #include "designdb/testing/fault_injector.h"
-#include "tests/designdb/allocation_failure.h"
 #include "tests/designdb/engine_design.h"
+#include "tests/support/allocation_counter.h"
 
 namespace Tests {
 

@@ -10,7 +10,7 @@
 
 #include "designdb/testing/fault_injector.h"
 #include "sheet_design.h"
-#include "tests/designdb/allocation_failure.h"
+#include "tests/support/allocation_counter.h"
 
 namespace Quill::Testing {
 namespace {

@@ -7,6 +7,9 @@
 namespace {
 
 thread_local unsigned allocations = 0;
+thread_local bool armed = false;
+thread_local bool failed = false;
+thread_local unsigned left = 0;
 
 }  // namespace
 
@@ -14,8 +17,24 @@ unsigned Tests::Allocations() noexcept {
     return allocations;
 }
 
+void Tests::FailAllocation(unsigned passed) noexcept {
+    left = passed;
+    failed = false;
+    armed = true;
+}
+
+bool Tests::AllocationFailed() noexcept {
+    armed = false;
+    return failed;
+}
+
 void* operator new(std::size_t size) {
     ++allocations;
+    if (armed && left-- == 0) {
+        armed = false;
+        failed = true;
+        throw std::bad_alloc();
+    }
     if (void* const memory = std::malloc(size != 0 ? size : 1)) return memory;
     throw std::bad_alloc();
 }
