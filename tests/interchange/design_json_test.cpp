@@ -14,8 +14,6 @@ using Quill::Interchange::WriteDesignJson;
 using testing::HasSubstr;
 using Design = Tests::MemoryDesign;
 
-constexpr EObjectType Odd = static_cast<EObjectType>(200);
-
 Index Id(EObjectType type, std::uint32_t low) {
     return Index(type, 0, low);
 }
@@ -39,6 +37,7 @@ TEST(DesignJson, GivesBackByteByByteWhatItReadAndWhatTheExampleHolds) {
     }
 }
 
+// What reader and writer could have wrong alike; the rest stands in the design that is compared after an import.
 TEST(DesignJson, BringsEveryKindOfObjectIntoTheDatabase) {
     Design design;
     ASSERT_EQ(design.Read(Everything()), "");
@@ -55,27 +54,16 @@ TEST(DesignJson, BringsEveryKindOfObjectIntoTheDatabase) {
     EXPECT_EQ(types.Bits(), 0x80000102U);
 
     ContainerT<const IGroup> sheet, cluster;
-    ListT<Index> members;
-    Index owner;
-    ASSERT_TRUE(design.objects.GetGroup(sheet, Id(EObjectType::Group, 4)) && sheet->GetListObjects(members));
-    EXPECT_EQ(members, (ListT<Index>{Id(EObjectType::Net, 8), Id(EObjectType::Comp, 12), Id(EObjectType::Bus, 3),
-                                     Id(EObjectType::Comp, 5), Id(EObjectType::Group, 2)}));
-    ASSERT_TRUE(design.objects.GetGroup(cluster, Id(EObjectType::Group, 2)) && cluster->GetOwner(owner));
-    EXPECT_EQ(owner, Id(EObjectType::Group, 4));
+    Index index;
+    ASSERT_TRUE(design.objects.GetGroup(sheet, Id(EObjectType::Group, 4)) &&
+                design.objects.GetGroup(cluster, Id(EObjectType::Group, 2)));
+    EXPECT_TRUE(cluster->GetOwner(index) && index == Id(EObjectType::Group, 4));
 
-    ContainerT<const IComp> comp, definition;
+    ContainerT<const IComp> comp;
     ContainerT<const IBlock> child;
-    ListT<GroupInfo> groups;
-    Index index, instance;
-    ASSERT_TRUE(design.objects.GetComp(comp, Id(EObjectType::Comp, 12)) && comp->GetDefinition(definition) &&
-                comp->GetChildBlock(child) && comp->GetInstanceIndex(instance) && comp->GetListGroups(groups, {}));
-    EXPECT_TRUE(definition->GetIndex(index) && index == Index(Odd, 1, 5));
+    ASSERT_TRUE(design.objects.GetComp(comp, Id(EObjectType::Comp, 12)) && comp->GetChildBlock(child));
     EXPECT_TRUE(child->GetIndex(index) && index == Id(EObjectType::Block, 6));
-    EXPECT_EQ(instance, Index(3));
-    ASSERT_EQ(groups.Count(), 3U);
-    EXPECT_EQ(groups[0].index, Index(EObjectType::Group, 3, 9));
-    EXPECT_EQ(groups[2].index, Id(EObjectType::Group, 4));
-    EXPECT_TRUE(design.editor.GetRippedBus(Id(EObjectType::Comp, 5), index) && index == Id(EObjectType::Bus, 3));
+    EXPECT_TRUE(comp->GetInstanceIndex(index) && index == Index(3));
 
     ContainerT<const IConfig> config;
     ContainerT<const IPath> root, below;
@@ -88,11 +76,6 @@ TEST(DesignJson, BringsEveryKindOfObjectIntoTheDatabase) {
     ASSERT_TRUE(root->GetChildPath(below, Id(EObjectType::Comp, 12)) &&
                 below->GetCompInPath(here, Id(EObjectType::Comp, 1)));
     EXPECT_TRUE(here->GetAttribute("REFDES", text, EAttributeType::User) && text == "R7");
-
-    ContainerT<const INet> net;
-    IteratorT<const IPin> pins;
-    ASSERT_TRUE(design.objects.GetNet(net, Id(EObjectType::Net, 8)) && net->GetIterPinsConnected(pins));
-    EXPECT_TRUE(pins->GetIndex(index) && index == Id(EObjectType::Pin, 1));
 
     ContainerT<const IBlockViewQuill> view;
     int seconds = 0;
@@ -146,6 +129,7 @@ TEST(DesignJson, RefusesWhatIsNoDesignNamesThePlaceAndEntersNothing) {
         {"a later version", "\"version\": 1", "\"version\": 2", "/version", "version"},
         {"no version", "\"version\": 1,", "", "", "lacks \"version\""},
         {"unknown member", "\"library\"", "\"a/b~\"", "/blocks/2/a~1b~0", "belongs"},
+        {"unknown member deep down", "\"mirrored\"", "\"mirror\"", "/blocks/0/comps/0/drawn/0/body/mirror", "belongs"},
         {"member twice", "\"name\": \"lib\"", "\"index\": \"block:9\"", "/blocks/2/index", "twice"},
         {"no index", "{\"index\": \"net:9\"}", "{}", "/blocks/0/nets/1", "lacks \"index\""},
         {"index of another form", "\"bus:3\", \"label\"", "\"bus:3x\", \"label\"", "/blocks/0/buses/0/index", "index"},
@@ -189,6 +173,9 @@ TEST(DesignJson, RefusesWhatIsNoDesignNamesThePlaceAndEntersNothing) {
          "/blocks/2/comps/0/drawn/0/on", "does not go together"},
         {"missing definition", "\"definition\": \"200:1:5\"", "\"definition\": \"comp:99\"",
          "/blocks/0/comps/0/definition", "comp:99 names no object"},
+        {"missing bus", "\"bus\": \"bus:3\"", "\"bus\": \"bus:4\"", "/blocks/0/comps/1/bus", "names no"},
+        {"missing root", "\"name\": \"other\", \"root\": \"block:7\"", "\"name\": \"other\", \"root\": \"block:8\"",
+         "/configurations/1/root", "names no"},
         {"missing child block", "\"child\": \"block:6\"", "\"child\": \"comp:12\"", "/blocks/0/comps/0/child",
          "names no"},
         {"pin of another block", "\"pins\": [\"pin:1\"", "\"pins\": [\"pin:3\"", "/blocks/0/nets/0/pins/0", "together"},

@@ -37,6 +37,9 @@ protected:
         std::ofstream(path, std::ios::binary) << text;
         return path;
     }
+    std::string ImportRoot(ImportedDesign& design, const std::string& text, const KicadOptions& options = {}) {
+        return Short(design.Import(Put("root.kicad_sch", text), options));
+    }
     // A message without the folder in front.
     std::string Short(std::string message) const {
         const std::string folder = m_folder.generic_string() + "/";
@@ -120,20 +123,20 @@ TEST_F(KicadImport, FaultsNameTheirPlaceAndNothingIsWritten) {
         std::filesystem::remove_all(m_folder / "sub");
         if (!c.child.empty()) Put("sub/a.kicad_sch", c.child);
         ImportedDesign design;
-        EXPECT_EQ(Short(design.Import(Put("root.kicad_sch", c.root))), c.want);
+        EXPECT_EQ(ImportRoot(design, c.root), c.want);
         EXPECT_TRUE(design.IsEmpty());
     }
     ImportedDesign design;
     EXPECT_EQ(Short(design.Import(m_folder / "none.kicad_sch")),
               "none.kicad_sch: cannot be read: No such file or directory");
-    ASSERT_EQ(design.Import(Put("root.kicad_sch", good)), "");
+    ASSERT_EQ(ImportRoot(design, good), "");
     EXPECT_THAT(design.Import(m_folder / "root.kicad_sch"), HasSubstr("holds a design already"));
 }
 
 TEST_F(KicadImport, DepthOfBracketsIsNoMatter) {
     const std::size_t deep = 2'000'000;
     ImportedDesign design;
-    EXPECT_EQ(design.Import(Put("root.kicad_sch", Schematic(std::string(deep, '(') + std::string(deep, ')')))), "");
+    EXPECT_EQ(ImportRoot(design, Schematic(std::string(deep, '(') + std::string(deep, ')'))), "");
 }
 
 TEST_F(KicadImport, SheetsThatMultiplyWithoutBoundAreRefused) {
@@ -170,8 +173,8 @@ TEST_F(KicadImport, InstancesOfOtherProjectsAndPathsWithoutTheRootAreTold) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
         ImportedDesign design;
-        ASSERT_EQ(design.Import(Put("root.kicad_sch", Schematic(Sheet("one", "a.kicad_sch", "ua1", c.instances) +
-                                                                Sheet("two", "a.kicad_sch", "ua2") + c.list))),
+        ASSERT_EQ(ImportRoot(design, Schematic(Sheet("one", "a.kicad_sch", "ua1", c.instances) +
+                                               Sheet("two", "a.kicad_sch", "ua2") + c.list)),
                   "");
         EXPECT_EQ(PagesOf(design), c.want);
         EXPECT_EQ(design.name, "root");
@@ -246,11 +249,8 @@ constexpr const char* Library = R"( (lib_symbols
 )";
 
 TEST_F(KicadImport, PowerSymbolsNameTheNetAtTheirTurnedPin) {
-    struct Case {
-        const char* placed;
-        const char* end;  // where the pin comes to stand
-    };
-    const Case cases[] = {
+    // How it is placed, and where its pin comes to stand.
+    const std::pair<std::string, std::string> cases[] = {
         {"(at 100 50 0)", "102.54 44.92"},
         {"(at 100 50 90)", "94.92 47.46"},
         {"(at 100 50 180)", "97.46 55.08"},
@@ -260,14 +260,12 @@ TEST_F(KicadImport, PowerSymbolsNameTheNetAtTheirTurnedPin) {
         {"(at 100 50 90) (mirror x)", "94.92 52.54"},
         {"(at 100 50 90) (mirror y)", "105.08 47.46"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.placed);
-        const std::string symbol = std::string(" (symbol (lib_id \"power:VCC\") ") + c.placed +
+    for (const auto& [placed, end] : cases) {
+        SCOPED_TRACE(placed);
+        const std::string symbol = " (symbol (lib_id \"power:VCC\") " + placed +
                                    " (unit 1) (property \"Referenz\" \"#PWR1\") (property \"Wert\" \"+5{slash}3\"))\n";
         ImportedDesign design;
-        ASSERT_EQ(design.Import(Put("root.kicad_sch",
-                                    Schematic(Library + symbol + " (wire (pts (xy 200 200) (xy " + c.end + ")))"))),
-                  "");
+        ASSERT_EQ(ImportRoot(design, Schematic(Library + symbol + " (wire (pts (xy 200 200) (xy " + end + ")))")), "");
         EXPECT_EQ(NetsOf(design), "+5/3: 1");  // pin and wire are one net
     }
 }
@@ -321,9 +319,7 @@ TEST_F(KicadImport, NetsBearTheLabelThatRanksFirst) {
         const std::string pin =
             c.items.find("(bus (pts (xy 10 12)") != c.items.npos ? "(pin \"E[0..3]\" input (at 10 12 180))" : "";
         ImportedDesign design;
-        ASSERT_EQ(design.Import(
-                      Put("root.kicad_sch", Schematic(library + c.items + Sheet("s", "child.kicad_sch", "u", pin)))),
-                  "");
+        ASSERT_EQ(ImportRoot(design, Schematic(library + c.items + Sheet("s", "child.kicad_sch", "u", pin))), "");
         EXPECT_EQ(NetsOf(design), c.want);
         EXPECT_TRUE(design.warnings.empty());
     }
@@ -357,7 +353,7 @@ TEST_F(KicadImport, WarnsOfWhatItCannotTakeOver) {
         SCOPED_TRACE(c.why);
         ImportedDesign design;
         if (c.want.starts_with("root.kicad_pro")) Put("root.kicad_pro", "{\"schematic\":");
-        ASSERT_EQ(design.Import(Put("root.kicad_sch", c.text), options), "");
+        ASSERT_EQ(ImportRoot(design, c.text, options), "");
         EXPECT_EQ(PagesOf(design), "1");
         ASSERT_EQ(design.warnings.size(), 1U);
         EXPECT_EQ(Short(design.warnings[0].Message()), c.want);
@@ -376,7 +372,7 @@ TEST_F(KicadImport, WritesWhatTheFilesSay) {
  (bus_alias "PAIR" (members "P" "N")) (arc (start 1e0 0) (mid 2 1) (end 3 0))
 )";
     ImportedDesign design;
-    ASSERT_EQ(design.Import(Put("root.kicad_sch", Schematic(Library + symbol + labels))), "");
+    ASSERT_EQ(ImportRoot(design, Schematic(Library + symbol + labels)), "");
     EXPECT_TRUE(design.warnings.empty());
     EXPECT_EQ(design.Json(), Tests::FileText(QUILL_TEST_DATA "/kicad_import.json"));
     ImportedDesign again;
