@@ -47,7 +47,9 @@ TEST_F(FaultyDisk, FailsCommitsAsAWholeAndMemoryFollows) {
     int refused = 0, unsure = 0;
     const std::vector<std::size_t> small{10, 20, 30, 1, 40};
     const std::vector<std::size_t> large{10, 4500000, 30};  // brought from the log into the file at once
-    for (const auto& [forGood, sizes] : {std::pair(false, &small), {true, &small}, {false, &large}, {true, &large}}) {
+    for (const auto& disk : {std::pair(false, &small), {true, &small}, {false, &large}, {true, &large}}) {
+        const bool forGood = disk.first;
+        const std::vector<std::size_t>* const sizes = disk.second;
         bool reached = true;
         // Thousands of calls write the pages of a large commit; some of them will do.
         for (int failing = 0; reached; failing += sizes == &small ? 1 : 1 + failing / 2) {

@@ -260,7 +260,8 @@ TEST(KicadConnectivity, AgreesWithANaiveReadingOfTheRulesOnRandomSheets) {
         };
         add(sheet.segments, sheet.entries, sheet.labels, sheet.pins);
         std::set<std::vector<ItemId>> want;
-        for (auto& [set, ids] : sets) {
+        for (auto& entry : sets) {
+            auto& ids = entry.second;
             std::sort(ids.begin(), ids.end());
             const bool lonely = ids.size() == 1 && std::any_of(sheet.pins.begin(), sheet.pins.end(),
                                                                [&](const NetPin& pin) { return pin.id == ids[0]; });

@@ -44,7 +44,8 @@ public:
     // Applies a new step and keeps it. An exception leaves the graph and the log as they were.
     template <class Step, class... Arguments>
     void Do(Graph& graph, Arguments&&... arguments) {
-        static_assert(alignof(Step) <= Alignment && sizeof(Step) <= BlockSize);
+        static_assert(alignof(Step) <= Alignment);
+        static_assert(sizeof(Step) <= BlockSize);
         void* const memory = Allocate(sizeof(Step));
         Step* const step = new (memory) Step(std::forward<Arguments>(arguments)...);
         try {

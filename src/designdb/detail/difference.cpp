@@ -165,7 +165,7 @@ private:
         const auto stayed = [this](const ChunkedSequence<std::uint64_t>& all) {
             std::vector<Index> members;
             all.ForEach([&](std::uint64_t member) {
-                if (IsInBoth(Index(member))) members.push_back(Index(member));
+                if (IsInBoth(Index(member))) members.emplace_back(member);
             });
             return members;
         };

@@ -55,7 +55,7 @@ RefPtr<Snapshot> ProjectCore::FindSnapshot(std::string_view snapshot) const {
     return {};
 }
 
-Result ProjectCore::Enter(RefPtr<Snapshot> snapshot) {
+Result ProjectCore::Enter(const RefPtr<Snapshot>& snapshot) {
     const std::lock_guard lock(m_mutex);
     for (const RefPtr<Snapshot>& other : m_snapshots)
         if (other->name == snapshot->name) return Result(EErrorCode::AlreadyExists, snapshot->name);

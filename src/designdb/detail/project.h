@@ -86,7 +86,7 @@ public:
 
     RefPtr<Snapshot> FindSnapshot(std::string_view snapshot) const;
     // AlreadyExists when there is one of that name. With a store the caller keeps the working snapshot from changing.
-    Result Enter(RefPtr<Snapshot> snapshot);
+    Result Enter(const RefPtr<Snapshot>& snapshot);
     Result RemoveSnapshot(const String& snapshot);
     ListT<String> SnapshotNames() const;
 

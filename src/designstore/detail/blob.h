@@ -145,7 +145,7 @@ private:
     template <class... Bodies>
     void Put(const std::variant<std::monostate, Bodies...>& body) {
         m_out.push_back(static_cast<char>(body.index()));
-        std::visit([this](const auto& data) { Put(data); }, body);
+        std::visit([this](const auto& data) { this->Put(data); }, body);
     }
     void Put(const std::monostate&) {}
     template <std::copyable Data>

@@ -400,7 +400,7 @@ void Loader::LoadAttributes() {
                         m_graph.Of<Record>().Write(current.slot).attributes = std::move(list);
             });
         }
-        list.Clear();
+        list = ListAttribute();
     };
     Rows(ETable::Attribute, "ORDER BY kind, object, place, family, name", [&](ColumnReader row) {
         const Location at{static_cast<EObjectType>(row.Number<std::uint8_t>()), row.Number<Slot>()};

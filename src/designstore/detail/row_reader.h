@@ -96,7 +96,7 @@ void Guarded(std::string_view table, std::int64_t row, Use&& use) {
 // What stands for a table in a query: the table itself, or its rows as they were when a save point was made. Those are
 // the rows of the oldest second table from the save point on, and where there is none the row of the table.
 inline std::string SourceOf(const TableDefinition& table, std::int64_t savePoint) {
-    const std::string name(table.name);
+    std::string name(table.name);
     if (savePoint == 0) return name;
     const std::string from = std::to_string(savePoint);
     return "(SELECT " + table.Names("t.") + " FROM " + name +

@@ -55,21 +55,27 @@ std::string TableDefinition::Where(std::size_t count, std::size_t first) const {
     return condition;
 }
 
+std::string Joined(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts)
+        text += part;
+    return text;
+}
+
 std::vector<std::string> SchemaStatements() {
     std::vector<std::string> statements;
     for (std::size_t i = 0; i < TableCount; ++i) {
         const TableDefinition& table = Tables[i];
-        const std::string name(table.name);
-        const std::string key(table.key);
-        const std::string columns(table.columns);
-        statements.push_back("CREATE TABLE " + name + "(" + columns +
-                             (table.HasRowId() ? ") STRICT" : ", PRIMARY KEY(" + key + ")) STRICT, WITHOUT ROWID"));
+        statements.push_back(Joined({"CREATE TABLE ", table.name, "(", table.columns}));
+        statements.back() += table.HasRowId() ? std::string(") STRICT")
+                                              : Joined({", PRIMARY KEY(", table.key, ")) STRICT, WITHOUT ROWID"});
         if (!HasHistory(static_cast<ETable>(i))) continue;
         // What marks a row stands behind all other columns: SQLite's quick check takes columns of such tables that are
         // not laid down in their order for one another.
-        statements.push_back("CREATE TABLE " + name + "_before(savepoint INTEGER NOT NULL, " +
-                             Without(Without(columns, " PRIMARY KEY"), " NOT NULL") +
-                             ", present INTEGER NOT NULL, PRIMARY KEY(savepoint, " + key + ")) STRICT, WITHOUT ROWID");
+        const std::string columns = Without(Without(std::string(table.columns), " PRIMARY KEY"), " NOT NULL");
+        statements.push_back(
+            Joined({"CREATE TABLE ", table.name, "_before(savepoint INTEGER NOT NULL, ", columns,
+                    ", present INTEGER NOT NULL, PRIMARY KEY(savepoint, ", table.key, ")) STRICT, WITHOUT ROWID"}));
     }
     return statements;
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +36,9 @@ enum class ETable : std::size_t {
     SavePointAttribute,
 };
 inline constexpr std::size_t TableCount = 18;
+
+// The parts as one text.
+std::string Joined(std::initializer_list<std::string_view> parts);
 
 struct TableDefinition {
     std::string_view name;

@@ -445,13 +445,13 @@ void DesignWriter::RemoveSavePoint(const String& name) {
     for (std::size_t i = 0; i < TableCount; ++i) {
         const TableDefinition& table = Tables[i];
         if (!HasHistory(static_cast<ETable>(i))) continue;
-        const std::string before = std::string(table.name) + "_before";
+        const std::string before = Joined({table.name, "_before"});
         if (older != 0) {
-            Statement move(m_file, "INSERT OR IGNORE INTO " + before + " SELECT ?, " + table.Names() +
-                                       ", present FROM " + before + " WHERE savepoint = ?");
+            Statement move(m_file, Joined({"INSERT OR IGNORE INTO ", before, " SELECT ?, ", table.Names(),
+                                           ", present FROM ", before, " WHERE savepoint = ?"}));
             (move << older << number).Run();
         }
-        Statement drop(m_file, "DELETE FROM " + before + " WHERE savepoint = ?");
+        Statement drop(m_file, Joined({"DELETE FROM ", before, " WHERE savepoint = ?"}));
         (drop << number).Run();
     }
     Erase(ETable::SavePointAttribute, number);
