@@ -75,8 +75,8 @@ TEST_F(InfoCommand, CountsThePlacesOfAHierarchyThatContainsItselfOnce) {
         {"index": "block:3", "types": ["schematic"], "groups": [{"index": "group:4"}]}],
         "configurations": [{"index": "config:1", "name": "first", "root": "block:1"},
                            {"index": "config:2", "name": "empty"}]})");
-    Check({{"info --json loop.json | grep pages", 0, R"(  "pages": 3, )"},
-           {"info --json --config empty loop.json | grep pages", 0, R"(  "pages": 0, )"}});
+    Check({{"info --json loop.json | grep pages", 0, R"("pages": 3,)"},
+           {"info --json --config empty loop.json | grep pages", 0, R"("pages": 0,)"}});
     Check({{"info --config none loop.json", 2, "", "quill: The design has no configuration called none\n"}});
 }
 
