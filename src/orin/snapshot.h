@@ -38,7 +38,8 @@ public:
     // client has one, AccessDenied when another client has, TransactionVetoed when an observer refused.
     virtual Result BeginTransaction(const ETransactionType& type) const = 0;
     // NoTransaction when this client has none. AccessDenied from inside a callback of a rollback, a restore or a
-    // deletion, which must be able to take itself back. A commit that fails leaves the transaction active.
+    // deletion, which must be able to take itself back; the transaction then stays active. StoreFailed when the
+    // design's store refuses the commit, which is then taken back as by a rollback.
     virtual Result CommitTransaction() const = 0;
     // Undoes everything since the begin. Fails as the commit does.
     virtual Result RollbackTransaction() const = 0;
