@@ -20,8 +20,9 @@ if(QUILL_SANITIZE)
     target_link_options(quill_flags INTERFACE -fsanitize=${QUILL_SANITIZE})
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # This compiler sees null dereferences and dangling accesses in the standard library's own inline code.
-    target_compile_options(quill_flags INTERFACE -Wno-null-dereference)
+    # This compiler sees null dereferences and dangling accesses in the standard library's own inline code. Zeros for
+    # null pointers the other one sees where there are none.
+    target_compile_options(quill_flags INTERFACE -Wno-null-dereference -Wzero-as-null-pointer-constant)
 endif()
 
 # quill_library(NAME): one of the installed libraries, with a versioned file name. Its sources come from the folders, by

@@ -58,7 +58,7 @@ private:
         path = RootOf(*FindConfig(m_design, m_options.config));
         Orin::ContainerT<const Orin::IBlock> block;
         Need(path->GetBlock(block));
-        m_steps.push_back("the walk begins in block " + NameOf(*block));
+        m_steps.emplace_back("the walk begins in block " + NameOf(*block));
         for (const Orin::Index& index : std::as_const(hierarchy)) {
             TellDescent(*path, index);
             Path below;
@@ -80,7 +80,7 @@ private:
             sheet = page.sheet;
             block = page.block;
         }
-        m_steps.push_back(
+        m_steps.emplace_back(
             fmt::format("sheet {} is number {} of {} of block {}", sheet, place, Counted(count, "sheet"), block));
     }
 
@@ -99,9 +99,9 @@ private:
         }
         TellSheet(page);
         const auto place = std::find(places.begin(), places.end(), index);
-        m_steps.push_back(fmt::format("below it, component {} is number {} of {} by the child order \"{}\"{}",
-                                      LabelOf(*comp), place - places.begin() + 1, places.size(), m_options.children,
-                                      m_options.descending ? " backwards" : ""));
+        m_steps.emplace_back(fmt::format("below it, component {} is number {} of {} by the child order \"{}\"{}",
+                                         LabelOf(*comp), place - places.begin() + 1, places.size(), m_options.children,
+                                         m_options.descending ? " backwards" : ""));
     }
 
     // The component through which the place `below` lies below the sheet `group` of `path`; nothing when it does not.
@@ -126,8 +126,9 @@ private:
         if (!m_page.excluded) return;
         Orin::ContainerT<const Orin::IGroup> sheet;
         Need(m_objects.GetGroup(sheet, m_page.id.group));
-        m_steps.push_back(IsMarkedExcluded(*sheet) ? "the sheet is marked as excluded from printing"
-                                                   : "a page above is excluded from printing, and with it this page");
+        m_steps.emplace_back(IsMarkedExcluded(*sheet)
+                                 ? "the sheet is marked as excluded from printing"
+                                 : "a page above is excluded from printing, and with it this page");
     }
 
     void TellNumber() {
@@ -142,28 +143,28 @@ private:
         const auto excluded = static_cast<std::size_t>(
             std::count_if(pages.begin(), here, [](const PageEntry& page) { return page.excluded; }));
         if (m_options.Algorithm() == EAlgorithm::LevelByLevel)
-            m_steps.push_back(fmt::format("the page is at level {}, counted from 0", m_page.way.size()));
+            m_steps.emplace_back(fmt::format("the page is at level {}, counted from 0", m_page.way.size()));
         std::string step = fmt::format("by \"{}\", {} before it", m_options.order,
                                        before == 1 ? "1 page stands" : fmt::format("{} pages stand", before));
         if (excluded != 0) step += fmt::format(", {} of them excluded", excluded);
-        m_steps.push_back(step);
-        m_steps.push_back(m_page.excluded ? "excluded pages have no number" : "its number is " + m_page.number);
+        m_steps.emplace_back(step);
+        m_steps.emplace_back(m_page.excluded ? "excluded pages have no number" : "its number is " + m_page.number);
     }
 
     void TellPrintOrder() {
         if (m_page.printOrder.empty()) {
-            m_steps.push_back("no print order stands on the page, so it has no number");
+            m_steps.emplace_back("no print order stands on the page, so it has no number");
             return;
         }
-        m_steps.push_back("its print order is " + m_page.printOrder);
+        m_steps.emplace_back("its print order is " + m_page.printOrder);
         if (!m_page.number.empty()) {
-            if (m_page.excluded) m_steps.push_back("by print order excluded pages are numbered too");
-            m_steps.push_back("in the order of all print orders, its number is " + m_page.number);
+            if (m_page.excluded) m_steps.emplace_back("by print order excluded pages are numbered too");
+            m_steps.emplace_back("in the order of all print orders, its number is " + m_page.number);
             return;
         }
         for (const PageEntry& page : m_walk)
             if (page.printOrder == m_page.printOrder) {
-                m_steps.push_back(page.Description() + " has it before, so this page has no number");
+                m_steps.emplace_back(page.Description() + " has it before, so this page has no number");
                 return;
             }
     }

@@ -28,6 +28,7 @@ SheetRange::Sheet SheetIn(const SheetRange& range, const std::string& name) {
 
 std::vector<SheetRange::Sheet> SheetsIn(const SheetRange& range, const std::vector<std::string>& names) {
     std::vector<SheetRange::Sheet> sheets;
+    sheets.reserve(names.size());
     for (const std::string& name : names)
         sheets.push_back(SheetIn(range, name));
     return sheets;

@@ -1,6 +1,8 @@
 // quill sheets renumber: names by a numbering for the sheets of a block.
 #include <set>
 
+#include <fmt/format.h>
+
 #include "cli/command.h"
 #include "cli/design_lookup.h"
 #include "cli/sheet_order.h"
@@ -53,7 +55,7 @@ ExitCode Run(const Options& options) {
         std::vector<std::string> sentences;
         for (std::size_t i = 0; i < sheets.size(); ++i) {
             const std::string before = NameOf(*sheets[i]), after = NewName(options.numbering, i);
-            if (before != after) sentences.push_back("Sheet " + before + " is called " + after);
+            if (before != after) sentences.push_back(fmt::format("Sheet {} is called {}", before, after));
         }
         if (!sentences.empty()) range.Renumber(sheets, options.numbering);
         return sentences;

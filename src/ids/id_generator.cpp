@@ -168,10 +168,10 @@ IdGeneratorBase<Kind, Locked>::~IdGeneratorBase() {
 
 template <class Kind, int Locked>
 IdGeneratorBase<Kind, Locked>& IdGeneratorBase<Kind, Locked>::operator=(const IdGeneratorBase& other) noexcept {
-    if (m_state == other.m_state) return *this;
+    if (this == &other) return *this;
+    ++other.m_state->owners;  // first, since both may share one state already
     if (--m_state->owners == 0) delete m_state;
     m_state = other.m_state;
-    ++m_state->owners;
     return *this;
 }
 

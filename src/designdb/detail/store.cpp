@@ -40,9 +40,9 @@ Result CreateStored(Database& database, const String& project, const RefPtr<Stor
         // Nobody else knows the project before it is entered.
         if (Result loaded = store->Load({core->paths, working->graph, savePoints}); !loaded) return loaded;
         for (SavedState& saved : savePoints) {
-            RefPtr<Snapshot> made(
+            const RefPtr<Snapshot> made(
                 new Snapshot(saved.name, working->index, std::move(saved.graph), std::move(saved.attributes)));
-            if (Result entered = core->Enter(std::move(made)); !entered) return entered;
+            if (Result entered = core->Enter(made); !entered) return entered;
         }
         core->Bind(store);
         if (Result entered = Project::Enter(project, *core); !entered) return entered;

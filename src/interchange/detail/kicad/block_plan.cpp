@@ -46,7 +46,7 @@ std::vector<std::optional<SheetStep>> FlatSheets(const Hierarchy& hierarchy) {
 }
 
 // Sheet names differ within a block, whatever the case of their letters.
-std::string FreshName(std::string name, std::set<std::string>& taken) {
+std::string FreshName(const std::string& name, std::set<std::string>& taken) {
     std::string fresh = name;
     for (unsigned k = 1; !taken.insert(Text::ToLower(fresh)).second; ++k)
         fresh = name + "_" + Text::Render(k);

@@ -166,9 +166,7 @@ std::optional<GroupParts> ParseGroup(std::string_view text) {
         if (c == '{' && !EscapeAt(text, i)) {
             if (!IsMarkBrace(text, i)) break;
             ++nesting;
-        } else if (c == '}' && nesting-- == 0) {
-            return std::nullopt;
-        } else if (c == ' ' || c == '[' || c == ']') {
+        } else if ((c == '}' && nesting-- == 0) || c == ' ' || c == '[' || c == ']') {
             return std::nullopt;
         }
     }
@@ -306,7 +304,7 @@ class RangeCollector final : public MemberSink {
 public:
     LabelProblem Net(std::string&&) override { return LabelProblem::None; }
     LabelProblem Vector(std::string&& stem, std::uint64_t first, std::uint64_t last, std::string&& suffix) override {
-        if (suffix.empty() && !stem.empty()) ranges.push_back({std::move(stem), std::minmax(first, last)});
+        if (suffix.empty() && !stem.empty()) ranges.emplace_back(std::move(stem), std::minmax(first, last));
         return LabelProblem::None;
     }
 

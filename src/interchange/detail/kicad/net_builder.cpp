@@ -88,7 +88,7 @@ public:
         const std::uint32_t a = JointAt(from);
         const std::uint32_t b = JointAt(to);
         if (m_segments.empty()) m_style = style;
-        m_segments.push_back({a, b});
+        m_segments.emplace_back(a, b);
         m_parents[Root(a)] = Root(b);
     }
     void AddWire(const Point& from, const Point& to, const Cuts& cuts, const Orin::LineStyle& style) {

@@ -352,7 +352,7 @@ void PageBuilder::AddLabel(const Label& label) {
         AddSystem(comp, KicadAttributes::Uuid, label.uuid);
         draft.pin = AddPin(comp, "1");
         draft.text = std::move(written.text);
-        ConnectLabel(std::move(draft), mark.rank, written.bus);
+        return ConnectLabel(std::move(draft), mark.rank, written.bus);
     }
 }
 
