@@ -90,7 +90,7 @@ BlockPlan PlanBlocks(const Hierarchy& hierarchy, const PageNumbers& numbers, boo
             const SchematicFile& parent = *hierarchy.files[flat[file]->file];
             std::string name(parent.content.sheets[flat[file]->sheet].name);
             if (name.empty()) name = Text::Render(plan.blocks[block].pages.size() + 1);
-            plan.blocks[block].pages.push_back({file, FreshName(std::move(name), taken)});
+            plan.blocks[block].pages.push_back({file, FreshName(name, taken)});
         }
     }
     return plan;
