@@ -1,8 +1,7 @@
 // The database beside bare containers of plain structs under one uncontended shared mutex that copy their answer, at
-// random over 1,000,000 components. Batches of both alternate; `ratio` is ours to theirs, its limit 3.
-// What it costs to build such a design: per_comp stays about the same from one size to the next.
-// And, of the same design: two reader threads beside one, an edit that one idle observer hears of beside one that
-// nobody hears of, a save point and the first write after it.
+// random over 1,000,000 components, in batches that alternate. What it costs to build such a design. And, of the same
+// design: two reader threads beside one, an edit that one idle observer hears of beside one that nobody hears of, a
+// save point and the first write after it.
 
 #include <algorithm>
 #include <mutex>
@@ -15,14 +14,19 @@
 #include <vector>
 
 #include <benchmark/benchmark.h>
+#include <fmt/format.h>
 #include <malloc.h>
-#include <time.h>
 
+#include "bench/measure.h"
 #include "designdb/database.h"
 #include "designdb/editor.h"
 
 namespace Orin::DesignDb {
 namespace {
+
+using Quill::Bench::OurSeconds;
+using Quill::Bench::Seconds;
+using Quill::Bench::Tell;
 
 constexpr unsigned SheetsOfBlock = 10;
 constexpr unsigned CompsOfSheet = 100;
@@ -125,45 +129,36 @@ struct Fixture {
     }
 };
 
-// Of this thread's work, whatever else the machine does meanwhile.
-template <class Work>
-double Seconds(Work&& work) {
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-    };
-    const double begin = now();
-    work();
-    return now() - begin;
-}
-
 // Times batches of both operations in turn, each on a random number below `limit`.
 template <class Ours, class Theirs>
-void Compare(benchmark::State& state, std::size_t limit, Ours&& ours, Theirs&& theirs) {
+void Compare(benchmark::State& state, const char* name, std::size_t limit, Ours&& ours, Theirs&& theirs) {
     constexpr int Batch = 512;
     std::mt19937 random(1);
     std::uniform_int_distribution<std::size_t> any(0, limit - 1);
     double sums[2] = {};
     std::vector<std::size_t> at(Batch);
-    const auto time = [&](auto& operation) {
+    const auto batch = [&](auto& operation) {
+        for (const std::size_t position : at)
+            operation(position);
+    };
+    const auto choose = [&] {
         for (std::size_t& position : at)
             position = any(random);
-        return Seconds([&] {
-            for (const std::size_t position : at)
-                operation(position);
-        });
     };
     for (auto _ : state) {
-        const double our = time(ours);
+        choose();
+        const double our = OurSeconds([&] { batch(ours); });
         sums[0] += our;
-        sums[1] += time(theirs);
+        choose();
+        sums[1] += Seconds([&] { batch(theirs); });
         state.SetIterationTime(our);
     }
-    const double operations = static_cast<double>(state.iterations()) * Batch;
-    state.counters["ours_ns"] = sums[0] / operations * 1e9;
-    state.counters["plain_ns"] = sums[1] / operations * 1e9;
-    state.counters["ratio"] = sums[0] / sums[1];
+    Tell(state, {.work = name,
+                 .against = "plain structs under a shared mutex",
+                 .operations = static_cast<double>(state.iterations()) * Batch,
+                 .ours = sums[0],
+                 .yardstick = sums[1],
+                 .limit = 3});
 }
 
 void ReadAttribute(benchmark::State& state) {
@@ -171,7 +166,7 @@ void ReadAttribute(benchmark::State& state) {
     const String name("Ref Designator");
     const std::string plainName("Ref Designator");
     Compare(
-        state, Fixture::Count,
+        state, "read an attribute, among 1,000,000 components", Fixture::Count,
         [&](std::size_t i) {
             String value;
             benchmark::DoNotOptimize(f.handles[i]->GetAttribute(name, value, EAttributeType::User));
@@ -190,7 +185,7 @@ void ReadAttribute(benchmark::State& state) {
 void ResolveIndex(benchmark::State& state) {
     Fixture& f = Fixture::Get();
     Compare(
-        state, Fixture::Count,
+        state, "resolve an index, among 1,000,000 components", Fixture::Count,
         [&](std::size_t i) {
             ContainerT<const IComp> comp;
             benchmark::DoNotOptimize(f.design.objects.GetComp(comp, f.design.comps[i]));
@@ -209,7 +204,7 @@ void ListSheet(benchmark::State& state) {
     for (std::size_t i = 0; i < handles.size(); ++i)
         Need(f.design.objects.GetGroup(handles[i], f.design.sheets[i]));
     Compare(
-        state, handles.size(),
+        state, "list the objects of a sheet, among 10,000 sheets", handles.size(),
         [&](std::size_t i) {
             ListT<Index> members;
             benchmark::DoNotOptimize(handles[i]->GetListObjects(members));
@@ -254,12 +249,16 @@ void TwoReaders(benchmark::State& state) {
         sums[1] += both;
         state.SetIterationTime(both);
     }
-    state.counters["scale"] = 2 * sums[0] / sums[1];
+    Tell(state, {.work = "two threads that read at once",
+                 .against = "one after the other",
+                 .operations = static_cast<double>(state.iterations()),
+                 .ours = sums[1],
+                 .yardstick = 2 * sums[0],
+                 .limit = 1 / 1.6});
 }
 
 class Idle final : public EventObserver {};
 
-// `ratio` is an edit that is observed to one that is not, its limit 1.5.
 void ObservedEdit(benchmark::State& state) {
     Fixture& f = Fixture::Get();
     Editor editor;
@@ -283,47 +282,61 @@ void ObservedEdit(benchmark::State& state) {
         sums[1] += observed;
         state.SetIterationTime(observed);
     }
-    const double operations = static_cast<double>(state.iterations()) * Batch;
-    state.counters["observed_ns"] = sums[1] / operations * 1e9;
-    state.counters["alone_ns"] = sums[0] / operations * 1e9;
-    state.counters["ratio"] = sums[1] / sums[0];
+    Tell(state, {.work = "an edit with an observer that does nothing",
+                 .against = "the edit without",
+                 .operations = static_cast<double>(state.iterations()) * Batch,
+                 .ours = sums[1],
+                 .yardstick = sums[0],
+                 .limit = 1.5});
 }
 
-// Milliseconds of the copy; `first_us` is the first write to a chunk that the save point shares, `second_us` the next.
+// The note tells the first write to a chunk that the save point shares, and the next one.
 void MakeSavePoint(benchmark::State& state) {
     Fixture& f = Fixture::Get();
     Editor editor;
     Need(Editor::Open(editor, f.design.snapshot));
     std::mt19937 random(1);
-    double first = 0, second = 0;
+    double copies = 0, first = 0, second = 0;
     for (auto _ : state) {
-        state.SetIterationTime(Seconds([&] { Need(editor.MakeSavePoint("saved")); }));
+        const double copy = OurSeconds([&] { Need(editor.MakeSavePoint("saved")); });
+        copies += copy;
+        state.SetIterationTime(copy);
         const Index comp = f.design.comps[random() % Fixture::Count];
         first += Seconds([&] { Need(editor.SetLabel(comp, "x")); });
         second += Seconds([&] { Need(editor.SetLabel(comp, "y")); });
         Need(f.design.database.RemoveSnapshot("saved"));
     }
-    state.counters["first_us"] = first / static_cast<double>(state.iterations()) * 1e6;
-    state.counters["second_us"] = second / static_cast<double>(state.iterations()) * 1e6;
+    const auto copied = static_cast<double>(state.iterations());
+    Tell(state, {.work = "a save point of 1,000,000 components",
+                 .against = "10 ms",
+                 .operations = copied,
+                 .ours = copies,
+                 .yardstick = copied * 10e-3,
+                 .limit = 1,
+                 .note = fmt::format("first write after it {:.1f} µs, the next {:.1f} µs", first / copied * 1e6,
+                                     second / copied * 1e6)});
 }
 
 // Bytes of the finished design, its share of the chunks and the occurrences included.
 void Build(benchmark::State& state) {
     const auto count = static_cast<std::size_t>(state.range(0));
-    double bytes = 0, undo = 0;
+    double bytes = 0, undo = 0, ours = 0;
     for (auto _ : state) {
         const struct mallinfo2 before = mallinfo2();
         std::optional<Design> design;
-        state.SetIterationTime(Seconds([&] { design.emplace(count); }));
+        ours += OurSeconds([&] { design.emplace(count); });
+        state.SetIterationTime(ours);
         const struct mallinfo2 after = mallinfo2();
         undo = design->undoBytes;
         const std::size_t own = design->comps.capacity() * sizeof(Index) + design->sheets.capacity() * sizeof(Index);
         bytes = static_cast<double>(after.uordblks + after.hblkhd - before.uordblks - before.hblkhd - own);
     }
-    state.counters["bytes_per_comp"] = bytes / static_cast<double>(count);
-    state.counters["undo_per_comp"] = undo / static_cast<double>(count);
-    state.counters["per_comp"] = benchmark::Counter(
-        static_cast<double>(count), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    const auto comps = static_cast<double>(count);
+    Tell(state,
+         {.work = "build a design of components in one transaction",
+          .size = comps,
+          .ours = ours,
+          .note = fmt::format("{:.0f} bytes a component, {:.0f} more until the commit", bytes / comps, undo / comps)});
 }
 
 BENCHMARK(Build)->Arg(100000)->Arg(1000000)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);

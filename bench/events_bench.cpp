@@ -1,14 +1,5 @@
-// What the event dispatcher costs, each beside its limit; batches of both are timed in turn. Nanoseconds are too easily
-// disturbed, so of DirectCall the best batch counts, of the others all.
-//   DirectCall     (ours - direct) / virtual: what the wrapper adds, to one virtual call into a library. Limit 3.
-//   Translated     ours to the database reads that the event needs. Limit 1.5.
-//   Deferred       build, push, take, validate and call, to a list of records of the same size behind a mutex that
-//                  does nothing else; by 1, 4 and 8 threads while the owner drains. Limit 2.
-//   Drain          the owner's part of it, for a million items. Limit 2, as above.
-//   RemoveOne      a removal with `items` queued for the observer, and the dispatch that drops them: per_item is flat.
-//   ManyObservers  registering and removing `observers` of one snapshot, with one item queued for each: per_observer is
-//                  flat. EngineObservers is the same on a snapshot of the database, and tells what that takes for
-//                  itself.
+// What the event dispatcher costs; batches of both sides are timed in turn. Nanoseconds are too easily disturbed, so of
+// DirectCall the best batch counts, of the others all.
 
 #include <algorithm>
 #include <list>
@@ -20,8 +11,8 @@
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <time.h>
 
+#include "bench/measure.h"
 #include "designdb/database.h"
 #include "designdb/editor.h"
 #include "events/orin_event_dispatcher.h"
@@ -50,19 +41,9 @@ void Keep(const T& value) {
     benchmark::DoNotOptimize(value);
 }
 
-double Now(clockid_t clock) {
-    timespec now{};
-    clock_gettime(clock, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-// Of this thread's own time, unless other threads belong to the work.
-template <class Work>
-double Seconds(const Work& work, clockid_t clock = CLOCK_THREAD_CPUTIME_ID) {
-    const double begin = Now(clock);
-    work();
-    return Now(clock) - begin;
-}
+using Quill::Bench::OurSeconds;
+using Quill::Bench::Seconds;
+using Quill::Bench::Tell;
 
 const Index ANet(Orin::EObjectType::Net, 0, 1);
 
@@ -112,16 +93,12 @@ void DirectCall(benchmark::State& state) {
                                  }));
         }
     }
-    state.counters["direct_ns"] = best[0] / Batch * 1e9;
-    state.counters["virtual_ns"] = best[1] / Batch * 1e9;
-    state.counters["ours_ns"] = best[2] / Batch * 1e9;
-    state.counters["ratio"] = (best[2] - best[0]) / best[1];
-}
-
-void Ratio(benchmark::State& state, double operations, double ours, double plain) {
-    state.counters["ours_ns"] = ours / operations * 1e9;
-    state.counters["plain_ns"] = plain / operations * 1e9;
-    state.counters["ratio"] = ours / plain;
+    Tell(state, {.work = "what the dispatcher adds to a plain callback",
+                 .against = "one virtual call into a library",
+                 .operations = Batch,
+                 .ours = best[2] - best[0],
+                 .yardstick = best[1],
+                 .limit = 3});
 }
 
 // A block with a net that is drawn, a component that stands for another block, a bus in a sheet, and a marked group.
@@ -289,7 +266,7 @@ void Translated(benchmark::State& state) {
     constexpr int Batch = 1000;
     double sums[2] = {};
     for (auto _ : state) {
-        sums[0] += Seconds([&] {
+        sums[0] += OurSeconds([&] {
             for (int i = 0; i < Batch; ++i)
                 one.call(observer, design);
         });
@@ -301,8 +278,12 @@ void Translated(benchmark::State& state) {
             }
         });
     }
-    state.SetLabel(one.name);
-    Ratio(state, static_cast<double>(state.iterations()) * Batch, sums[0], sums[1]);
+    Tell(state, {.work = std::string("translated callback ") + one.name,
+                 .against = "the database reads that it needs",
+                 .operations = static_cast<double>(state.iterations()) * Batch,
+                 .ours = sums[0],
+                 .yardstick = sums[1],
+                 .limit = 1.5});
 }
 
 // As large as the record of a deferred callback.
@@ -357,7 +338,7 @@ void Deferred(benchmark::State& state) {
     PlainQueue plain;
     double sums[2] = {};
     for (auto _ : state) {
-        sums[0] += Seconds(
+        sums[0] += OurSeconds(
             [&] {
                 Run(
                     threads, items, ours.observer.told,
@@ -373,7 +354,12 @@ void Deferred(benchmark::State& state) {
             },
             CLOCK_MONOTONIC);
     }
-    Ratio(state, static_cast<double>(state.iterations()) * 200000, sums[0], sums[1]);
+    Tell(state, {.work = "deferred callback, threads that push: " + std::to_string(threads),
+                 .against = "a list behind a mutex",
+                 .operations = static_cast<double>(state.iterations()) * 200000,
+                 .ours = sums[0],
+                 .yardstick = sums[1],
+                 .limit = 2});
 }
 
 void QueueFor(FakeSnapshot& fake, std::int64_t items) {
@@ -390,35 +376,50 @@ void Drain(benchmark::State& state) {
     double sums[2] = {};
     for (auto _ : state) {
         QueueFor(ours.fake, Items);
-        sums[0] += Seconds([] { Dispatcher().DispatchEvents(); });
+        sums[0] += OurSeconds([] { Dispatcher().DispatchEvents(); });
         std::thread([&] {
             for (int i = 0; i < Items; ++i)
                 plain.Push(&ours.observer, ANet);
         }).join();
         sums[1] += Seconds([&] { plain.Dispatch(); });
     }
-    Ratio(state, static_cast<double>(state.iterations()) * Items, sums[0], sums[1]);
+    Tell(state, {.work = "drain one of 1,000,000 items",
+                 .against = "a list behind a mutex",
+                 .operations = static_cast<double>(state.iterations()) * Items,
+                 .ours = sums[0],
+                 .yardstick = sums[1],
+                 .limit = 2});
+}
+
+// `seconds` is the time of all iterations together.
+void TellGrowth(benchmark::State& state, const char* name, double seconds) {
+    Tell(state, {.work = name,
+                 .size = static_cast<double>(state.range(0)),
+                 .operations = static_cast<double>(state.iterations()),
+                 .ours = seconds});
 }
 
 void RemoveOne(benchmark::State& state) {
+    double ours = 0;
     for (auto _ : state) {
-        Registered<> ours;
-        QueueFor(ours.fake, state.range(0));
-        state.SetIterationTime(Seconds([&] {
-            Dispatcher().RemoveEventObserver(&ours.snapshot, &ours.observer);
+        Registered<> one;
+        QueueFor(one.fake, state.range(0));
+        const double own = OurSeconds([&] {
+            Dispatcher().RemoveEventObserver(&one.snapshot, &one.observer);
             Dispatcher().DispatchEvents();
-        }));
+        });
+        ours += own;
+        state.SetIterationTime(own);
     }
-    state.counters["per_item"] =
-        benchmark::Counter(static_cast<double>(state.range(0)),
-                           benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    TellGrowth(state, "remove an observer with items queued for it", ours);
 }
 
 template <class OneEventForEach>
-void AddAndRemoveMany(benchmark::State& state, Snapshot snapshot, const OneEventForEach& tell) {
+void AddAndRemoveMany(benchmark::State& state, const char* name, Snapshot snapshot, const OneEventForEach& tell) {
     std::vector<Counting<EventObserver>> observers(static_cast<std::size_t>(state.range(0)));
+    double ours = 0;
     for (auto _ : state) {
-        state.SetIterationTime(Seconds([&] {
+        const double own = OurSeconds([&] {
             for (EventObserver& observer : observers) {
                 Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);
                 tell();
@@ -426,23 +427,23 @@ void AddAndRemoveMany(benchmark::State& state, Snapshot snapshot, const OneEvent
             for (EventObserver& observer : observers)
                 Dispatcher().RemoveEventObserver(&snapshot, &observer);
             Dispatcher().DispatchEvents();
-        }));
+        });
+        ours += own;
+        state.SetIterationTime(own);
     }
-    state.counters["per_observer"] =
-        benchmark::Counter(static_cast<double>(state.range(0)),
-                           benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    TellGrowth(state, name, ours);
 }
 
 void ManyObservers(benchmark::State& state) {
     FakeSnapshot fake;
-    AddAndRemoveMany(state, fake, [&] {
+    AddAndRemoveMany(state, "add and remove observers, an item queued for each", fake, [&] {
         // The block's renaming queues an item on this thread as well.
         fake.observer->OnBeforeChange(Index(Orin::EObjectType::Block, 0, 1), EEventsChange::Name, false);
     });
 }
 
 void EngineObservers(benchmark::State& state) {
-    AddAndRemoveMany(state, Design().snapshot, [] {});
+    AddAndRemoveMany(state, "add and remove observers of the database", Design().snapshot, [] {});
 }
 
 BENCHMARK(DirectCall);

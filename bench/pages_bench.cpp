@@ -1,7 +1,7 @@
-// What the pages of a large hierarchy cost. Update is to grow near-linearly with the pages and the length of their
-// names, and to stay within three times of SameCalls, a walk that makes the same database calls and drops the answers.
-// Iterate, ExcludeHalf and NumberOfEach are to stay below Update. The random holder sorts on the first query, in
-// n log n. Connector queries take microseconds, however long the list of their label is.
+// What the pages of a large hierarchy cost. An update is to grow near-linearly with the pages and the length of their
+// names, and to stay within three times of a walk that makes the same database calls and drops the answers. Iterating,
+// excluding half and asking for every number are to stay below an update. The random holder sorts on the first query,
+// in n log n. Connector queries take microseconds, however long the list of their label is.
 
 #include <list>
 #include <string>
@@ -9,6 +9,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/measure.h"
 #include "orin/views.h"
 #include "pages/page_number_supplier.h"
 #include "sheets/sheet_connectors_cache.h"
@@ -16,6 +17,10 @@
 
 namespace Quill::Testing {
 namespace {
+
+using Bench::OurSeconds;
+using Bench::Seconds;
+using Bench::Tell;
 
 constexpr int CompsOnPage = 10;
 
@@ -78,18 +83,6 @@ PageTraverser Updated(const PageDesign& design, EAlgorithm algorithm = EAlgorith
     return pages;
 }
 
-void Update(benchmark::State& state) {
-    const BenchDesign design(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
-    PageTraverser pages = Updated(design);
-    double nameBytes = 0;
-    for (PageID page = pages.firstPage(); !page.IsEmpty(); page = pages.nextPage(page))
-        nameBytes += static_cast<double>(page.name.size());
-    for (auto _ : state)
-        pages.update();
-    state.counters["pages"] = pages.pagesCount();
-    state.counters["name_MB"] = nameBytes / 1e6;
-}
-
 // The calls of a traverser's walk, with nothing made of what they give.
 void CallAll(const SheetRange::Block& block, const Orin::ContainerT<const Orin::IPath>& path) {
     Orin::Index index;
@@ -140,26 +133,42 @@ void CallAll(const SheetRange::Block& block, const Orin::ContainerT<const Orin::
     }
 }
 
-void SameCalls(benchmark::State& state) {
+void Update(benchmark::State& state) {
     const BenchDesign design(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+    PageTraverser pages = Updated(design);
+    double nameBytes = 0;
+    for (PageID page = pages.firstPage(); !page.IsEmpty(); page = pages.nextPage(page))
+        nameBytes += static_cast<double>(page.name.size());
     Orin::ContainerT<const Orin::IConfig> config;
     Orin::ContainerT<const Orin::IPath> root;
     Require(design.snapshot->GetDefaultConfig(config, "top"));
     Require(config->GetRoot(root));
     CallAll(design.block, root);  // places are made when they are first asked for
-    for (auto _ : state)
-        CallAll(design.block, root);
+    double ours = 0, calls = 0;
+    for (auto _ : state) {
+        const double own = OurSeconds([&] { pages.update(); });
+        ours += own;
+        calls += Seconds([&] { CallAll(design.block, root); });
+        state.SetIterationTime(own);
+    }
+    Tell(state, {.work = "number all pages, depth " + std::to_string(state.range(1)),
+                 .against = "the same database calls",
+                 .size = static_cast<double>(pages.pagesCount()),
+                 .operations = static_cast<double>(state.iterations()),
+                 .ours = ours,
+                 .yardstick = calls,
+                 .limit = 3,
+                 .note = std::to_string(static_cast<int>(nameBytes / 1e6)) + " MB of names"});
 }
 
 void Shapes(benchmark::internal::Benchmark* bench) {
     for (const int depth : {2, 8, 1'000})
         for (const int pages : {1'000, 10'000, 100'000})
             bench->Args({pages, depth});
-    bench->Unit(benchmark::kMillisecond);
+    bench->UseManualTime()->Unit(benchmark::kMillisecond);
 }
 
 BENCHMARK(Update)->Apply(Shapes)->Args({10'000, 10'000});
-BENCHMARK(SameCalls)->Apply(Shapes);
 
 // Two sheets of the root with half of 100,000 pages below each.
 const BenchDesign& TwoHalves() {
@@ -174,72 +183,90 @@ const BenchDesign& TwoHalves() {
     return design;
 }
 
-void UpdateHalves(benchmark::State& state) {
-    PageTraverser pages = Updated(TwoHalves());
-    for (auto _ : state)
-        pages.update();
+// The work on 100,000 pages, beside an update of them.
+template <class Work>
+void BesideUpdate(benchmark::State& state, const char* name, double limit, const Work& work) {
+    PageTraverser pages = Updated(TwoHalves()), others = Updated(TwoHalves());
+    double ours = 0, update = 0;
+    for (auto _ : state) {
+        const double own = OurSeconds([&] { work(pages); });
+        ours += own;
+        update += Seconds([&] { others.update(); });
+        state.SetIterationTime(own);
+    }
+    Tell(state, {.work = name,
+                 .against = "an update of 100,000 pages",
+                 .operations = static_cast<double>(state.iterations()),
+                 .ours = ours,
+                 .yardstick = update,
+                 .limit = limit});
 }
 
 void Iterate(benchmark::State& state) {
-    const PageTraverser pages = Updated(TwoHalves());
-    for (auto _ : state)
+    BesideUpdate(state, "iterate over 100,000 pages", 1, [](PageTraverser& pages) {
         for (PageID page = pages.firstPage(); !page.IsEmpty(); page = pages.nextPage(page))
             benchmark::DoNotOptimize(page);
+    });
 }
 
 void ExcludeHalf(benchmark::State& state) {
-    PageTraverser pages = Updated(TwoHalves());
-    const PageID first = pages.firstPage();
-    for (auto _ : state) {
+    BesideUpdate(state, "exclude and include half of 100,000 pages", 1, [&](PageTraverser& pages) {
+        const PageID first = pages.firstPage();
         pages.excludePage(first);
         if (pages.pagesCount() != 50'000) state.SkipWithError("not half of the pages");
         pages.includePage(first);
-    }
+    });
 }
 
-// An update goes before each removal; the whole is to stay below twice UpdateHalves. The names are looked at, since it
-// is they that have to follow.
+// An update goes before each removal. The names are looked at, since it is they that have to follow.
 void RemoveHalf(benchmark::State& state) {
-    PageTraverser pages = Updated(TwoHalves());
-    for (auto _ : state) {
+    BesideUpdate(state, "update, then remove half of 100,000 pages", 2, [&](PageTraverser& pages) {
         pages.update();
         benchmark::DoNotOptimize(pages.getPageByName("none"));
         pages.removePage(pages.firstPage());
         if (pages.pagesCount() != 50'000) state.SkipWithError("not half of the pages");
-    }
+    });
 }
 
 void NumberOfEach(benchmark::State& state) {
-    const PageTraverser pages = Updated(TwoHalves());
     std::vector<PageID> all;
-    for (PageID page = pages.firstPage(); !page.IsEmpty(); page = pages.nextPage(page))
+    const PageTraverser asked = Updated(TwoHalves());
+    for (PageID page = asked.firstPage(); !page.IsEmpty(); page = asked.nextPage(page))
         all.push_back(page);
-    for (auto _ : state)
+    BesideUpdate(state, "the number of each of 100,000 pages", 1, [&](PageTraverser& pages) {
         for (const PageID& page : all)
             benchmark::DoNotOptimize(pages.pageOrder(page));
+    });
 }
 
-BENCHMARK(UpdateHalves)->Unit(benchmark::kMillisecond);
-BENCHMARK(Iterate)->Unit(benchmark::kMillisecond);
-BENCHMARK(ExcludeHalf)->Unit(benchmark::kMillisecond);
-BENCHMARK(RemoveHalf)->Unit(benchmark::kMillisecond);
-BENCHMARK(NumberOfEach)->Unit(benchmark::kMillisecond);
+BENCHMARK(Iterate)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(ExcludeHalf)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(RemoveHalf)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(NumberOfEach)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void PrintOrders(benchmark::State& state) {
     const auto count = static_cast<unsigned>(state.range(0));
+    double ours = 0;
     for (auto _ : state) {
-        RandomPageHolder holder;
-        StringBaseNumberSupplier orders;
-        for (unsigned i = 0; i < count; ++i) {
-            orders.base = std::to_string(i * 7919ULL % count) + "-" + std::to_string(i);
-            holder.addPage({Orin::Index(1), Orin::Index(i + 1), orders.base}, &orders, false);
-        }
-        benchmark::DoNotOptimize(holder.firstPage());
+        const double own = OurSeconds([&] {
+            RandomPageHolder holder;
+            StringBaseNumberSupplier orders;
+            for (unsigned i = 0; i < count; ++i) {
+                orders.base = std::to_string(i * 7919ULL % count) + "-" + std::to_string(i);
+                holder.addPage({Orin::Index(1), Orin::Index(i + 1), orders.base}, &orders, false);
+            }
+            benchmark::DoNotOptimize(holder.firstPage());
+        });
+        ours += own;
+        state.SetIterationTime(own);
     }
-    state.SetComplexityN(state.range(0));
+    Tell(state, {.work = "add pages by print order, and sort them on the first query",
+                 .size = static_cast<double>(count),
+                 .operations = static_cast<double>(state.iterations()),
+                 .ours = ours});
 }
 
-BENCHMARK(PrintOrders)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(PrintOrders)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 struct ConnectorSymbols : IPinTypeComponentsData {
     std::vector<std::string> GetComponents(int) override { return {"LIB:off.1"}; }
@@ -268,13 +295,28 @@ void NextConnector(benchmark::State& state) {
         ++count;
         if (found.index == connector) hierarchy = found.hierarchy;
     });
-    for (auto _ : state)
-        if (!cache.getNextTargetSheetConnector("LIB", "off", "1", "top", "NET", connector, hierarchy, &next))
-            state.SkipWithError("no target");
-    state.counters["connectors"] = static_cast<double>(count);
+    constexpr int Batch = 1'000;
+    double ours = 0;
+    for (auto _ : state) {
+        const double own = OurSeconds([&] {
+            for (int i = 0; i < Batch; ++i)
+                if (!cache.getNextTargetSheetConnector("LIB", "off", "1", "top", "NET", connector, hierarchy, &next))
+                    state.SkipWithError("no target");
+        });
+        ours += own;
+        state.SetIterationTime(own);
+    }
+    const double queries = static_cast<double>(state.iterations()) * Batch;
+    Tell(state, {.work = "the next end of a connector, all of one label",
+                 .against = "10 µs",
+                 .size = static_cast<double>(count),
+                 .operations = queries,
+                 .ours = ours,
+                 .yardstick = queries * 10e-6,
+                 .limit = 1});
 }
 
-BENCHMARK(NextConnector)->Arg(1)->Arg(1'000);
+BENCHMARK(NextConnector)->Arg(1)->Arg(1'000)->UseManualTime();
 
 }  // namespace
 }  // namespace Quill::Testing

@@ -1,11 +1,11 @@
-// What a block of many sheets costs. Every operation is to grow near-linearly with the number of sheets: the time a
-// sheet (per_sheet) stays about the same from one size to the next. `writes` counts the sheets that were written.
+// What a block of many sheets costs. Every operation is to grow near-linearly with the number of sheets.
 
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "bench/measure.h"
 #include "designdb/testing/fault_injector.h"
 #include "tests/sheets/sheet_design.h"
 
@@ -22,27 +22,33 @@ SheetDesign DesignOf(benchmark::State& state) {
     return SheetDesign(specs);
 }
 
-void Report(benchmark::State& state) {
-    state.counters["per_sheet"] =
-        benchmark::Counter(static_cast<double>(state.range(0)),
-                           benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-    state.SetComplexityN(state.range(0));
-}
-
-// Runs `edit` once with its writes counted, so that the timed runs are not slowed by counting.
-template <class Edit>
-void CountWrites(benchmark::State& state, const Edit& edit) {
-    const Orin::DesignDb::Testing::FaultInjector calls;
-    edit();
-    state.counters["writes"] = calls.Calls("IGroup::SetAttribute");
+// Runs `work`, which changes the design when `writes` are of interest: they are counted once, in a run of its own.
+template <class Work>
+void Measure(benchmark::State& state, const char* name, const Work& work, bool writes) {
+    std::string note;
+    if (writes) {
+        const Orin::DesignDb::Testing::FaultInjector calls;
+        work();
+        note = std::to_string(calls.Calls("IGroup::SetAttribute")) + " sheets written";
+    }
+    double ours = 0;
+    for (auto _ : state) {
+        const double own = Bench::OurSeconds(work);
+        ours += own;
+        state.SetIterationTime(own);
+    }
+    Bench::Tell(state, {.work = name,
+                        .size = static_cast<double>(state.range(0)),
+                        .operations = static_cast<double>(state.iterations()),
+                        .ours = ours,
+                        .note = note});
 }
 
 void Sheets_Load(benchmark::State& state) {
     const SheetDesign design = DesignOf(state);
     SheetRange range;
-    for (auto _ : state)
-        range.Init(design.block);
-    Report(state);
+    Measure(
+        state, "load the sheets of a block", [&] { range.Init(design.block); }, false);
 }
 
 void Sheets_MoveUp(benchmark::State& state) {
@@ -53,10 +59,7 @@ void Sheets_MoveUp(benchmark::State& state) {
     const auto edit = [&] {
         range.CanMoveUp(sheet) ? range.MoveUp(sheet) : range.MoveTo({sheet}, *--range.End(), true);
     };
-    CountWrites(state, edit);
-    for (auto _ : state)
-        edit();
-    Report(state);
+    Measure(state, "move a sheet up", edit, true);
 }
 
 // The second half of the sheets is put before the first one, so that every sheet is written.
@@ -72,34 +75,37 @@ void Sheets_MoveHalf(benchmark::State& state) {
             moved.push_back(*it);
         range.MoveTo(moved, *range.Begin(), false);
     };
-    CountWrites(state, edit);
-    for (auto _ : state)
-        edit();
-    Report(state);
+    Measure(state, "move half of the sheets", edit, true);
 }
 
 // As many fresh names of either kind, and fresh ids, as the block has sheets.
 void Sheets_FreshNames(benchmark::State& state) {
     const SheetDesign design = DesignOf(state);
     std::string name;
+    double ours = 0;
     for (auto _ : state) {
-        state.PauseTiming();
         SheetRange range;
         range.Init(design.block);
-        state.ResumeTiming();
-        for (int i = 0; i < state.range(0); ++i) {
-            range.CreateNewName(name);
-            range.CreateNewName("page", name);
-            benchmark::DoNotOptimize(range.CreateNewId("1"));
-        }
+        const double own = Bench::OurSeconds([&] {
+            for (int i = 0; i < state.range(0); ++i) {
+                range.CreateNewName(name);
+                range.CreateNewName("page", name);
+                benchmark::DoNotOptimize(range.CreateNewId("1"));
+            }
+        });
+        ours += own;
+        state.SetIterationTime(own);
     }
-    Report(state);
+    Bench::Tell(state, {.work = "as many fresh names and ids as the block has sheets",
+                        .size = static_cast<double>(state.range(0)),
+                        .operations = static_cast<double>(state.iterations()),
+                        .ours = ours});
 }
 
-BENCHMARK(Sheets_Load)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
-BENCHMARK(Sheets_MoveUp)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
-BENCHMARK(Sheets_MoveHalf)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
-BENCHMARK(Sheets_FreshNames)->Arg(2'500)->Arg(10'000)->Arg(40'000)->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(Sheets_Load)->Arg(2'500)->Arg(10'000)->Arg(40'000)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(Sheets_MoveUp)->Arg(2'500)->Arg(10'000)->Arg(40'000)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(Sheets_MoveHalf)->Arg(2'500)->Arg(10'000)->Arg(40'000)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(Sheets_FreshNames)->Arg(2'500)->Arg(10'000)->Arg(40'000)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace Quill::Testing

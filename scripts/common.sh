@@ -33,6 +33,7 @@ tools  | CLI/CLI.hpp                | libcli11-dev               | command line 
 sqlite | sqlite3.h                  | libsqlite3-dev             | designs kept in SQLite files
 test   | /usr/src/googletest/CMakeLists.txt | googletest         | test framework, built from its source
 bench  | benchmark/benchmark.h      | libbenchmark-dev           | benchmarks
+counts | valgrind                   | valgrind                   | counts instructions
 clang  | clang++                    | clang                      | second compiler, thread-safety analysis
 deliver | pkg-config                | pkgconf                    | tries the installed library
 format | clang-format-14            | clang-format-14            | checks the formatting
