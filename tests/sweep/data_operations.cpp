@@ -9,73 +9,59 @@
 #include "platform/logging.h"
 #include "properties/property_mangler.h"
 #include "properties/reuse_block.h"
+#include "tests/support/visit_recorder.h"
 #include "tests/sweep/operation.h"
 
 namespace Quill::Sweep {
 namespace {
 
 using namespace Utils;
+using Design = SweepDesign;
 
 // A call that writes to one of the design's objects, of which it holds the write access.
 template <class T, class Owner, class Run>
-auto Writing(Orin::ContainerT<const T> Owner::*object, Run run) {
-    return [=](SweepDesign& design) {
+Prepare Writing(Orin::ContainerT<const T> Owner::*object, Run run) {
+    return [=](Design& design) {
         const auto held = std::make_shared<Orin::MutableContainerT<T>>();
         Must(Orin::LockerT<T>::Lock(design.*object, *held));
-        return Call{[=] { return run(*held); }};
+        return Call{[=] { return Said(run(*held)); }};
     };
 }
 
-// Reads into an output that holds something already, by `get(design, output)`.
-template <class Output, class Get>
-Operation Reads(const char* names, const char* degraded, Output held, Get get) {
-    return {.names = names, .degraded = degraded, .prepare = Plain([=](SweepDesign& design) {
-                Output output = held;
-                const bool found = get(design, output);
-                return Said(found, output);
-            })};
-}
-
-// Stores something in one of the design's objects; `write` is the operation that does it.
+// Stores something in one of the design's objects by the operation `write`.
 template <class T, class Owner, class Store>
 Operation Stores(const char* names, const char* write, Orin::ContainerT<const T> Owner::*object, Store store) {
-    return {.names = names, .reports = write, .prepare = Writing(object, [store](auto& held) {
+    return {names, write, "thrown #", "=", Writing(object, [store](auto& held) {
                 store(held);
                 return "";
             })};
 }
 
-// As the names of the record types, and no more: what is in them is none of the sweep's business.
-template <class Visitor>
-struct BlockVisits : Visitor {
-    void visit(const Orin::GroupDataQuill&) override { seen.emplace_back("group"); }
-    void visit(const Orin::LabelDataQuill&) override { seen.emplace_back("label"); }
-    void visit(const Orin::AttrDataQuill&) override { seen.emplace_back("attr"); }
-    void visit(const Orin::TextDataQuill&) override { seen.emplace_back("text"); }
-    void visit(const Orin::CircleDataQuill&) override { seen.emplace_back("circle"); }
-    void visit(const Orin::ArcDataQuill&) override { seen.emplace_back("arc"); }
-    void visit(const Orin::RectDataQuill&) override { seen.emplace_back("rect"); }
-    void visit(const Orin::LineDataQuill&) override { seen.emplace_back("line"); }
-    void visit(const Orin::BusDataQuill&) override { seen.emplace_back("bus"); }
-    void visit(const Orin::NetDataQuill&) override { seen.emplace_back("net"); }
-    void visit(const Orin::CompDataQuill&) override { seen.emplace_back("comp"); }
-    std::vector<std::string> seen;
-};
-template <class Visitor>
-struct SymbolVisits : Visitor {
-    void visit(const Orin::LabelDataQuill&) override { seen.emplace_back("label"); }
-    void visit(const Orin::AttrDataQuill&) override { seen.emplace_back("attr"); }
-    void visit(const Orin::TextDataQuill&) override { seen.emplace_back("text"); }
-    void visit(const Orin::CircleDataQuill&) override { seen.emplace_back("circle"); }
-    void visit(const Orin::ArcDataQuill&) override { seen.emplace_back("arc"); }
-    void visit(const Orin::RectDataQuill&) override { seen.emplace_back("rect"); }
-    void visit(const Orin::LineDataQuill&) override { seen.emplace_back("line"); }
-    void visit(const Orin::PinDataQuill&) override { seen.emplace_back("pin"); }
-    std::vector<std::string> seen;
-};
+// Reads by `get(design, output)` into an output that holds something already, and says both.
+template <class Output, class Get>
+Prepare Into(Output held, Get get) {
+    return Plain([=](Design& design) {
+        Output output = held;
+        const auto result = get(design, output);
+        return Said(result, output);
+    });
+}
 
-// A failure to list what is to be visited, or to lock what was.
-constexpr const char* Lists =
+template <class View, class... Objects>
+Prepare Dates(Objects... objects) {
+    return [=](Design& design) {
+        Orin::ContainerT<const View> view;
+        Must(View::Init(view, *(design.*objects)...));
+        return Call{[view] {
+            std::string text = "kept";
+            CPropertyMangler::GetPropDATETIME(view, text, "%Y");
+            return text;
+        }};
+    };
+}
+
+// Failures to list what is to be visited or to lock what was, and of what is not merely absent.
+constexpr const char* Walks =
     "IBlockViewQuill::Init ICompViewQuill::Init IGroup::GetListObjects IBlock::GetParentSnapshot "
     "ISnapshot::GetUIDManager IComp::GetIterPins IBlockViewQuill::GetIterNetsQuill IBlockViewQuill::GetIterLines "
     "IBlockViewQuill::GetIterRectangles IBlockViewQuill::GetIterArcs IBlockViewQuill::GetIterCircles "
@@ -83,325 +69,218 @@ constexpr const char* Lists =
     "ICompViewQuill::GetIterArcs ICompViewQuill::GetIterCircles ICompViewQuill::GetIterTexts IBlock::GetAttributes "
     "IComp::GetAttributes INet::GetAttributes IBus::GetAttributes IGroup::GetAttributes IPin::GetAttributes "
     "LockerT<IGroup>::ShallowLock LockerT<IComp>::ShallowLock LockerT<IBlockViewQuill>::Lock "
-    "LockerT<ICompViewQuill>::Lock";
+    "LockerT<ICompViewQuill>::Lock ?*";
 
-template <class Visits, class Process>
-Operation Walks(const char* names, Process process) {
-    return {.names = names,
-            .reports = Lists,
-            .judges = "*",
-            .failure = "thrown # : <",
-            .degraded = "= : <",
-            .prepare = [process](SweepDesign& design) {
-                const auto visits = std::make_shared<Visits>();
-                return Call{[process, visits, &design] {
-                                visits->seen.clear();
-                                process(*visits, design);
-                                return "";
-                            },
-                            [visits] { return Said(visits->seen); }};
+template <class Visitor, class... Objects>
+Operation Visits(const char* names, Objects... objects) {
+    using Recorder = Tests::VisitRecorder<Visitor>;
+    return {names, Walks, "thrown # : ^", "= : <", [=](Design& design) {
+                return Sharing(
+                    design, std::make_shared<Recorder>(),
+                    [=](Recorder& recorder, Design& d) {
+                        recorder.visits.clear();
+                        recorder.process((d.*objects)...);
+                        return "";
+                    },
+                    [](const Recorder& recorder) { return recorder.visits; });
             }};
 }
 
-// Init, then the next id; a failed Init has none.
-template <class Kind, int Locked, class Init>
-Operation Initialises(const char* names, Init init) {
-    return {.names = names,
-            .reports = Lists,
-            .judges = "*",
-            .failure = "5 : 2 77|4 : 2 77",
-            // Where nothing is found to be in use ids start over; only attribute ids need that of the sheet.
-            .degraded = "0 : *|4 : 2 77",
-            .prepare = [init](SweepDesign& design) {
-                const auto generator = std::make_shared<IdGenerator<Kind, Locked>>();
-                return Call{[=, &design] { return Said(static_cast<int>(init(*generator, design).code)); },
-                            [=] {
-                                Kind id(77);
-                                const int code = static_cast<int>(generator->GetNext(id).code);
-                                return Said(code, Index(id.Value()));
-                            }};
-            },
-            .isReported = {}};
+// What it says besides is the outcome of the next GetNext, and the id.
+template <class Kind, int Locked, class... Objects>
+Operation Initialises(const char* names, const char* degraded, Objects... objects) {
+    using Generator = IdGenerator<Kind, Locked>;
+    return {
+        names, Walks, "5 : 2 77|4 : 2 77", degraded, [=](Design& design) {
+            return Sharing(
+                design, std::make_shared<Generator>(),
+                [=](Generator& generator, Design& d) { return static_cast<int>(generator.Init((d.*objects)...).code); },
+                [](Generator& generator) {
+                    Kind id(77);
+                    const int code = static_cast<int>(generator.GetNext(id).code);
+                    return Said(code, Index(id.Value()));
+                });
+        }};
 }
 
-template <int Locked, class Init>
-Operation StoresId(const char* names, const char* reports, const char* degraded, Init init) {
-    return {.names = names, .reports = reports, .degraded = degraded, .prepare = [init](SweepDesign& design) {
-                const auto generator = std::make_shared<IdGenerator<ObjectId, Locked>>();
-                init(*generator, design);
+template <int Locked, class... Objects>
+Operation StoresId(const char* names, Objects... objects) {
+    using Generator = IdGenerator<ObjectId, Locked>;
+    return {names, "LockerT<IGroup>::ShallowLock LockerT<IComp>::ShallowLock IGroup::SetAttribute IComp::SetAttribute",
+            "thrown #", "=", [=](Design& design) {
+                const auto generator = std::make_shared<Generator>();
+                generator->Init((design.*objects)...);
                 generator->UpdateLast(ObjectId(5000));
-                return Call{[generator] { return Said(static_cast<int>(generator->Store().code)); }};
+                return Call{[=] { return Said(static_cast<int>(generator->Store().code)); }};
             }};
-}
-
-template <class Generator>
-auto OnSheet() {
-    return [](Generator& generator, SweepDesign& design) { return generator.Init(design.block, design.sheet); };
-}
-template <class Generator>
-auto OnSymbol() {
-    return [](Generator& generator, SweepDesign& design) { return generator.Init(design.symbol); };
 }
 
 template <int Locked>
 Family ObjectIds(const char* prefix) {
-    using Generator = IdGenerator<ObjectId, Locked>;
-    constexpr bool ByLock = Locked == 1;
+    // Where nothing is found to be in use, ids start over.
     return {prefix,
-            {Initialises<ObjectId, Locked>("Init GetNext", OnSheet<Generator>()),
-             Initialises<ObjectId, Locked>("Init", OnSymbol<Generator>()),
-             StoresId<Locked>("Store",
-                              ByLock ? "IGroup::SetAttribute" : "LockerT<IGroup>::ShallowLock IGroup::SetAttribute",
-                              "0", OnSheet<Generator>()),
-             StoresId<Locked>("", ByLock ? "IComp::SetAttribute" : "LockerT<IComp>::ShallowLock IComp::SetAttribute",
-                              "0", OnSymbol<Generator>())}};
+            {Initialises<ObjectId, Locked>("Init GetNext", "0 : *", &Design::block, &Design::sheet),
+             Initialises<ObjectId, Locked>("Init", "0 : *", &Design::symbol),
+             StoresId<Locked>("Store", &Design::block, &Design::sheet), StoresId<Locked>("", &Design::symbol)}};
 }
 
 template <int Locked>
 Family AttributeIds(const char* prefix) {
-    using Generator = IdGenerator<AttributeId, Locked>;
+    Operation onEmptySheet = Initialises<AttributeId, Locked>("Init", "4 : 2 77", &Design::sheet);
+    if (Locked == 1) onEmptySheet.reports = "", onEmptySheet.degraded = "=";  // not supported
     return {prefix,
-            {Initialises<AttributeId, Locked>("Init GetNext", OnSheet<Generator>()),
-             Initialises<AttributeId, Locked>("Init", OnSymbol<Generator>()),
-             {.names = "Init",
-              .degraded = Locked == 1 ? "=" : "4",
-              .prepare = Plain([](SweepDesign& design) {
-                  return Said(static_cast<int>(Generator().Init(design.sheet).code));
-              })}}};
+            {Initialises<AttributeId, Locked>("Init GetNext", "0 : *|4 : 2 77", &Design::block, &Design::sheet),
+             Initialises<AttributeId, Locked>("Init", "0 : *", &Design::symbol), onEmptySheet}};
 }
 
 // A call on a collector that is to look at the design.
 template <class Run, class Look>
-auto OnCollector(Run run, Look look) {
-    return [=](SweepDesign& design) {
+Prepare OnCollector(Run run, Look look) {
+    return [=](Design& design) {
         const auto collector = std::make_shared<NetsNamesCollector>();
         collector->AttachObserver(design.snapshot);
-        return Call{[=, &design] { return run(*collector, design); }, [=, &design] { return look(*collector, design); }};
+        return Sharing(design, collector, run, look);
     };
 }
 
 }  // namespace
 
 std::vector<Family> DataOperations() {
-    std::vector<Family> all;
-    all.push_back(
-        {"Quill::Utils::CommonRollbackOps::",
-         {{.names = "SetComment",
-           .reports = "LockerT<ISnapshot>::Lock ISnapshot::SetAttribute",
-           .failure = "#",
-           .prepare = Plain([](SweepDesign& design) {
-               return Said(CommonRollbackOps::SetComment(design.snapshot, "after"));
-           })},
-          {.names = "SetComment",
-           .reports = "OrinPI::GetSnapshotByName LockerT<ISnapshot>::Lock ISnapshot::SetAttribute",
-           .failure = "#",
-           .prepare = Plain([](SweepDesign& design) {
-               return Said(CommonRollbackOps::SetComment(*design.client, "QUILL", "after"));
-           })},
-          {.names = "GetComment",
-           .reports = "ISnapshot::GetAttribute",
-           .failure = "# kept",
-           .prepare = Plain([](SweepDesign& design) {
-               std::string comment = "kept";
-               const Orin::Result result = CommonRollbackOps::GetComment(design.snapshot, comment);
-               return Said(result, comment);
-           })},
-          {.names = "GetComment",
-           .reports = "OrinPI::GetSnapshotByName ISnapshot::GetAttribute",
-           .failure = "# kept",
-           .prepare = Plain([](SweepDesign& design) {
-               std::string comment = "kept";
-               const Orin::Result result = CommonRollbackOps::GetComment(*design.client, "QUILL", comment);
-               return Said(result, comment);
-           })},
-          {.names = "FormatSvptDate FormatRollbackMenu", .prepare = Plain([](SweepDesign&) {
-               return CommonRollbackOps::FormatSvptDate("") + CommonRollbackOps::FormatRollbackMenu("", "a");
-           })}}});
-
-    all.push_back(
-        {"Quill::Utils::CPropertyMangler::",
-         {{.names = "GetPropDATETIME",
-           .degraded = "kept",
-           .prepare =
-               [](SweepDesign& design) {
-                   Orin::ContainerT<const Orin::IBlockViewQuill> view;
-                   Must(Orin::IBlockViewQuill::Init(view, *design.block, *design.sheet));
-                   return Call{[view] {
-                       std::string text = "kept";
-                       CPropertyMangler::GetPropDATETIME(view, text, "%Y");
-                       return text;
-                   }};
-               }},
-          {.names = "GetPropDATETIME",
-           .degraded = "kept",
-           .prepare =
-               [](SweepDesign& design) {
-                   Orin::ContainerT<const Orin::ICompViewQuill> view;
-                   Must(Orin::ICompViewQuill::Init(view, *design.symbol));
-                   return Call{[view] {
-                       std::string text = "kept";
-                       CPropertyMangler::GetPropDATETIME(view, text, "%Y");
-                       return text;
-                   }};
-               }},
-          {.names = "Mangle Mangle Unmangle Unmangle Unmangle IsPropDATETIME", .prepare = Plain([](SweepDesign&) {
-               std::string name;
-               DataModel::PropertyType type;
-               CPropertyMangler::Mangle("a", DataModel::PropertyType::Internal, name);
-               CPropertyMangler::Unmangle(name.c_str(), name);
-               return Said(name, CPropertyMangler::IsPropDATETIME(name), CPropertyMangler::Unmangle("a", type),
-                           CPropertyMangler::Unmangle("b"));
-           })}}});
-
+    using Ops = CommonRollbackOps;
+    using Mangler = CPropertyMangler;
     using Reuse = ReuseBlock;
+    using Data = QuillInOrin;
+    using Stamp = time_stamp;
+    using Collector = NetsNamesCollector;
     using Comp = Orin::MutableContainerT<Orin::IComp>;
     using Block = Orin::MutableContainerT<Orin::IBlock>;
     using Bus = Orin::MutableContainerT<Orin::IBus>;
-    const auto isMarked = [](const char* names, auto ask) {
-        return Operation{.names = names, .degraded = "false|=", .prepare = Plain([ask](SweepDesign& design) {
-                             return Said(ask(design));
-                         })};
-    };
-    all.push_back(
-        {"Quill::Utils::ReuseBlock::",
-         {isMarked("IsReuseBlock", [](SweepDesign& design) { return Reuse::IsReuseBlock(*design.child); }),
-          isMarked("IsReuseBlock", [](SweepDesign& design) { return Reuse::IsReuseBlock(*design.block); }),
-          isMarked("IsDynamicReuse", [](SweepDesign& design) { return Reuse::IsDynamicReuse(*design.child); }),
-          isMarked("IsTopLevelReuseBlock",
-                   [](SweepDesign& design) { return Reuse::IsTopLevelReuseBlock(design.leafIndex, design.snapshot); }),
-          Reads("IsDynamicReuse", "false ", std::string("kept"),
-                [](SweepDesign& design, std::string& value) { return Reuse::IsDynamicReuse(*design.child, value); }),
-          // Writes that the database refuses are passed over.
-          Stores("SetIsReuseBlock", "", &SweepDesign::ripper, [](Comp& comp) { Reuse::SetIsReuseBlock(comp, true); }),
-          Stores("", "", &SweepDesign::child, [](Comp& comp) { Reuse::SetIsReuseBlock(comp, false); }),
-          Stores("SetIsReuseBlock", "", &SweepDesign::block,
-                 [](Block& block) { Reuse::SetIsReuseBlock(block, false); }),
-          Stores("SetIsDynamicReuse", "", &SweepDesign::ripper,
-                 [](Comp& comp) { Reuse::SetIsDynamicReuse(comp, true, "x"); })}});
-
-    using Data = QuillInOrin;
     using Names = std::list<std::string>;
     using NameVector = std::vector<std::string>;
     using Map = std::map<int, int>;
-    all.push_back(
+    const std::string kept = "kept";
+    const auto follows = [](Collector& collector, auto&...) { return collector.Reload(); };
+    const auto names = [](Collector& collector, Design& d) { return collector.GetExistingNames(d.blockIndex); };
+    const auto nothing = [](Collector&) { return ""; };
+    return {
+        {"Quill::Utils::CommonRollbackOps::",
+         {{"SetComment", "*", "#", "=", Plain([](Design& d) { return Ops::SetComment(d.snapshot, "after"); })},
+          {"SetComment", "*", "#", "=", Plain([](Design& d) { return Ops::SetComment(*d.client, "QUILL", "after"); })},
+          {"GetComment", "*", "# kept", "=",
+           Into(kept, [](Design& d, std::string& comment) { return Ops::GetComment(d.snapshot, comment); })},
+          {"GetComment", "*", "# kept", "=",
+           Into(kept, [](Design& d, std::string& comment) { return Ops::GetComment(*d.client, "QUILL", comment); })},
+          {"FormatSvptDate FormatRollbackMenu", "", "", "=",
+           Plain([](Design&) { return Ops::FormatRollbackMenu("5", "a"); })}}},
+        {"Quill::Utils::CPropertyMangler::",
+         {{"GetPropDATETIME", "", "", "kept", Dates<Orin::IBlockViewQuill>(&Design::block, &Design::sheet)},
+          {"GetPropDATETIME", "", "", "kept", Dates<Orin::ICompViewQuill>(&Design::symbol)},
+          {"Mangle Mangle Unmangle Unmangle Unmangle IsPropDATETIME", "", "", "=",
+           Plain([](Design&) { return Mangler::IsPropDATETIME(Mangler::Unmangle("$$Internal_@DATETIME")); })}}},
+        {"Quill::Utils::ReuseBlock::",
+         {{"IsReuseBlock", "", "", "false", Plain([](Design& d) { return Reuse::IsReuseBlock(*d.child); })},
+          {"IsReuseBlock", "", "", "false", Plain([](Design& d) { return Reuse::IsReuseBlock(*d.block); })},
+          {"IsDynamicReuse", "", "", "false", Plain([](Design& d) { return Reuse::IsDynamicReuse(*d.child); })},
+          {"IsDynamicReuse", "", "", "false ",
+           Into(kept, [](Design& d, std::string& value) { return Reuse::IsDynamicReuse(*d.child, value); })},
+          {"IsTopLevelReuseBlock", "", "", "true|false",
+           Plain([](Design& d) { return Reuse::IsTopLevelReuseBlock(d.leafIndex, d.snapshot); })},
+          // Writes that the database refuses are passed over.
+          Stores("SetIsReuseBlock", "", &Design::ripper, [](Comp& comp) { Reuse::SetIsReuseBlock(comp, true); }),
+          Stores("", "", &Design::child, [](Comp& comp) { Reuse::SetIsReuseBlock(comp, false); }),
+          Stores("SetIsReuseBlock", "", &Design::block, [](Block& block) { Reuse::SetIsReuseBlock(block, false); }),
+          Stores("SetIsDynamicReuse", "", &Design::ripper,
+                 [](Comp& comp) { Reuse::SetIsDynamicReuse(comp, true, "x"); })}},
         {"Quill::Utils::QuillInOrin::",
-         {Reads("GetDesignName", "false kept", std::string("kept"),
-                [](SweepDesign& design, std::string& name) { return Data::GetDesignName(*design.block, name); }),
-          Reads("GetBoardBlock", "false 1", Index(1),
-                [](SweepDesign& design, Index& board) { return Data::GetBoardBlock(*design.block, board); }),
-          Reads("GetRipperBus", "false 1", Index(1),
-                [](SweepDesign& design, Index& bus) { return Data::GetRipperBus(*design.ripper, bus); }),
-          Reads("GetRipperSignalMap", "false 8=9,", Map{{8, 9}},
-                [](SweepDesign& design, Map& map) { return Data::GetRipperSignalMap(*design.ripper, map); }),
-          Reads("GetBusSignals", "false 8=9,", Data::BusSignals{{8, Index(9)}},
-                [](SweepDesign& design, Data::BusSignals& signals) { return Data::GetBusSignals(*design.bus, signals); }),
-          Reads("GetBusSignalNames", "false kept,", Names{"kept"},
-                [](SweepDesign& design, Names& names) { return Data::GetBusSignalNames(*design.bus, names); }),
-          Reads("GetBusSignalNames", "false kept,", NameVector{"kept"},
-                [](SweepDesign& design, NameVector& names) { return Data::GetBusSignalNames(*design.bus, names); }),
-          Stores("StoreDesignName", "IBlock::SetAttribute", &SweepDesign::block,
+         {{"GetDesignName", "", "", "false kept",
+           Into(kept, [](Design& d, std::string& name) { return Data::GetDesignName(*d.block, name); })},
+          {"GetBoardBlock", "", "", "false 1",
+           Into(Index(1), [](Design& d, Index& board) { return Data::GetBoardBlock(*d.block, board); })},
+          {"GetRipperBus", "", "", "false 1",
+           Into(Index(1), [](Design& d, Index& bus) { return Data::GetRipperBus(*d.ripper, bus); })},
+          {"GetRipperSignalMap", "", "", "false 8=9 ",
+           Into(Map{{8, 9}}, [](Design& d, Map& map) { return Data::GetRipperSignalMap(*d.ripper, map); })},
+          {"GetBusSignals", "", "", "false 8=9 ",
+           Into(Data::BusSignals{{8, Index(9)}},
+                [](Design& d, Data::BusSignals& signals) { return Data::GetBusSignals(*d.bus, signals); })},
+          {"GetBusSignalNames", "", "", "false kept ",
+           Into(Names{kept}, [](Design& d, Names& of) { return Data::GetBusSignalNames(*d.bus, of); })},
+          {"GetBusSignalNames", "", "", "false kept ",
+           Into(NameVector{kept}, [](Design& d, NameVector& of) { return Data::GetBusSignalNames(*d.bus, of); })},
+          Stores("StoreDesignName", "IBlock::SetAttribute", &Design::block,
                  [](Block& block) { Data::StoreDesignName(block, "pre"); }),
-          Stores("StoreBoardBlock", "IBlock::SetAttribute", &SweepDesign::block,
+          Stores("StoreBoardBlock", "IBlock::SetAttribute", &Design::block,
                  [](Block& block) { Data::StoreBoardBlock(block, Index(5)); }),
-          Stores("StoreRipperBus", "IComp::SetAttribute", &SweepDesign::ripper,
+          Stores("StoreRipperBus", "IComp::SetAttribute", &Design::ripper,
                  [](Comp& comp) { Data::StoreRipperBus(comp, Index(5)); }),
-          Stores("StoreRipperSignalMap", "IComp::SetAttribute", &SweepDesign::ripper,
-                 [](Comp& comp) { Data::StoreRipperSignalMap(comp, {{5, 6}}); }),
-          Stores("StoreBusSignals", "IBus::SetAttribute", &SweepDesign::bus,
-                 [](Bus& bus) { Data::StoreBusSignals(bus, {{5, Index(6)}}); }),
-          Stores("StoreBusSignalNames", "IBus::SetAttribute", &SweepDesign::bus,
-                 [](Bus& bus) { Data::StoreBusSignalNames(bus, Names{"A", "B"}); }),
-          Stores("StoreBusSignalNames", "IBus::SetAttribute", &SweepDesign::bus,
-                 [](Bus& bus) { Data::StoreBusSignalNames(bus, NameVector{"A", "B"}); }),
-          {.names = "GetHierarchicalName",
-           // No name, the name, or the name without the sheet's id.
-           .degraded = " : |=|$I50",
-           .prepare = Plain([](SweepDesign& design) { return Data::GetHierarchicalName(design.leafPath); })}}});
-
-    using Stamp = time_stamp;
-    all.push_back(
+          Stores("StoreRipperSignalMap", "IComp::SetAttribute", &Design::ripper,
+                 [](Comp& comp) {
+                     Data::StoreRipperSignalMap(comp, {{5, 6}});
+                 }),
+          Stores("StoreBusSignals", "IBus::SetAttribute", &Design::bus,
+                 [](Bus& bus) {
+                     Data::StoreBusSignals(bus, {{5, Index(6)}});
+                 }),
+          Stores("StoreBusSignalNames", "IBus::SetAttribute", &Design::bus,
+                 [](Bus& bus) {
+                     Data::StoreBusSignalNames(bus, Names{"A", "B"});
+                 }),
+          Stores("StoreBusSignalNames", "IBus::SetAttribute", &Design::bus,
+                 [](Bus& bus) {
+                     Data::StoreBusSignalNames(bus, NameVector{"A", "B"});
+                 }),
+          {"GetHierarchicalName", "", "", "=| : |$I50",  // the name, none, or one without the sheet's id
+           Plain([](Design& d) { return Data::GetHierarchicalName(d.leafPath); })}}},
         {"Quill::Utils::time_stamp::",
-         {Reads("read", "true ", std::string("kept"),
-                [](SweepDesign& design, std::string& stamp) { return Stamp::read(*design.sheet, "__BlkDate", stamp); }),
-          Reads("read", "true ", std::string("kept"),
-                [](SweepDesign& design, std::string& stamp) { return Stamp::read(*design.sheet, stamp); }),
-          Reads("read", "true ", std::string("kept"),
-                [](SweepDesign& design, std::string& stamp) { return Stamp::read(*design.child, stamp); }),
-          {.names = "write",
-           .reports = "IGroup::SetAttribute",
-           .failure = "false",
-           .prepare = Writing(&SweepDesign::sheet,
-                              [](auto& sheet) { return Said(Stamp::write(*sheet, "__BlkDate", "5")); })},
-          {.names = "write",
-           .reports = "IGroup::RemoveAttribute",
-           .failure = "false",
-           .prepare = Writing(&SweepDesign::sheet, [](auto& sheet) { return Said(Stamp::write(*sheet, "")); })},
-          {.names = "write",
-           .reports = "IComp::SetAttribute",
-           .failure = "false",
-           .prepare = Writing(&SweepDesign::child, [](auto& comp) { return Said(Stamp::write(*comp, "5")); })},
-          {.names = "current at is_raw is_less comparator_func", .prepare = Plain([](SweepDesign&) {
-               const std::string at = Stamp::at(0, Stamp::formatted);
-               return Said(Stamp::is_less(at.c_str(), Stamp::current(Stamp::raw).c_str()), Stamp::is_raw(at),
-                           Stamp::comparator_func(at, at));
-           })}}});
-
-    all.push_back({"Quill::Utils::",
-                   {Walks<BlockVisits<BlockOrinQuillDataVisitor>>(
-                        "BlockOrinQuillDataVisitor::process BlockOrinQuillDataVisitor::~BlockOrinQuillDataVisitor",
-                        [](auto& visits, SweepDesign& design) { visits.process(design.block, design.sheet); }),
-                    Walks<SymbolVisits<SymbolOrinQuillDataVisitor>>(
-                        "SymbolOrinQuillDataVisitor::process SymbolOrinQuillDataVisitor::~SymbolOrinQuillDataVisitor",
-                        [](auto& visits, SweepDesign& design) { visits.process(design.symbol); })}});
-
-    all.push_back(ObjectIds<0>("Quill::Utils::IdGenerator<ObjectId,0>::"));
-    all.push_back(ObjectIds<1>("Quill::Utils::IdGenerator<ObjectId,1>::"));
-    all.push_back(AttributeIds<0>("Quill::Utils::IdGenerator<AttributeId,0>::"));
-    all.push_back(AttributeIds<1>("Quill::Utils::IdGenerator<AttributeId,1>::"));
-
-    using Collector = NetsNamesCollector;
-    const auto follows = [](Collector& collector, SweepDesign&) { return Said(collector.Reload()); };
-    const auto names = [](Collector& collector, SweepDesign& design) {
-        return Said(collector.GetExistingNames(design.blockIndex));
-    };
-    all.push_back(
+         {{"read", "", "", "true ",
+           Into(kept, [](Design& d, std::string& stamp) { return Stamp::read(*d.sheet, "__BlkDate", stamp); })},
+          {"read", "", "", "true ",
+           Into(kept, [](Design& d, std::string& stamp) { return Stamp::read(*d.sheet, stamp); })},
+          {"read", "", "", "true ",
+           Into(kept, [](Design& d, std::string& stamp) { return Stamp::read(*d.child, stamp); })},
+          {"write", "*", "false", "=",
+           Writing(&Design::sheet, [](auto& sheet) { return Stamp::write(*sheet, "__BlkDate", "5"); })},
+          {"write", "*", "false", "=", Writing(&Design::sheet, [](auto& sheet) { return Stamp::write(*sheet, ""); })},
+          {"write", "*", "false", "=", Writing(&Design::child, [](auto& comp) { return Stamp::write(*comp, "5"); })},
+          {"current at is_raw is_less comparator_func", "", "", "=",
+           Plain([](Design&) { return Stamp::is_less("5", Stamp::current(Stamp::formatted).c_str()); })}}},
+        {"Quill::Utils::",
+         {Visits<BlockOrinQuillDataVisitor>(
+              "BlockOrinQuillDataVisitor::process BlockOrinQuillDataVisitor::~BlockOrinQuillDataVisitor",
+              &Design::block, &Design::sheet),
+          Visits<SymbolOrinQuillDataVisitor>(
+              "SymbolOrinQuillDataVisitor::process SymbolOrinQuillDataVisitor::~SymbolOrinQuillDataVisitor",
+              &Design::symbol)}},
+        ObjectIds<0>("Quill::Utils::IdGenerator<ObjectId,0>::"),
+        ObjectIds<1>("Quill::Utils::IdGenerator<ObjectId,1>::"),
+        AttributeIds<0>("Quill::Utils::IdGenerator<AttributeId,0>::"),
+        AttributeIds<1>("Quill::Utils::IdGenerator<AttributeId,1>::"),
         {"Quill::NetsNamesCollector::",
-         {{.names = "AttachObserver NetsNamesCollector ~NetsNamesCollector",
-           .reports = "IObject::IsValid ISnapshot::GetInfo OrinPI::AttachSubClient OrinPI::GetSnapshotByName "
-                      "ISnapshot::AddEventObserver",
-           .failure = "logged : true|logged : false",
-           .prepare = [=](SweepDesign& design) {
-               const auto collector = std::make_shared<Collector>();
-               return Call{[=, &design] {
-                               static bool s_logged;
-                               s_logged = false;
-                               zolt::Logging::SetSink([](const std::string&) { s_logged = true; });
-                               collector->DetachObserver();
-                               collector->AttachObserver(design.snapshot);
-                               zolt::Logging::SetSink({});
-                               return Said(s_logged ? "logged" : "");
-                           },
-                           [=, &design] { return follows(*collector, design); }};
+         {{"AttachObserver NetsNamesCollector ~NetsNamesCollector", "*", "logged : true|logged : false", "=",
+           [=](Design& design) {
+               return Sharing(
+                   design, std::make_shared<Collector>(),
+                   [](Collector& collector, Design& d) {
+                       static std::string s_logged;
+                       s_logged.clear();
+                       zolt::Logging::SetSink([](const std::string&) { s_logged = "logged"; });
+                       collector.DetachObserver();
+                       collector.AttachObserver(d.snapshot);
+                       zolt::Logging::SetSink({});
+                       return s_logged;
+                   },
+                   follows);
            }},
-          {.names = "DetachObserver",
-           .prepare = OnCollector(
-               [](Collector& collector, SweepDesign&) {
+          {"DetachObserver", "", "", "=",
+           OnCollector(
+               [](Collector& collector, Design&) {
                    collector.DetachObserver();
                    return "";
                },
                follows)},
-          {.names = "Reload",
-           .reports = "ISnapshot::GetIterBlocks IObject::GetName IBlock::GetIterNets",
-           .failure = "thrown #|false",
-           .degraded = "true : *",
-           .prepare = OnCollector(follows, names),
-           .remembers = true},
-          {.names = "GetExistingNames",
-           .reports = "IObject::GetName IBlock::GetIterNets",
-           .degraded = "* : *",
-           .prepare = OnCollector(names, names),
-           .remembers = true}}});
-    return all;
+          {"Reload", "ISnapshot::GetIterBlocks IObject::GetName IBlock::GetIterNets", "thrown #|false", "true",
+           OnCollector(follows, nothing)},
+          {"GetExistingNames", "IObject::GetName IBlock::GetIterNets", "thrown #", "*", OnCollector(names, nothing)}}}};
 }
 
 }  // namespace Quill::Sweep

@@ -1,191 +1,115 @@
 #include <sstream>
 
 #include "events/orin_event_dispatcher.h"
-#include "events/orin_notification_data.h"
 #include "tests/events/recording.h"
 #include "tests/sweep/operation.h"
 
 namespace Quill::Sweep {
 namespace {
 
-using namespace NQuillUtils::NEvents;
+using Design = SweepDesign;
+using Dispatcher = NQuillUtils::NEvents::CORINEventDispatcher;
 
-// What observers were told: the name of each event and its words, without those that are empty, so that what the
-// database did not tell is missing.
+// The name of each event and its words, without those that are empty: what the database did not tell is missing.
 std::string Told(const Tests::Log& log) {
-    std::vector<std::string> words;
+    std::string told;
     for (const std::string& line : log) {
         std::istringstream stream(line);
         for (std::string word; stream >> word;)
-            if (word != "-" && word != "''" && word != "0" && word != "[]0") words.push_back(word);
+            if (word != "-" && word != "''" && word != "0" && word != "[]0") told += word + ' ';
     }
-    return Said(words);
+    return told;
 }
 
-void EditNets(SweepDesign& design) {
+void EditNets(Design& d) {
     Index added;
-    Must(design.editor.AddNet(design.leafIndex, {"NEW"}, added));
-    Must(design.editor.AddBus(design.leafIndex, {"BUS"}, added));
-    Must(design.editor.AddNetQuill(design.sheetIndex, design.netIndex, {}, added));
-    Must(design.editor.SetNetQuillData(design.pieceIndex, {}));
-    Must(design.editor.SetLabel(design.netIndex, "N8"));
-    Must(design.editor.DeleteItem(added));
-    Must(design.editor.DeleteNet(design.netIndex));
-    Must(design.editor.DeleteBus(design.busIndex));
+    Must(d.editor.AddNet(d.leafIndex, {"NEW"}, added));
+    Must(d.editor.AddBus(d.leafIndex, {"BUS"}, added));
+    Must(d.editor.AddNetQuill(d.sheetIndex, d.netIndex, {}, added));
+    Must(d.editor.SetNetQuillData(d.pieceIndex, {}));
+    Must(d.editor.SetLabel(d.netIndex, "N8"));
+    Must(d.editor.DeleteItem(added));
+    Must(d.editor.DeleteNet(d.netIndex));
+    Must(d.editor.DeleteBus(d.busIndex));
 }
 
-void EditBlocks(SweepDesign& design) {
-    Must(design.editor.SetLabel(design.childIndex, "H2"));
-    Must(design.editor.SetName(design.leafIndex, "twig"));
-    Must(design.editor.SetAttribute(design.thirdIndex, "$$Internal___ReadOnlySheet", "TRUE"));
-    Must(design.editor.RemoveAttribute(design.thirdIndex, "$$Internal___ReadOnlySheet"));
-    Must(design.editor.DeleteGroup(design.thirdIndex));
-    Must(design.editor.DeleteComp(design.childIndex));
-    Must(design.editor.DeleteBlock(design.leafIndex));
+void EditBlocks(Design& d) {
+    Must(d.editor.SetLabel(d.childIndex, "H2"));
+    Must(d.editor.SetName(d.leafIndex, "twig"));
+    Must(d.editor.SetAttribute(d.thirdIndex, "$$Internal___ReadOnlySheet", "TRUE"));
+    Must(d.editor.RemoveAttribute(d.thirdIndex, "$$Internal___ReadOnlySheet"));
+    Must(d.editor.DeleteGroup(d.thirdIndex));
+    Must(d.editor.DeleteComp(d.childIndex));
+    Must(d.editor.DeleteBlock(d.leafIndex));
 }
 
-void EditTree(SweepDesign& design) {
-    Must(design.editor.RipBus(design.ripperIndex, design.busIndex));
-    Must(design.editor.SetAttribute(design.blockIndex, "$$Internal_Design_Name", "pre"));
-    Must(design.editor.DeleteBus(design.busIndex));
-    Must(design.editor.DeleteGroup(design.thirdIndex));
+void EditTree(Design& d) {
+    Must(d.editor.RipBus(d.ripperIndex, d.busIndex));
+    Must(d.editor.SetAttribute(d.blockIndex, "$$Internal_Design_Name", "pre"));
+    Must(d.editor.DeleteBus(d.busIndex));
+    Must(d.editor.DeleteGroup(d.thirdIndex));
+}
+
+void TellClients(Design& d) {
+    Must(d.editor.Notify([](Orin::ClientObserver& told) { told.OnErrorTransaction("a", "b"); }));
 }
 
 // An observer is registered, told of edits, and taken out.
-template <class Observer, class Add>
-Operation Observes(const char* names, Add add, void (*edit)(SweepDesign&)) {
-    return {.names = names,
-            .degraded = "= : <",
-            .prepare = [=](SweepDesign& design) {
-                const auto observer = std::make_shared<Observer>();
-                return Call{[=, &design] {
-                                CORINEventDispatcher& dispatcher = *CORINEventDispatcher::Instance();
-                                observer->log.clear();
-                                (dispatcher.*add)(&design.snapshot, observer.get(), "sweep", 1);
-                                edit(design);
-                                dispatcher.RemoveEventObserver(&design.snapshot, observer.get());
-                                dispatcher.DispatchEvents();
-                                return "";
-                            },
-                            [=] { return Told(observer->log); }};
+template <class Observer, class Add, class Remove>
+Operation Observes(const char* names, Add add, void (*edit)(Design&), Remove remove) {
+    return {names,
+            "",
+            "",
+            "= : <",
+            [=](Design& design) {
+                return Sharing(
+                    design, std::make_shared<Observer>(),
+                    [=](Observer& observer, Design& d) {
+                        Dispatcher& dispatcher = *Dispatcher::Instance();
+                        add(dispatcher, d, observer);
+                        edit(d);
+                        remove(dispatcher, d, observer);
+                        dispatcher.DispatchEvents();
+                        return "";
+                    },
+                    [](const Observer& observer) { return Told(observer.log); });
             },
-            .once = true};
+            true};
+}
+
+template <class Observer, class Add>
+Operation ObservesDesign(const char* names, Add add, void (*edit)(Design&)) {
+    return Observes<Observer>(
+        names, [add](Dispatcher& by, Design& d, Observer& told) { (by.*add)(&d.snapshot, &told, "sweep", 1); }, edit,
+        [](Dispatcher& by, Design& d, Observer& told) { by.RemoveEventObserver(&d.snapshot, &told); });
 }
 
 }  // namespace
 
 std::vector<Family> EventOperations() {
-    using Dispatcher = CORINEventDispatcher;
-    std::vector<Family> all;
-    all.push_back(
+    using Plainly = Tests::Recording<Orin::EventObserver>;
+    using Client = Tests::RecordingClient;
+    return {
         {"NQuillUtils::NEvents::CORINEventDispatcher::",
-         {Observes<Tests::Recording<Orin::EventObserver>>("AddEventObserver RemoveEventObserver",
-                                                          &Dispatcher::AddEventObserver, EditNets),
-          Observes<Tests::RecordingEx>("AddEventObserverEx", &Dispatcher::AddEventObserverEx, EditNets),
-          Observes<Tests::RecordingEx>("", &Dispatcher::AddEventObserverEx, EditBlocks),
-          Observes<Tests::RecordingNavigator>("AddEventObserverNavigator", &Dispatcher::AddEventObserverNavigator,
-                                              EditTree),
-          {.names = "AddClientObserver RemoveClientObserver",
-           .degraded = "= : <",
-           .prepare =
-               [](SweepDesign& design) {
-                   const auto observer = std::make_shared<Tests::RecordingClient>();
-                   return Call{[observer, &design] {
-                                   Dispatcher& dispatcher = *Dispatcher::Instance();
-                                   observer->log.clear();
-                                   dispatcher.AddClientObserver(design.client.get(), observer.get());
-                                   Must(design.editor.Notify(
-                                       [](Orin::ClientObserver& told) { told.OnErrorTransaction("a", "b"); }));
-                                   dispatcher.RemoveClientObserver(design.client.get(), observer.get());
-                                   dispatcher.DispatchEvents();
-                                   return "";
-                               },
-                               [observer] { return Told(observer->log); }};
-               }},
-          // The dispatcher is made and copied by derived classes only.
-          {.names = "Instance DispatchEvents GetClientObserver LockEvents UnlockEvents CORINEventDispatcher "
-                    "CORINEventDispatcher operator= ~CORINEventDispatcher",
-           .prepare = Plain([](SweepDesign&) {
+         {ObservesDesign<Plainly>("AddEventObserver RemoveEventObserver", &Dispatcher::AddEventObserver, EditNets),
+          ObservesDesign<Tests::RecordingEx>("AddEventObserverEx", &Dispatcher::AddEventObserverEx, EditNets),
+          ObservesDesign<Tests::RecordingEx>("", &Dispatcher::AddEventObserverEx, EditBlocks),
+          ObservesDesign<Tests::RecordingNavigator>("AddEventObserverNavigator", &Dispatcher::AddEventObserverNavigator,
+                                                    EditTree),
+          Observes<Client>(
+              "AddClientObserver RemoveClientObserver",
+              [](Dispatcher& by, Design& d, Client& told) { by.AddClientObserver(d.client.get(), &told); }, TellClients,
+              [](Dispatcher& by, Design& d, Client& told) { by.RemoveClientObserver(d.client.get(), &told); }),
+          {"Instance DispatchEvents GetClientObserver LockEvents UnlockEvents CORINEventDispatcher "
+           "CORINEventDispatcher operator= ~CORINEventDispatcher",
+           "", "", "=", Plain([](Design&) {
                struct Own : Dispatcher {};
                const Own own;
-               Dispatcher& dispatcher = *Dispatcher::Instance();
-               dispatcher.LockEvents();
-               dispatcher.DispatchEvents();
-               dispatcher.UnlockEvents();
-               return Said(dispatcher.GetClientObserver() != nullptr);
-           })}}});
-    all.push_back({"NQuillUtils::NEvents::",
-                   {{.names = "EventObserverEx::OnAddNetQuill EventObserverEx::OnAddNet EventObserverEx::OnAddBus "
-                              "EventObserverEx::OnDeleteGroup EventObserverEx::OnDeleteNetQuill "
-                              "EventObserverEx::OnDeleteNet EventObserverEx::OnDeleteBus "
-                              "EventObserverEx::OnDeleteBlock EventObserverEx::OnDeleteBlockComp "
-                              "EventObserverEx::OnBeforeNetQuillSetData EventObserverEx::OnAfterNetQuillSetData "
-                              "EventObserverEx::OnBeforeLabelChange EventObserverEx::OnAfterLabelChange "
-                              "EventObserverEx::OnBlockNameChange EventObserverEx::OnReadOnlyFlagChange "
-                              "EventObserverEx::~EventObserverEx",
-                     .prepare = Plain([](SweepDesign& design) {
-                         struct Own : EventObserverEx {} own;
-                         const Index& net = design.netIndex;
-                         own.OnAddNetQuill(net, net, "");
-                         own.OnAddNet(net, net, "");
-                         own.OnAddBus(net, net, "");
-                         own.OnDeleteGroup(net, net, "", "");
-                         own.OnDeleteNetQuill(net, net, "");
-                         own.OnDeleteNet(net, net, "");
-                         own.OnDeleteBus(net, net, "");
-                         own.OnDeleteBlock(net, "");
-                         own.OnDeleteBlockComp(net, net, net, 1);
-                         own.OnBeforeNetQuillSetData(net, net, net, {});
-                         own.OnAfterNetQuillSetData(net, net, net, {});
-                         own.OnBeforeLabelChange(net, net, "");
-                         own.OnAfterLabelChange(net, net, "");
-                         own.OnBlockNameChange(net, "", "");
-                         own.OnReadOnlyFlagChange(net);
-                         return "";
-                     })},
-                    {.names = "EventObserverNavigator::OnBeforeRipBus EventObserverNavigator::OnAfterRipBus "
-                              "EventObserverNavigator::OnDeleteBus EventObserverNavigator::OnDeleteBlock "
-                              "EventObserverNavigator::OnDesignRootChange "
-                              "EventObserverNavigator::~EventObserverNavigator",
-                     .prepare = Plain([](SweepDesign& design) {
-                         struct Own : EventObserverNavigator {} own;
-                         const Index& bus = design.busIndex;
-                         own.OnBeforeRipBus(bus, bus, {});
-                         own.OnAfterRipBus(bus, bus, {});
-                         own.OnDeleteBus(bus, bus, {});
-                         own.OnDeleteBlock(bus);
-                         own.OnDesignRootChange(bus, "", "");
-                         return "";
-                     })}}});
-    all.push_back({"NQuillUtils::NEvents::ORINNOTIFICATIONDATA::",
-                   {{.names = "ORINNOTIFICATIONDATA ORINNOTIFICATIONDATA ORINNOTIFICATIONDATA ORINNOTIFICATIONDATA "
-                              "ORINNOTIFICATIONDATA ORINNOTIFICATIONDATA ORINNOTIFICATIONDATA ORINNOTIFICATIONDATA "
-                              "ORINNOTIFICATIONDATA ORINNOTIFICATIONDATA ORINNOTIFICATIONDATA "
-                              "~ORINNOTIFICATIONDATA operator= Call IsValid",
-                     .prepare = Plain([](SweepDesign& design) {
-                         using Data = ORINNOTIFICATIONDATA;
-                         using Type = Data::Type;
-                         const Index& net = design.netIndex;
-                         Tests::Recording<Orin::EventObserver> events;
-                         Tests::RecordingClient client;
-                         std::list<Data> records;
-                         records.emplace_back(Type::OnBeforeChange, &events, net, 6, false);
-                         records.emplace_back(Type::OnAfterAdd, &events, net, net, 57, false);
-                         records.emplace_back(Type::OnLock, &events, net, "a", "b");
-                         records.emplace_back(Type::OnMultiLock, &events, Orin::ListT<Index>(), "a", "b");
-                         records.emplace_back(Type::OnBeforeTransaction, &events, 7UL);
-                         records.emplace_back(Type::OnWorkingModeChange, &client, "", "", 1);
-                         records.emplace_back(Type::OnErrorChange, &client, "a", "b", net, 6);
-                         records.emplace_back(Type::OnErrorAdd, &client, "a", "b", net, net, 57);
-                         records.emplace_back(Type::OnErrorSwap, &client, "a", "b", net, net, net, 1);
-                         records.emplace_back(Type::OnErrorUnexpected, &client);
-                         records.push_back(records.back());
-                         for (Data& record : records)
-                             record.Call();
-                         records.front() = records.back();
-                         return Said(static_cast<int>(events.log.size() + client.log.size()));
-                     })}}});
-    return all;
+               Dispatcher::Instance()->LockEvents();
+               Dispatcher::Instance()->DispatchEvents();
+               Dispatcher::Instance()->UnlockEvents();
+               return Dispatcher::Instance()->GetClientObserver() != nullptr;
+           })}}}};
 }
 
 }  // namespace Quill::Sweep

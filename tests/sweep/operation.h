@@ -14,7 +14,7 @@
 
 namespace Quill::Sweep {
 
-// ---- What a call says, as text: one word for each value, a "," behind each element of a list ----
+// ---- What a call says: words, with a blank behind each element of a list ----
 
 inline std::string Word(bool value) {
     return value ? "true" : "false";
@@ -28,14 +28,11 @@ inline std::string Word(const char* value) {
 inline std::string Word(int value) {
     return std::to_string(value);
 }
-inline std::string Word(unsigned value) {
-    return std::to_string(value);
-}
 inline std::string Word(const Index& value) {
     return std::to_string(value.Value());
 }
 inline std::string Word(const Orin::Result& value) {
-    return std::to_string(value.GetErrorCode());
+    return Word(value.GetErrorCode());
 }
 template <class A, class B>
 std::string Word(const std::pair<A, B>& value) {
@@ -45,7 +42,7 @@ template <class List, class = typename List::const_iterator>
 std::string Word(const List& values) {
     std::string text;
     for (const auto& value : values)
-        text += Word(value) + ",";
+        text += Word(value) + " ";
     return text;
 }
 template <class... Values>
@@ -64,38 +61,26 @@ struct Call {
     std::function<std::string()> run;
     std::function<std::string()> look = [] { return std::string(); };
 };
+using Prepare = std::function<Call(SweepDesign&)>;
 
-// The operations of the database whose calls were made to fail, and whether the code said that something is absent.
-struct Failures {
-    std::vector<std::string> calls;
-    bool absent;
-
-    std::ptrdiff_t Count(std::string_view operation) const {
-        return std::count(calls.begin(), calls.end(), operation);
-    }
-};
-
-// Outcomes are given as "RUN : LOOK" or "RUN", several with "|" between. "=" stands for what the call says without a
-// failure, as does a missing half; "~" for what it says before the call; "*" for anything; "<" for a list that lacks elements of that or has all; "#" for the
-// code of the failure.
+// Outcomes are given as "RUN : LOOK" or "RUN", several with "|" between. In place of a half stands "=" for what the
+// call says without a failure, as when it is missing, "^" for a beginning of that, "<" for some of its words, "~" for
+// what it says before the call, and "*" for anything; "#" stands for the code of the failure.
 struct Operation {
     // The exported names that it covers, without the prefix of the family; once more for each further overload.
     const char* names;
-    // Failures of these operations of the database are reported.
-    const char* reports = "";
-    // So are those of these, or of all others ("*"), unless the code says that something is absent.
-    const char* judges = "";
+    // The operations of the database whose failures are reported, "*" for all; with a "?" in front, those whose
+    // failures are reported unless the code says that something is absent.
+    const char* reports;
     // How failures are reported. The design is then unchanged, and the same call works when the database is well.
-    const char* failure = "thrown #";
+    const char* failure;
     // What may come of a failure that is passed over; the design is then unchanged or complete.
-    const char* degraded = "=";
-    std::function<Call(SweepDesign&)> prepare;
-    // In place of `reports` and `judges`, where the names do not tell.
-    std::function<bool(const Failures&)> isReported = {};
-    // What could not be read stays unknown after the call.
-    bool remembers = false;
+    const char* degraded;
+    Prepare prepare;
     // The same call cannot be made twice.
     bool once = false;
+    // Told how often each operation failed, in place of `reports` where the names alone do not tell.
+    std::function<bool(std::map<std::string, int>&)> isReported = {};
 };
 
 // The operations with one prefix.
@@ -104,16 +89,21 @@ struct Family {
     std::vector<Operation> operations;
 };
 
-// All of them, by folder.
 std::vector<Family> SheetOperations();
 std::vector<Family> PageOperations();
 std::vector<Family> DataOperations();  // attributes, designdata, ids, labels, properties
 std::vector<Family> EventOperations();
 
-// A call that needs nothing but the design.
+// A call that needs nothing but the design, and says what `run` gives.
 template <class Run>
-auto Plain(Run run) {
-    return [run](SweepDesign& design) { return Call{[run, &design] { return run(design); }}; };
+Prepare Plain(Run run) {
+    return [run](SweepDesign& design) { return Call{[run, &design] { return Said(run(design)); }}; };
+}
+
+// A call whose `run` says what it gives, and that shares `state` with `look`.
+template <class State, class Run, class Look>
+Call Sharing(SweepDesign& design, const std::shared_ptr<State>& state, Run run, Look look) {
+    return {[=, &design] { return Said(run(*state, design)); }, [=] { return Said(look(*state)); }};
 }
 
 }  // namespace Quill::Sweep

@@ -6,121 +6,99 @@
 namespace Quill::Sweep {
 namespace {
 
-// The order in which a supplier leads down from sheet "1".
+using Design = SweepDesign;
+
+// What it says besides is the order in which the supplier leads down from sheet "1".
 template <class Supplier, class... Ascending>
 Operation Supplies(const char* names, const char* degraded, Ascending... ascending) {
-    return {.names = names, .degraded = degraded, .prepare = [=](SweepDesign& design) {
-                const auto order = std::make_shared<std::vector<Index>>();
-                Index path;
-                Must(design.rootPath->GetIndex(path));
-                return Call{[=, &design] {
-                                order->clear();
-                                PageObjects objects(design.objects);
-                                Supplier supplier(objects, ascending...);
-                                return Said(supplier.supplyOrder(design.block, {path, design.sheetIndex, ""}, *order));
-                            },
-                            [=] { return Said(*order); }};
+    return {names, "", "", degraded, [=](Design& design) {
+                return Sharing(
+                    design, std::make_shared<std::vector<Index>>(),
+                    [=, path = IndexOf(design.rootPath)](std::vector<Index>& order, Design& d) {
+                        PageObjects objects(d.objects);
+                        order.clear();
+                        return Supplier(objects, ascending...).supplyOrder(d.block, {path, d.sheetIndex, ""}, order);
+                    },
+                    [](const std::vector<Index>& order) { return order; });
             }};
 }
 
-// The sheets of the pages, as far as the database told them.
-std::string Pages(const PageTraverser& pages) {
-    std::vector<Index> groups;
-    for (const PageID& page : pages.heldPages())
-        if (!page.group.IsEmpty()) groups.push_back(page.group);
-    return Said(groups);
-}
-
+// What it says besides is the sheets of the pages, as far as the database told them.
 template <class Run>
-auto OnPages(EAlgorithm algorithm, ECompAlgorithm order, Run run) {
-    return [=](SweepDesign& design) {
+Prepare OnPages(EAlgorithm algorithm, ECompAlgorithm order, Run run) {
+    return [=](Design& design) {
         const auto pages = std::make_shared<PageTraverser>(design.snapshot, "top", EViewMode::Logical);
         pages->setAlgorithm(algorithm, order);
         pages->update();
-        return Call{[=, &design] { return run(*pages, design); }, [=] { return Pages(*pages); }};
+        return Sharing(design, pages, run, [](const PageTraverser& of) {
+            std::vector<Index> groups;
+            for (const PageID& page : of.heldPages())
+                if (!page.group.IsEmpty()) groups.push_back(page.group);
+            return groups;
+        });
     };
 }
 
-// A block whose sheets can be listed neither in order nor otherwise ends the walk; everything else is passed over.
+// A block whose sheets can be listed neither in their order nor otherwise ends the walk.
 Operation Updates(const char* names, EAlgorithm algorithm, ECompAlgorithm order) {
-    return {.names = names,
-            .failure = "thrown # : ",
-            .degraded = "= : <|fewer : <",
-            .prepare = OnPages(algorithm, order,
-                               [](PageTraverser& pages, SweepDesign&) { return pages.update() == 3 ? "3" : "fewer"; }),
-            .isReported =
-                [](const Failures& failures) {
-                    return failures.Count("IBlock::GetListOwnedGroups") != 0 &&
-                           failures.Count("IBlock::GetListOwnedGroups") + failures.Count("IBlock::GetParentSnapshot") >
-                               1;
-                },
-            .remembers = true};
-}
-
-PageID LastOf(const PageTraverser& pages) {
-    return pages.heldPages().back();
+    return {names,
+            "",
+            "thrown # : ",
+            "true : <|false : <",
+            OnPages(algorithm, order, [](PageTraverser& pages, Design&) { return pages.update() == 3; }),
+            false,
+            [](std::map<std::string, int>& failed) {
+                const int lists = failed["IBlock::GetListOwnedGroups"];
+                return lists != 0 && lists + failed["IBlock::GetParentSnapshot"] > 1;
+            }};
 }
 
 }  // namespace
 
 std::vector<Family> PageOperations() {
-    std::vector<Family> all;
-    constexpr const char* Begins =
-        "OrinPI::GetSnapshotByName ISnapshot::GetUIDManager ISnapshot::GetDefaultConfig IConfig::GetRoot "
-        "IPath::GetBlock";
-    all.push_back(
+    return {
         {"Quill::",
          {Supplies<DefaultOrderSupplier>("DefaultOrderSupplier::supplyOrder", "true : <"),
           Supplies<NameOrderSupplier>("NameOrderSupplier::supplyOrder", "true : <", true),
           Supplies<SymbolOrderSupplier>("SymbolOrderSupplier::supplyOrder", "true : <", false),
           Supplies<RefDefOrderSupplier>("RefDefOrderSupplier::supplyOrder", "true : <|false : ", true),
-          Supplies<CustomOrderSupplier>("CustomOrderSupplier::supplyOrder", "false : ", false)}});
-    all.push_back(
+          Supplies<CustomOrderSupplier>("CustomOrderSupplier::supplyOrder", "false : ", false)}},
         {"Quill::PageTraverser::",
-         {{.names = "PageTraverser",
-           .reports = Begins,
-           .prepare = Plain([](SweepDesign& design) {
-               return PageTraverser(*design.client, "top", EViewMode::Physical).configName();
-           })},
-          {.names = "PageTraverser",
-           .reports = Begins,
-           .prepare = Plain([](SweepDesign& design) {
-               return PageTraverser(design.snapshot, "top", EViewMode::Physical).configName();
-           })},
+         {{"PageTraverser", "*", "thrown #", "=",
+           Plain([](Design& d) { return PageTraverser(*d.client, "top", EViewMode::Physical).configName(); })},
+          {"PageTraverser", "*", "thrown #", "=",
+           Plain([](Design& d) { return PageTraverser(d.snapshot, "top", EViewMode::Physical).configName(); })},
           Updates("update", EAlgorithm::DepthFirst, ECompAlgorithm::Default),
           Updates("", EAlgorithm::LevelByLevel, ECompAlgorithm::NameDescending),
           Updates("", EAlgorithm::PrintOrder, ECompAlgorithm::RefDes),
           Updates("", EAlgorithm::DepthFirst, ECompAlgorithm::Custom),
-          {.names = "attachPage",
-           .prepare = OnPages(EAlgorithm::DepthFirst, ECompAlgorithm::Default,
-                              [](PageTraverser& pages, SweepDesign&) {
-                                  const PageID first = pages.firstPage();
-                                  pages.removePage(first);
-                                  pages.attachPage(first);
-                                  return Said(pages.containsPage(first));
-                              }),
-           .remembers = true},
-          {.names = "PageTraverser operator= ~PageTraverser setAlgorithm setCustomFile configName viewMode firstPage "
-                    "nextPage getPage getPageByName pagesCount pageOrder containsPage heldPages pageNumber "
-                    "excludePage includePage isMarkedExcluded removePage compositeOrder numbersForPage numbersForBlock "
-                    "rangeForBlock rangeForPage",
-           .prepare = OnPages(
-               EAlgorithm::DepthFirst, ECompAlgorithm::Default, [](PageTraverser& pages, SweepDesign& design) {
-                   PageTraverser moved(std::move(pages));
-                   pages = std::move(moved);
-                   const PageID first = pages.firstPage(), last = LastOf(pages);
-                   pages.excludePage(first);
-                   const bool marked = pages.isMarkedExcluded(first);
-                   pages.includePage(first);
-                   std::string error;
-                   return Said(marked, pages.setCustomFile("", error), pages.nextPage(first).name,
-                               pages.getPage(0).name, pages.getPageByName(first.name).group, pages.pagesCount(),
-                               pages.pageOrder(last), pages.pageNumber(last), pages.containsPage(last),
-                               pages.compositeOrder(design.sheetIndex), pages.numbersForPage(first),
-                               pages.numbersForBlock(design.blockIndex, first.path),
-                               pages.rangeForBlock(design.blockIndex, first.path), pages.rangeForPage(first));
-               })}}});
-    return all;
+          // It shows at the next update only.
+          {"attachPage", "", "", "=",
+           OnPages(EAlgorithm::DepthFirst, ECompAlgorithm::Default,
+                   [](PageTraverser& pages, Design&) {
+                       const PageID first = pages.firstPage();
+                       pages.removePage(first);
+                       pages.attachPage(first);
+                       return pages.containsPage(first);
+                   }),
+           true},
+          {"PageTraverser operator= ~PageTraverser setAlgorithm setCustomFile configName viewMode firstPage nextPage "
+           "getPage getPageByName pagesCount pageOrder containsPage heldPages pageNumber excludePage includePage "
+           "isMarkedExcluded removePage compositeOrder numbersForPage numbersForBlock rangeForBlock rangeForPage",
+           "", "", "=",
+           OnPages(EAlgorithm::DepthFirst, ECompAlgorithm::Default,
+                   [](PageTraverser& pages, Design& d) {
+                       PageTraverser moved(std::move(pages));
+                       pages = std::move(moved);
+                       const PageID first = pages.firstPage();
+                       pages.excludePage(first);
+                       pages.includePage(first);
+                       return pages.numbersForBlock(d.blockIndex, first.path).size() == pages.pagesCount() &&
+                              pages.pageNumber(pages.nextPage(first)) == "2" &&
+                              pages.rangeForBlock(d.blockIndex, first.path).size() ==
+                                  pages.compositeOrder(d.sheetIndex).size();
+                   }),
+           true}}}};
 }
 
 }  // namespace Quill::Sweep

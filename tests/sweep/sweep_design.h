@@ -12,6 +12,13 @@ using Orin::EGroupType;
 using Orin::Index;
 using Tests::Must;
 
+template <class Handle>
+Index IndexOf(const Handle& object) {
+    Index index;
+    Must(object->GetIndex(index));
+    return index;
+}
+
 // The block "top" of the configuration of that name, drawn in the editor, with the sheets "1", "2" and "3". Sheet "1"
 // shows one of everything, and leads to the block "leaf", which has one sheet, twice. A sheet connector labelled SIG is
 // on sheet "1" and in the leaf.

@@ -14,7 +14,8 @@ void CORINClientObserver::Deliver(const String& project, const String& error, co
         const Delivery delivery(*this);
         (m_observer.Get()->*Callback)(project, error, arguments...);
     } else if constexpr (sizeof...(arguments) == 0) {
-        QueueRecord(m_mutex, type, m_observer.Get(), static_cast<const char*>(project), static_cast<const char*>(error), 0);
+        QueueRecord(m_mutex, type, m_observer.Get(), static_cast<const char*>(project), static_cast<const char*>(error),
+                    0);
     } else {
         QueueRecord(m_mutex, type, m_observer.Get(), static_cast<const char*>(project), static_cast<const char*>(error),
                     arguments...);
