@@ -109,7 +109,8 @@ std::vector<Family> EventOperations() {
                Dispatcher::Instance()->DispatchEvents();
                Dispatcher::Instance()->UnlockEvents();
                return Dispatcher::Instance()->GetClientObserver() != nullptr;
-           })}}}};
+           }),
+           true}}}};
 }
 
 }  // namespace Quill::Sweep
