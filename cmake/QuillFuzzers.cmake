@@ -8,13 +8,18 @@ if(QUILL_BUILD_FUZZERS AND
 endif()
 
 # quill_fuzzer(NAME SOURCES ... LIBRARIES ... [SEEDS ...]): the program NAME_fuzz. Its inputs are those of corpus/NAME,
-# and SEEDS, which the source tree holds for other ends. The fuzzers find both in the file NAME_fuzz.seeds.
+# and SEEDS, which the source tree holds for other ends. The fuzzers find both in the file NAME_fuzz.seeds. The target
+# fuzzers builds all of them.
 function(quill_fuzzer name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;SEEDS")
     set(target ${name}_fuzz)
     add_executable(${target} ${arg_SOURCES})
     target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} quill_flags Threads::Threads)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
+    if(NOT TARGET fuzzers)
+        add_custom_target(fuzzers)
+    endif()
+    add_dependencies(fuzzers ${target})
     set(seeds ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name} ${arg_SEEDS})
     if(QUILL_BUILD_FUZZERS)
         target_link_options(${target} PRIVATE -fsanitize=fuzzer)

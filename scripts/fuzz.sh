@@ -15,7 +15,7 @@ shift
 require_packages $(preset_groups fuzz)
 configure fuzz
 if [ $# -eq 0 ]; then
-    build
+    build fuzzers
     for seeds in "$build_dir"/bin/*_fuzz.seeds; do
         seeds=${seeds##*/}
         set -- "$@" "${seeds%_fuzz.seeds}"
