@@ -1,5 +1,7 @@
 #include "events/orin_event_dispatcher.h"
 
+#include <algorithm>
+#include <iterator>
 #include <list>
 #include <map>
 #include <memory>
@@ -27,7 +29,8 @@ using Snapshot = Orin::ContainerT<const Orin::ISnapshot>;
 bool IsSameSnapshot(const Snapshot& a, const Snapshot& b) {
     Orin::SnapshotInfo infoA;
     Orin::SnapshotInfo infoB;
-    return a->GetInfo(infoA) && b->GetInfo(infoB) && infoA.index == infoB.index;
+    // The handle that the observer was registered with needs no asking: the observer goes whatever the database tells.
+    return a.Get() == b.Get() || (a->GetInfo(infoA) && b->GetInfo(infoB) && infoA.index == infoB.index);
 }
 
 // Deletes the wrapper now, or leaves that to the callback of it that is still running.
@@ -35,6 +38,14 @@ template <class Wrapper>
 void LetGo(std::unique_ptr<Wrapper> wrapper) {
     Wrapper* const released = wrapper.release();
     if (released->Use().Release()) delete released;
+}
+
+// Whether the database may still call an observer that it was asked to take out.
+bool IsStillAttached(const Orin::Result& removed) {
+    constexpr Orin::EErrorCode Gone[] = {Orin::EErrorCode::ObjectNotFound, Orin::EErrorCode::NotConnected};
+    return !removed && std::none_of(std::begin(Gone), std::end(Gone), [&](Orin::EErrorCode code) {
+        return removed.GetErrorCode() == static_cast<int>(code);
+    });
 }
 
 }  // namespace
@@ -46,9 +57,13 @@ public:
           m_eventMutex(std::make_unique<OrinUtils::Mutex>()),
           m_clientMutex(std::make_unique<OrinUtils::Mutex>()) {}
 
-    // The client wrappers stay: connections that outlive the dispatcher go on calling them.
+    // The client wrappers stay: connections that outlive the dispatcher go on calling them. So do those that the
+    // database did not give back.
     ~CImpl() override {
+        m_clients.splice(m_clients.end(), m_refusedClients);
         for (ClientRegistration& registration : m_clients)
+            static_cast<void>(registration.wrapper.release());
+        for (EventRegistration& registration : m_refusedEvents)
             static_cast<void>(registration.wrapper.release());
     }
 
@@ -80,10 +95,16 @@ public:
         m_invalidEvents.Append(observer);
         // From the handle that it was registered with: the given one may be another client's. Other threads have left
         // the wrapper when this returns, so what they queued stands before the remover.
-        registration->snapshot->RemoveEventObserver(registration->wrapper.get());
+        const Orin::Result removed = registration->snapshot->RemoveEventObserver(registration->wrapper.get());
         NotificationQueue::Instance().Push(remover);
-        std::unique_ptr<CORINEventObserver> wrapper = std::move(registration->wrapper);
         m_eventByObserver.erase(found);
+        if (IsStillAttached(removed)) {
+            registration->wrapper->Forget();
+            registration->snapshot.Release();
+            m_refusedEvents.splice(m_refusedEvents.end(), m_events, registration);
+            return;
+        }
+        std::unique_ptr<CORINEventObserver> wrapper = std::move(registration->wrapper);
         m_events.erase(registration);
         LetGo(std::move(wrapper));
     }
@@ -106,10 +127,15 @@ public:
         NotificationQueue::Item remover(
             std::make_unique<ClientRemover<Orin::ClientObserver>>(&m_invalidClients, observer));
         m_invalidClients.Append(observer);
-        connection->RemoveClientObserver(registration->wrapper.get());
+        const Orin::Result removed = connection->RemoveClientObserver(registration->wrapper.get());
         NotificationQueue::Instance().Push(remover);
-        std::unique_ptr<CORINClientObserver> wrapper = std::move(registration->wrapper);
         m_clientByObserver.erase(first);
+        if (IsStillAttached(removed)) {
+            registration->wrapper->Forget();
+            m_refusedClients.splice(m_refusedClients.end(), m_clients, registration);
+            return;
+        }
+        std::unique_ptr<CORINClientObserver> wrapper = std::move(registration->wrapper);
         m_clients.erase(registration);
         LetGo(std::move(wrapper));
     }
@@ -162,6 +188,9 @@ private:
     std::unique_ptr<OrinUtils::Mutex> m_clientMutex;
     std::list<EventRegistration> m_events;
     std::list<ClientRegistration> m_clients;
+    // Those whose wrappers the database did not give back, and which it may call as long as it lives.
+    std::list<EventRegistration> m_refusedEvents;
+    std::list<ClientRegistration> m_refusedClients;
     // Where each registration stands, so that many observers cost no search.
     std::unordered_map<Orin::EventObserver*, std::list<EventRegistration>::iterator> m_eventByObserver;
     std::multimap<std::pair<Orin::OrinPI*, Orin::ClientObserver*>, std::list<ClientRegistration>::iterator>

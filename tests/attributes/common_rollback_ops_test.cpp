@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "designdb/testing/fault_injector.h"
 #include "tests/support/small_design.h"
 #include "tests/support/time_zone.h"
 
@@ -74,9 +73,6 @@ TEST_F(SavePointComment, HandsOnWhatFailed) {
     EXPECT_EQ(CommonRollbackOps::SetComment({}, "x").GetErrorCode(), 200) << "an empty handle";
     EXPECT_EQ(CommonRollbackOps::GetComment({}, comment).GetErrorCode(), 200);
     EXPECT_EQ(comment, "what stood there");
-    Orin::DesignDb::Testing::FaultInjector faults;
-    faults.Inject({"ISnapshot::SetAttribute"});
-    EXPECT_EQ(CommonRollbackOps::SetComment(savePoint, "x").GetErrorCode(), 102);
 }
 
 }  // namespace

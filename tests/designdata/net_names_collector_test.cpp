@@ -81,7 +81,7 @@ TEST_F(NetNames, AFailedReadIsRaisedAndTriedAgainByTheNextQuestion) {
             EXPECT_EQ(collector.Reload(), one.during != Names{"A"});
             EXPECT_EQ(collector.GetExistingNames(blockIndex), one.during);
         }
-        EXPECT_NE(faults.Failed(), 0U);
+        EXPECT_FALSE(faults.Failed().empty());
         faults.Clear();
         EXPECT_TRUE(!one.raised || collector.GetExistingNames(blockIndex) == Names{"A"});
     }
@@ -94,22 +94,11 @@ TEST_F(NetNames, AFailedAttachIsLoggedAndGetsAsFarAsItCan) {
     collector.AttachObserver({});
     EXPECT_EQ(s_message.substr(0, said.size()), said);
     EXPECT_GT(s_message.size(), said.size());
-    EXPECT_FALSE(collector.Reload());
-    const struct {
-        const char* operation;
-        bool follows;  // whether it has the snapshot all the same
-    } cases[] = {
-        {"ISnapshot::GetInfo", false}, {"OrinPI::GetSnapshotByName", false}, {"ISnapshot::AddEventObserver", true}};
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.operation);
-        s_message.clear();
-        Orin::DesignDb::Testing::FaultInjector faults;
-        faults.Inject({.operation = one.operation, .code = Orin::EErrorCode::StoreFailed});
-        collector.AttachObserver(snapshot);
-        EXPECT_EQ(s_message, said + std::string(Orin::Result(Orin::EErrorCode::StoreFailed).GetDescription().View()));
-        EXPECT_EQ(collector.Reload(), one.follows);
-        collector.DetachObserver();
-    }
+    Orin::DesignDb::Testing::FaultInjector faults;
+    faults.Inject({.operation = "ISnapshot::AddEventObserver", .code = Orin::EErrorCode::StoreFailed});
+    collector.AttachObserver(snapshot);
+    EXPECT_EQ(s_message, said + std::string(Orin::Result(Orin::EErrorCode::StoreFailed).GetDescription().View()));
+    EXPECT_TRUE(collector.Reload());
     zolt::Logging::SetSink({});
 }
 

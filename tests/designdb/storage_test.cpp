@@ -262,7 +262,7 @@ TEST_F(FaultInjector, FailsAndCountsByNameObjectAndCall) {
     EXPECT_EQ(codes, (std::vector<int>{0, 102, 201, 0, 0, 205, 205}));
     EXPECT_EQ(faults.Calls("IBlock::GetAttribute"), 7U);
     EXPECT_EQ(faults.Calls("IBlock::SetAttribute"), 0U);
-    EXPECT_EQ(faults.Failed(), 4U);
+    EXPECT_EQ(faults.Failed().size(), 4U);
     faults.Clear();
     EXPECT_EQ(read(1), 0);
     // A write that fails writes nothing; the design can be named like any object.

@@ -306,27 +306,6 @@ TEST(IdGenerator, HoldsItsLockUntilItIsInitialisedAgainOrGone) {
     });
 }
 
-TEST(IdGenerator, HoldsNothingAfterAnyFailure) {
-    DrawnDesign design;
-    design.DrawSheet();
-    design.DrawSymbol();
-    Watcher watcher(design);
-    ForEveryInit<ObjectId, AttributeId>([&]<class Kind, int Locked>(bool symbol) {
-        for (unsigned call = 1, failed = 1; failed != 0; ++call) {
-            SCOPED_TRACE(call);
-            IdGenerator<Kind, Locked> generator;
-            EXPECT_EQ(InitOn(generator, design, !symbol), Code::Ok);
-            FaultInjector faults;
-            faults.Inject({.operation = "", .call = call, .code = Orin::EErrorCode::StoreFailed});
-            const Code code = InitOn(generator, design, symbol);
-            failed = faults.Failed();
-            faults.Clear();
-            EXPECT_EQ(code == Code::DatabaseError || code == Code::NoSheetId, failed != 0);
-            EXPECT_EQ(NextOf(generator) == -2 && watcher.Refused().empty(), failed != 0);
-        }
-    });
-}
-
 TEST(IdGenerator, SharesItsStateByAssignment) {
     const DrawnDesign design;
     Watcher watcher(design);

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include "designdb/testing/fault_injector.h"
 #include "tests/support/small_design.h"
 
 namespace {
@@ -107,19 +106,6 @@ TEST_F(StoredTimeStamp, IsAnInternalAttributeOfSheetOrSymbol) {
     EXPECT_TRUE(time_stamp::write(*writableSheet, "") && time_stamp::write(*writableComp, nullptr));
     EXPECT_EQ(Value(sheet, "$$Internal___BlkDate"), "none");
     EXPECT_TRUE(time_stamp::read(*comp, stamp) && stamp.empty());
-}
-
-TEST_F(StoredTimeStamp, WriteTellsWhatTheDatabaseRefused) {
-    EXPECT_TRUE(time_stamp::write(*writableSheet, "1"));
-    Orin::DesignDb::Testing::FaultInjector faults;
-    for (const char* operation : {"IGroup::SetAttribute", "IGroup::RemoveAttribute", "IComp::SetAttribute"})
-        faults.Inject({operation});
-    EXPECT_FALSE(time_stamp::write(*writableSheet, "2") || time_stamp::write(*writableSheet, ""));
-    EXPECT_FALSE(time_stamp::write(*writableComp, "2"));
-    std::string stamp;
-    EXPECT_TRUE(time_stamp::read(*sheet, stamp) && stamp == "1");
-    faults.Inject({"IGroup::GetAttribute"});
-    EXPECT_TRUE(time_stamp::read(*sheet, stamp) && stamp.empty()) << "unreadable counts as absent";
 }
 
 }  // namespace

@@ -190,12 +190,6 @@ TEST_F(Pages, FailOnlyWhereTheWalkCannotGoOn) {
         return 0;
     };
     FaultInjector faults;
-    for (const char* const operation : {"OrinPI::GetSnapshotByName", "ISnapshot::GetUIDManager",
-                                        "ISnapshot::GetDefaultConfig", "IConfig::GetRoot", "IPath::GetBlock"}) {
-        faults.Inject({operation});
-        EXPECT_EQ(codeOf([&] { PageTraverser(*design.client, "top", EViewMode::Logical); }), 102) << operation;
-        faults.Clear();
-    }
     EXPECT_EQ(codeOf([&] { PageTraverser(*design.client, "other", EViewMode::Logical); }), 200);
     EXPECT_EQ(codeOf([&] { PageTraverser(Orin::ContainerT<const Orin::ISnapshot>(), "top", EViewMode::Logical); }),
               200);

@@ -74,22 +74,6 @@ TEST_F(Reuse, MarkOfOlderDesignsIsReadOnBlocksButNeverTouched) {
     EXPECT_EQ(Value(block, Mark), "TRUE");
 }
 
-TEST_F(Reuse, FailuresCountAsNotMarkedAndArePassedOver) {
-    ReuseBlock::SetIsReuseBlock(writableBlock, true);
-    ReuseBlock::SetIsReuseBlock(writableComp, true);
-    FaultInjector faults;
-    for (const char* operation : {"IComp::GetAttribute", "IBlock::GetAttribute", "IComp::SetAttribute",
-                                  "IComp::RemoveAttribute", "IBlock::RemoveAttribute", "ISnapshot::GetIterComps"})
-        faults.Inject({.operation = operation, .persistent = true});
-    EXPECT_FALSE(ReuseBlock::IsReuseBlock(*comp) || ReuseBlock::IsReuseBlock(*block) ||
-                 ReuseBlock::IsDynamicReuse(*comp) || ReuseBlock::IsTopLevelReuseBlock(blockIndex, snapshot));
-    EXPECT_NO_THROW(ReuseBlock::SetIsReuseBlock(writableComp, false));
-    EXPECT_NO_THROW(ReuseBlock::SetIsDynamicReuse(writableComp, true, "x"));
-    EXPECT_NO_THROW(ReuseBlock::SetIsReuseBlock(writableBlock, false));
-    faults.Clear();
-    EXPECT_EQ(Value(comp, Mark, System) + Value(comp, DynamicMark, System) + Value(block, Mark), "TRUEnoneTRUE");
-}
-
 TEST_F(Reuse, IsTopLevelWhenAHierarchicalComponentOfARootBlockStandsForIt) {
     Orin::Index child, grandchild, other;
     EXPECT_TRUE(editor.AddConfig({"default", blockIndex}, other));

@@ -10,7 +10,6 @@
 
 #include "designdb/testing/fault_injector.h"
 #include "sheet_design.h"
-#include "tests/support/allocation_counter.h"
 
 namespace Quill::Testing {
 namespace {
@@ -142,34 +141,6 @@ TEST(SheetRange, AgreesWithANaiveListUnderRandomMoves) {
     }
 }
 
-TEST(SheetRange, AFailedWriteLeavesDesignAndRangeAsTheyWere) {
-    for (const bool renumber : {false, true}) {
-        const SheetDesign design(Five);
-        SheetRange range = Load(design);
-        const auto edit = [&] {
-            return renumber ? range.Renumber(design.sheets, {"P", 3, -2})
-                            : range.MoveTo({design.sheets[4]}, design.sheets[0], false);
-        };
-        const char* const write = renumber ? "IGroup::SetName" : "IGroup::SetAttribute";
-        const std::pair<const char*, unsigned> failures[] = {{write, 1},
-                                                             {write, 5},
-                                                             {"LockerT<IGroup>::Lock", 3},
-                                                             {"ISnapshot::BeginTransaction", 1},
-                                                             {"ISnapshot::CommitTransaction", 1}};
-        for (const auto& [operation, call] : failures) {
-            SCOPED_TRACE(operation + std::to_string(call));
-            FaultInjector faults;
-            faults.Inject({operation, {}, call});
-            EXPECT_THROW(edit(), Orin::Result);
-            EXPECT_EQ(Stored(design), FiveStored);
-            EXPECT_EQ(Order(range), "1 2 3 4 5 ");
-            EXPECT_FALSE(InTransaction(design));
-        }
-        EXPECT_TRUE(edit());
-        EXPECT_EQ(Stored(design), renumber ? "P3=1 P1=2 P-1=3 P-3=4 P-5=5 " : "1=2 2=3 3=4 4=5 5=1 ");
-    }
-}
-
 TEST(SheetRange, WritesJoinTheCallersTransaction) {
     const SheetDesign design(Five);
     SheetRange range = Load(design);
@@ -231,24 +202,6 @@ TEST(SheetRange, LoadsTheOnlyBlockOfAName) {
     SheetRange range;
     EXPECT_TRUE(range.Init(design.snapshot, "top"));
     EXPECT_FALSE(range.Init(design.snapshot, "twice") || range.Init(design.snapshot, "TOP"));
-    EXPECT_EQ(range.Count(), 5);
-    for (const char* operation :
-         {"ISnapshot::FindBlock", "ISnapshot::GetBlock", "IBlock::GetParentSnapshot", "IBlock::GetListOwnedGroups"}) {
-        FaultInjector faults;
-        range.Init(design.block);
-        faults.Inject({operation});
-        EXPECT_THROW(range.Init(design.snapshot, "top"), Orin::Result) << operation;
-        EXPECT_EQ(range.Count(), operation[1] == 'S' ? 5 : 0) << operation << ": the range goes with its block";
-    }
-    unsigned passed = 0;
-    do {  // until no allocation is left to fail
-        Tests::FailAllocation(passed++);
-        try {
-            range.Init(design.block);
-        } catch (...) {
-            EXPECT_EQ(range.Count(), 0);
-        }
-    } while (Tests::AllocationFailed());
     EXPECT_EQ(range.Count(), 5);
 }
 

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <mutex>
+#include <string>
 #include <vector>
 
 #include "designdb/detail/faults.h"
@@ -22,7 +23,7 @@ struct State {
     std::vector<Rule> rules;
     std::map<std::string, unsigned, std::less<>> calls;
     unsigned all = 0;
-    unsigned failed = 0;
+    std::vector<std::string> failed;
 };
 
 State& TheState() {
@@ -47,7 +48,7 @@ int CheckFault(const char* operation, const Index& object) {
         if (code == 0 && (rule.matched == rule.fault.call || (rule.fault.persistent && rule.matched > rule.fault.call)))
             code = static_cast<int>(rule.fault.code);
     }
-    if (code != 0) ++state.failed;
+    if (code != 0) state.failed.emplace_back(operation);
     return code;
 }
 
@@ -88,10 +89,10 @@ void FaultInjector::ResetCounts() {
     const std::lock_guard lock(state.mutex);
     state.calls.clear();
     state.all = 0;
-    state.failed = 0;
+    state.failed.clear();
 }
 
-unsigned FaultInjector::Failed() const {
+std::vector<std::string> FaultInjector::Failed() const {
     State& state = TheState();
     const std::lock_guard lock(state.mutex);
     return state.failed;

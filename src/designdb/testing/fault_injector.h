@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "orin/orin.h"
 
@@ -38,8 +39,8 @@ public:
     // The number of calls of that operation since construction or the last ResetCounts; of all when it is empty.
     unsigned Calls(std::string_view operation = {}) const;
     void ResetCounts();
-    // The number of calls that a rule made fail.
-    unsigned Failed() const;
+    // The operations of the calls that a rule made fail, in the order of the calls.
+    std::vector<std::string> Failed() const;
 };
 
 }  // namespace Orin::DesignDb::Testing

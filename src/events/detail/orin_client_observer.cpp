@@ -12,11 +12,12 @@ template <ORINNOTIFICATIONDATA::Type type, auto Callback, class... Arguments>
 void CORINClientObserver::Deliver(const String& project, const String& error, const Arguments&... arguments) {
     if (ThisThread() == m_owner) {
         const Delivery delivery(*this);
-        (m_observer->*Callback)(project, error, arguments...);
+        (m_observer.Get()->*Callback)(project, error, arguments...);
     } else if constexpr (sizeof...(arguments) == 0) {
-        QueueRecord(m_mutex, type, m_observer, static_cast<const char*>(project), static_cast<const char*>(error), 0);
+        QueueRecord(m_mutex, type, m_observer.Get(), static_cast<const char*>(project), static_cast<const char*>(error),
+                    0);
     } else {
-        QueueRecord(m_mutex, type, m_observer, static_cast<const char*>(project), static_cast<const char*>(error),
+        QueueRecord(m_mutex, type, m_observer.Get(), static_cast<const char*>(project), static_cast<const char*>(error),
                     arguments...);
     }
 }
@@ -76,7 +77,7 @@ void CORINClientObserver::OnWorkingModeChange(Orin::EClientWorkingMode mode) {
         const Delivery delivery(*this);
         m_observer->OnWorkingModeChange(mode);
     } else {
-        QueueRecord(m_mutex, Type::OnWorkingModeChange, m_observer, "", "", mode);
+        QueueRecord(m_mutex, Type::OnWorkingModeChange, m_observer.Get(), "", "", mode);
     }
 }
 

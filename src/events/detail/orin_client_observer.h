@@ -2,6 +2,7 @@
 #pragma once
 
 #include "attributes/utils_exception.h"
+#include "events/detail/borrowed_observer.h"
 #include "events/detail/this_thread.h"
 #include "events/detail/wrapper_use.h"
 #include "events/orin_notification_data.h"
@@ -17,6 +18,8 @@ public:
         : m_owner(owner), m_observer(observer), m_mutex(mutex) {}
 
     WrapperUse& Use() noexcept { return m_use; }
+    // Calls the observer no more, although the database goes on calling this wrapper.
+    void Forget() noexcept { m_observer.Forget(); }
 
     void OnErrorAdd(const Orin::String& project, const Orin::String& error, const Orin::Index& parent,
                     const Orin::Index& object, Orin::EEventsAdd kind) override;
@@ -46,7 +49,7 @@ private:
     void Deliver(const Orin::String& project, const Orin::String& error, const Arguments&... arguments);
 
     Quill::Platform::ThreadId m_owner;
-    Orin::ClientObserver* m_observer;
+    BorrowedObserver<Orin::ClientObserver> m_observer;
     OrinUtils::Mutex* m_mutex;
     WrapperUse m_use;
 };

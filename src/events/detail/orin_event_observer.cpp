@@ -30,10 +30,10 @@ template <ORINNOTIFICATIONDATA::Type type, auto Callback, class... Arguments>
 void CORINEventObserver::Deliver(const Arguments&... arguments) {
     if (DeliversDirectly()) {
         const Delivery delivery(*this);
-        (m_observer->*Callback)(arguments...);
+        (m_observer.Get()->*Callback)(arguments...);
     } else {
         // Copies, so that the arguments of a direct call can stay in registers.
-        QueueRecord(m_mutex, type, m_observer, Arguments(arguments)...);
+        QueueRecord(m_mutex, type, m_observer.Get(), Arguments(arguments)...);
     }
 }
 
@@ -64,10 +64,10 @@ void CORINEventObserver::OnBeforeChange(const Index& object, Orin::EEventsChange
     if (DeliversDirectly()) {
         const Delivery delivery(*this);
         m_observer->OnBeforeChange(object, kind, undo);
-        if (!m_use.Released()) QueueRecord(m_mutex, Type::OnBeforeChange, m_observer, object, kind, undo);
+        if (!m_use.Released()) QueueRecord(m_mutex, Type::OnBeforeChange, m_observer.Get(), object, kind, undo);
     } else {
-        QueueRecord(m_mutex, Type::OnBeforeChange, m_observer, object, kind, undo);
-        QueueRecord(m_mutex, Type::OnBeforeChange, m_observer, object, kind, undo);
+        QueueRecord(m_mutex, Type::OnBeforeChange, m_observer.Get(), object, kind, undo);
+        QueueRecord(m_mutex, Type::OnBeforeChange, m_observer.Get(), object, kind, undo);
     }
 }
 
@@ -150,7 +150,7 @@ void CORINEventObserver::OnBeforeTransaction(unsigned transaction, bool& veto) {
         const Delivery delivery(*this);
         m_observer->OnBeforeTransaction(transaction, veto);
     } else {
-        QueueRecord(m_mutex, Type::OnBeforeTransaction, m_observer, static_cast<unsigned long>(transaction));
+        QueueRecord(m_mutex, Type::OnBeforeTransaction, m_observer.Get(), static_cast<unsigned long>(transaction));
     }
 }
 
@@ -159,7 +159,7 @@ void CORINEventObserver::OnBeforeRollbackTransaction() {
         const Delivery delivery(*this);
         m_observer->OnBeforeRollbackTransaction();
     } else {
-        QueueRecord(m_mutex, Type::OnBeforeRollbackTransaction, m_observer, 0UL);
+        QueueRecord(m_mutex, Type::OnBeforeRollbackTransaction, m_observer.Get(), 0UL);
     }
 }
 
@@ -168,7 +168,7 @@ void CORINEventObserver::OnAfterTransaction() {
         const Delivery delivery(*this);
         m_observer->OnAfterTransaction();
     } else {
-        QueueRecord(m_mutex, Type::OnAfterTransaction, m_observer, 0UL);
+        QueueRecord(m_mutex, Type::OnAfterTransaction, m_observer.Get(), 0UL);
     }
 }
 

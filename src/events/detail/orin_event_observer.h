@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "events/detail/borrowed_observer.h"
 #include "events/detail/queue_item.h"
 #include "events/detail/this_thread.h"
 #include "events/detail/wrapper_use.h"
@@ -28,7 +29,7 @@ public:
     CORINEventObserver(Orin::EventObserver* observer, OrinUtils::Mutex* mutex, Quill::Platform::ThreadId owner,
                        const char* label, int number, bool alwaysDirect);
 
-    Orin::EventObserver* Wrapped() const noexcept { return m_observer; }
+    Orin::EventObserver* Wrapped() const noexcept { return m_observer.Get(); }
     WrapperUse& Use() noexcept { return m_use; }
 
     void OnBeforeAdd(const Orin::Index& parent, const Orin::Index& object, Orin::EEventsAdd kind, bool undo) override;
@@ -65,6 +66,9 @@ public:
     // Kept for the binary interface; does nothing.
     virtual void Reserved();
 
+    // Calls the observer no more, although the database goes on calling this wrapper.
+    virtual void Forget() noexcept { m_observer.Forget(); }
+
 protected:
     bool DeliversDirectly() const noexcept { return ThisThread() == m_owner || m_alwaysDirect; }
 
@@ -86,7 +90,7 @@ private:
     template <Type type, auto Callback, class... Arguments>
     void Deliver(const Arguments&... arguments);
 
-    Orin::EventObserver* m_observer;
+    BorrowedObserver<Orin::EventObserver> m_observer;
     OrinUtils::Mutex* m_mutex;
     Quill::Platform::ThreadId m_owner;
     std::string m_label;  // told apart in a debugger; nothing else depends on it, nor on the number

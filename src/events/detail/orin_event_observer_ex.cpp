@@ -58,11 +58,11 @@ Orin::String TextsBeforeChange::Take(const Index& object) {
 
 void CORINEventObserverEx::OnAfterAdd(const Index& parent, const Index& object, EEventsAdd kind, bool undo) {
     if (kind == EEventsAdd::Net)
-        Notify<NotificationOnAddDelete<Orin::INet, callOnAddNet>>(m_observerEx, Objects(), object);
+        Notify<NotificationOnAddDelete<Orin::INet, callOnAddNet>>(m_observerEx.Get(), Objects(), object);
     else if (kind == EEventsAdd::Bus)
-        Notify<NotificationOnAddDelete<Orin::IBus, callOnAddBus>>(m_observerEx, Objects(), object);
+        Notify<NotificationOnAddDelete<Orin::IBus, callOnAddBus>>(m_observerEx.Get(), Objects(), object);
     else if (kind == EEventsAdd::NetQuill)
-        Notify<NotificationOnAddDeleteNetQuill<callOnAddNetQuill>>(m_observerEx, Objects(), object);
+        Notify<NotificationOnAddDeleteNetQuill<callOnAddNetQuill>>(m_observerEx.Get(), Objects(), object);
     else
         CORINEventObserver::OnAfterAdd(parent, object, kind, undo);
 }
@@ -72,17 +72,17 @@ void CORINEventObserverEx::OnBeforeDelete(const Index& parent, const Index& obje
         return kind == deleted && object.GetType() == type;
     };
     if (is(EEventsDelete::Block, EObjectType::Block))
-        Notify<NotificationOnDeleteBlock>(m_observerEx, Objects(), object);
+        Notify<NotificationOnDeleteBlock>(m_observerEx.Get(), Objects(), object);
     else if (is(EEventsDelete::Comp, EObjectType::Comp))
-        Notify<NotificationOnDeleteBlockComp>(m_observerEx, Objects(), object);
+        Notify<NotificationOnDeleteBlockComp>(m_observerEx.Get(), Objects(), object);
     else if (is(EEventsDelete::Group, EObjectType::Group))
-        Notify<NotificationOnDeleteGroup>(m_observerEx, Objects(), object);
+        Notify<NotificationOnDeleteGroup>(m_observerEx.Get(), Objects(), object);
     else if (is(EEventsDelete::Net, EObjectType::Net))
-        Notify<NotificationOnAddDelete<Orin::INet, callOnDeleteNet>>(m_observerEx, Objects(), object);
+        Notify<NotificationOnAddDelete<Orin::INet, callOnDeleteNet>>(m_observerEx.Get(), Objects(), object);
     else if (is(EEventsDelete::Bus, EObjectType::Bus))
-        Notify<NotificationOnAddDelete<Orin::IBus, callOnDeleteBus>>(m_observerEx, Objects(), object);
+        Notify<NotificationOnAddDelete<Orin::IBus, callOnDeleteBus>>(m_observerEx.Get(), Objects(), object);
     else if (is(EEventsDelete::NetQuill, EObjectType::NetQuill))
-        Notify<NotificationOnAddDeleteNetQuill<callOnDeleteNetQuill>>(m_observerEx, Objects(), object);
+        Notify<NotificationOnAddDeleteNetQuill<callOnDeleteNetQuill>>(m_observerEx.Get(), Objects(), object);
     else
         CORINEventObserver::OnBeforeDelete(parent, object, kind, undo);
 }
@@ -91,11 +91,11 @@ bool CORINEventObserverEx::TranslateChange(const Index& object, EEventsChange ki
     const EObjectType type = object.GetType();
     if (kind == EEventsChange::Label &&
         (type == EObjectType::Net || type == EObjectType::Bus || type == EObjectType::Comp)) {
-        Notify<NotificationOnLabelChange>(m_observerEx, Objects(), object, moment);
+        Notify<NotificationOnLabelChange>(m_observerEx.Get(), Objects(), object, moment);
         return true;
     }
     if (kind == EEventsChange::NetQuillData && type == EObjectType::NetQuill) {
-        Notify<NotificationOnNetQuillSetData>(m_observerEx, Objects(), object, moment);
+        Notify<NotificationOnNetQuillSetData>(m_observerEx.Get(), Objects(), object, moment);
         return true;
     }
     return false;
@@ -120,7 +120,7 @@ void CORINEventObserverEx::OnAfterChange(const Index& object, EEventsChange kind
         const Orin::String before = m_names.Take(object);
         const Orin::String after = BlockName(object);
         if (before != after) {
-            Notify<Notification::Vellum::OnBlockNameChange>(m_observerEx, object, before, after);
+            Notify<Notification::Vellum::OnBlockNameChange>(m_observerEx.Get(), object, before, after);
             return;
         }
     }
@@ -137,7 +137,7 @@ void CORINEventObserverEx::TranslateAttribute(const Index& object, const Orin::S
         Orin::ContainerT<const Orin::IGroup> group;
         if (Objects().GetGroup(group, object)) group->GetOwner(block);
     }
-    Notify<Notification::Vellum::OnReadOnlyFlagChange>(m_observerEx, block);
+    Notify<Notification::Vellum::OnReadOnlyFlagChange>(m_observerEx.Get(), block);
 }
 
 void CORINEventObserverEx::OnAfterSetAttribute(const Index& object, const Orin::String& name, const Orin::String&,
@@ -154,9 +154,9 @@ void CORINEventObserverNavigator::OnBeforeDelete(const Index& parent, const Inde
                                                  bool undo) {
     const EObjectType type = object.GetType();
     if (type == EObjectType::Bus)
-        Notify<Notification::Navigator::OnDeleteBus>(m_observerEx, Objects(), object);
+        Notify<Notification::Navigator::OnDeleteBus>(m_observerEx.Get(), Objects(), object);
     else if (type == EObjectType::Block || type == EObjectType::Group)
-        Notify<Notification::Navigator::OnDeleteBlock>(m_observerEx, object);
+        Notify<Notification::Navigator::OnDeleteBlock>(m_observerEx.Get(), object);
     else
         CORINEventObserver::OnBeforeDelete(parent, object, kind, undo);
 }
@@ -169,7 +169,7 @@ Orin::String CORINEventObserverNavigator::DesignName(const Index& block) const {
 
 void CORINEventObserverNavigator::OnBeforeChange(const Index& object, EEventsChange kind, bool undo) {
     if (kind == EEventsChange::RipBus) {
-        Notify<Notification::Navigator::OnBeforeRipBus>(m_observerEx, Objects(), object);
+        Notify<Notification::Navigator::OnBeforeRipBus>(m_observerEx.Get(), Objects(), object);
         return;
     }
     if (ChangesAttributeOfBlock(object, kind)) m_designNames.Remember(object, DesignName(object));
@@ -178,14 +178,14 @@ void CORINEventObserverNavigator::OnBeforeChange(const Index& object, EEventsCha
 
 void CORINEventObserverNavigator::OnAfterChange(const Index& object, EEventsChange kind, bool undo) {
     if (kind == EEventsChange::RipBus) {
-        Notify<Notification::Navigator::OnAfterRipBus>(m_observerEx, Objects(), object);
+        Notify<Notification::Navigator::OnAfterRipBus>(m_observerEx.Get(), Objects(), object);
         return;
     }
     if (ChangesAttributeOfBlock(object, kind)) {
         const Orin::String before = m_designNames.Take(object);
         const Orin::String after = DesignName(object);
         if (before != after) {
-            Notify<Notification::Navigator::OnDesignRootChange>(m_observerEx, object, before, after);
+            Notify<Notification::Navigator::OnDesignRootChange>(m_observerEx.Get(), object, before, after);
             return;
         }
     }

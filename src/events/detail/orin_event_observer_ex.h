@@ -37,6 +37,11 @@ public:
           m_observerEx(observer),
           m_snapshot(snapshot) {}
 
+    void Forget() noexcept override {
+        m_observerEx.Forget();
+        CORINEventObserver::Forget();
+    }
+
 protected:
     // Throws the failed Result.
     IUIDManager Objects() const {
@@ -45,7 +50,7 @@ protected:
         return objects;
     }
 
-    T* m_observerEx;
+    BorrowedObserver<T> m_observerEx;
     Orin::ContainerT<const Orin::ISnapshot> m_snapshot;
 };
 
