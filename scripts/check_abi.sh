@@ -14,7 +14,8 @@ trap 'rm -rf "$work"' EXIT
 failed=0
 
 # Names as both systems have them. The compiler's own spelling of text, and of integers of the width of a pointer, is not
-# ours. The names of types, and a tag of the standard library, are exported by Linux alone, whatever the library says.
+# ours. Names of types, and objects of the standard library that a process may have once only, are exported by Linux
+# alone, whatever the library says.
 normalise() {
     c++filt | sed -E '
         s/std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >/std::string/g
@@ -22,7 +23,7 @@ normalise() {
         s/unsigned long( long)?/size_t/g
         s/, std::allocator<[^<>]*(<[^<>]*(<[^<>]*>)?[^<>]*>)? >//g
         /^typeinfo name for /d
-        /^std::_Sp_make_shared_tag::/d' | LC_ALL=C sort -u
+        /^std::/d' | LC_ALL=C sort -u
 }
 
 exports_of() {
