@@ -42,6 +42,15 @@ m32    | /usr/lib/gcc/*/*/32/libstdc++.a | g++-multilib          | compiles for 
 fuzz   | /usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a | libclang-rt-14-dev | fuzzers and sanitizers of clang
 mingw  | x86_64-w64-mingw32-g++-posix | g++-mingw-w64-x86-64-posix | compiles for Windows
 mingw  | wine64                     | wine64                     | runs the Windows tests
+mingw32 | i686-w64-mingw32-g++-posix | g++-mingw-w64-i686-posix   | compiles for 32-bit Windows
+abi    | abidw                      | abigail-tools              | describes the types of the libraries
+abi    | python3                    | python3-minimal            | prints that description
+reference | doxygen                 | doxygen                    | writes the API reference
+reference | python3                 | python3-minimal            | prepares the headers for it
+package | dpkg-shlibdeps            | dpkg-dev                   | finds what packages depend on
+package | lintian                   | lintian                    | judges packages
+package | debootstrap               | debootstrap                | makes a clean Debian to install them on
+cppcheck | cppcheck                 | cppcheck                   | static analysis
 '
 
 trim() {
@@ -128,6 +137,8 @@ preset_groups() {
     clang) echo build tools sqlite test clang ;;
     m32) echo build test m32 ;;
     mingw) echo build test mingw ;;
+    mingw32) echo build test mingw32 ;;
+    package) echo build tools sqlite package ;;
     fuzz) echo build tools sqlite clang fuzz ;;
     *) return 1 ;;
     esac

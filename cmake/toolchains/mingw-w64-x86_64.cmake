@@ -1,42 +1,4 @@
 # Builds 64-bit Windows binaries on Linux with mingw-w64. The programs run under wine where that is installed.
-set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
-
-# The compiler with POSIX threads: with the other one the standard library of gcc 12 has no std::mutex.
-set(quill_triple x86_64-w64-mingw32)
-set(CMAKE_C_COMPILER ${quill_triple}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${quill_triple}-g++-posix)
-set(CMAKE_RC_COMPILER ${quill_triple}-windres)
-
-set(CMAKE_FIND_ROOT_PATH /usr/${quill_triple})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-
-# Boost's headers are the same for every system, but they stand beside the headers of the C library of this one, which
-# must stay out of sight. A link in the build tree shows Boost alone. Compiler checks have build trees of their own.
-if(NOT CMAKE_PROJECT_NAME STREQUAL "CMAKE_TRY_COMPILE" AND EXISTS /usr/include/boost)
-    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/portable-headers)
-    file(CREATE_LINK /usr/include/boost ${CMAKE_BINARY_DIR}/portable-headers/boost SYMBOLIC)
-    set(Boost_NO_BOOST_CMAKE ON)
-    set(Boost_INCLUDE_DIR ${CMAKE_BINARY_DIR}/portable-headers)
-endif()
-
-# The programs are started by a script of the build tree, which tells wine where the compiler's own libraries are and
-# keeps wine's files in the build tree too.
-find_program(QUILL_WINE NAMES wine64 wine PATHS /usr/lib/wine)
-mark_as_advanced(QUILL_WINE)
-if(QUILL_WINE AND NOT CMAKE_PROJECT_NAME STREQUAL "CMAKE_TRY_COMPILE")
-    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libstdc++-6.dll
-        OUTPUT_VARIABLE quill_runtime OUTPUT_STRIP_TRAILING_WHITESPACE)
-    cmake_path(GET quill_runtime PARENT_PATH quill_runtime)
-    set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_BINARY_DIR}/run-with-wine)
-    file(WRITE ${CMAKE_CROSSCOMPILING_EMULATOR} "#!/bin/sh
-export WINEPATH='${quill_runtime};/usr/${quill_triple}/lib' WINEDEBUG=-all
-export WINEPREFIX='${CMAKE_BINARY_DIR}/wine'
-exec '${QUILL_WINE}' \"$@\"
-")
-    file(CHMOD ${CMAKE_CROSSCOMPILING_EMULATOR} PERMISSIONS
-        OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-endif()
+set(quill_wine_programs wine64 wine)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake)

@@ -5,6 +5,7 @@
 
 namespace NQuillUtils::NReservedKeys {
 
+// One key each, without the prefix.
 inline constexpr const char* NetsQuillIndices = "___NetsQuillIndices";
 inline constexpr const char* NetsQuillNames = "___NetsQuillNames";
 inline constexpr const char* Signals = "___Signals";      // of a bus: positions and nets

@@ -38,6 +38,7 @@ protected:
     IFlowTypeInfo& operator=(const IFlowTypeInfo&) = default;
 };
 
+// The description of one flow type. A value that never changes; readable from any thread.
 class QUILLUTILS_EXPORT CFlowTypeInfo : public IFlowTypeInfo {
 public:
     // Copies the texts; a null file name counts as "".
@@ -59,6 +60,7 @@ private:
     std::string m_mapCfgFile;
 };
 
+// Knows the flow types; the service that the interface manager gives out under InterfaceName.
 class QUILLUTILS_EXPORT IFlowTypeInfoProvider : public Interface {
 public:
     static constexpr const char* InterfaceName = "IFlowTypeInfoProvider";

@@ -17,6 +17,7 @@ struct OccurrenceInfo {
     ListAttribute attributes;
 };
 
+// An attribute that a view shows, and how. The value tells several of one name apart.
 struct DrawnAttributeInfo {
     String name;
     String value;
@@ -31,6 +32,7 @@ struct DrawingInfo {
     ListT<DrawnAttributeInfo> attributes;  // sorted by name, then value
 };
 
+// One drawn piece of a net.
 struct NetPieceInfo {
     Index index;
     Index view;  // the group on whose view it is drawn

@@ -18,6 +18,7 @@
 
 namespace Orin::DesignDb {
 
+// What a design file is opened for.
 enum class EFileAccess {
     Read,   // commits fail with StoreFailed
     Write,  // for one process at a time

@@ -3,6 +3,7 @@
 
 namespace Quill::Utils {
 
+// A value: success, or why there is none.
 struct IdGeneratorResult {
     enum class ECode : int {
         Ok = 0,

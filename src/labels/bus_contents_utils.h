@@ -35,12 +35,14 @@ QUILLUTILS_EXPORT std::string resolve_bus_contents(const char* name);
 QUILLUTILS_EXPORT std::string resolve_bus_contents(const char* name,
                                                    const std::map<std::string, std::string>& contents);
 
+// What became of a checked resolution.
 enum class ResolveStatus {
     Ok,
     Cycle,    // buses that list each other in a circle
     TooLong,  // the result would be longer than was allowed
 };
 
+// What a checked resolution gives.
 struct ResolvedContents {
     ResolveStatus status = ResolveStatus::Ok;
     std::string text;                // the contents; empty unless the status is Ok

@@ -101,6 +101,7 @@ public:
     virtual Result SetName(const String& name) = 0;
 };
 
+// A net of a block: what connects pins.
 class ORINPI_EXPORT INet : public IObject {
 public:
     virtual Result GetAttributes(ListAttribute& attributes) const = 0;
@@ -116,6 +117,7 @@ public:
     virtual Result GetIterPinsConnected(IteratorT<const IPin>& pins) const = 0;
 };
 
+// A bus of a block: a bundle of nets, drawn as one line.
 class ORINPI_EXPORT IBus : public IObject {
 public:
     virtual Result GetAttribute(const String& name, String& value) const = 0;
@@ -128,6 +130,7 @@ public:
     virtual Result GetParentBlock(ContainerT<const IBlock>& block) const = 0;
 };
 
+// A pin of a component: where a net connects.
 class ORINPI_EXPORT IPin : public IObject {
 public:
     virtual Result GetAttributes(ListAttribute& attributes) const = 0;

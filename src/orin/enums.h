@@ -26,6 +26,7 @@ enum class ECompType : int {
     Titled = 15,       // carries sheet data such as the print order (bit value 0x8000)
 };
 
+// What a group of objects of a block is.
 enum class EGroupType : int {
     Unknown = 0,
     Sheet = 2,
@@ -33,6 +34,7 @@ enum class EGroupType : int {
     GeneratedSheet = 8,  // a sheet that a tool keeps up to date
 };
 
+// How names are compared when blocks are looked for.
 enum class ESearchParams : int {
     IgnoreCase = 0,  // letters of either case match
     Beginning = 1,   // the given name is the beginning of the block's
@@ -45,22 +47,26 @@ enum class EAttributeType : int {
     Link = 2,    // references to other objects
 };
 
+// What a transaction is for; observers are told.
 enum class ETransactionType : int {
     Edit = 0,
     Import = 1,
 };
 
+// How a client is connected to its project.
 enum class EClientWorkingMode : int {
     Connected = 0,
     ReadOnly = 1,
     Offline = 2,
 };
 
+// Kinds that callbacks carry on behalf of other tools; this database itself gives none of them.
 enum class EDockingSide : int { Source = 0, Target = 1 };
 enum class EConstraintType : int { Unknown = 0 };
 enum class EDefConstraintType : int { Unknown = 0 };
 enum class EEventsDefConstraintChange : int { Unknown = 0 };
 
+// Sets of the kinds above.
 using BlockTypes = BitContainerT<EBlockType, 1>;
 using CompTypes = BitContainerT<ECompType, 1>;
 using GroupTypes = BitContainerT<EGroupType, 1>;
@@ -131,7 +137,9 @@ enum class EEventsConnectivityChange : int {
     Reorder = 5,
 };
 
+// Two objects that exchanged their places.
 enum class EEventsSwap : int { Pins = 1 };
+// What was taken in from elsewhere.
 enum class EEventsImport : int { Block = 1 };
 
 }  // namespace Orin

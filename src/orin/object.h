@@ -86,6 +86,7 @@ class ORINPI_EXPORT LockToken : public Counted {};
 
 struct ObjectAccess;  // the database's own way to an object's identity
 
+// What a lock covers.
 enum class ELockScope {
     Whole,    // the object and its contents; of a group: its attributes, members and view records
     Shallow,  // the object's own attributes

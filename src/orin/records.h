@@ -10,6 +10,7 @@
 
 namespace Orin {
 
+// An attribute of an object, as it is listed.
 struct Attribute {
     String name;
     String value;
@@ -18,8 +19,10 @@ struct Attribute {
     bool operator==(const Attribute&) const = default;
 };
 
+// Attributes as an operation lists them; it says in which order.
 using ListAttribute = ListT<Attribute>;
 
+// What a list of groups tells of each.
 struct GroupInfo {
     Index index;
     String name;
@@ -28,6 +31,7 @@ struct GroupInfo {
     bool operator==(const GroupInfo&) const = default;
 };
 
+// What a look-up of blocks tells of each.
 struct BlockInfo {
     Index index;
     String name;
@@ -36,6 +40,7 @@ struct BlockInfo {
     bool operator==(const BlockInfo&) const = default;
 };
 
+// Which snapshot a handle names.
 struct SnapshotInfo {
     String projectName;
     String snapshotName;
@@ -44,17 +49,20 @@ struct SnapshotInfo {
     bool operator==(const SnapshotInfo&) const = default;
 };
 
+// A project, as client observers are told of it.
 struct ProjectData {
     String name;
     String location;
 };
 
+// A backup of a project, as client observers are told of it.
 struct ProjectBackupData {
     String projectName;
     String target;
     String comment;
 };
 
+// Two snapshots by their names, the one that is read and the one that it goes to.
 struct SnapshotPairInfo {
     String source;
     String target;
@@ -65,6 +73,7 @@ struct SnapshotPairInfo {
 // The id of an item within its sheet or symbol; 0 and 0xFFFFFFFF mean that none was given.
 using ItemId = std::uint32_t;
 
+// A place on a sheet or in a symbol.
 struct Point {
     std::int64_t x = 0;
     std::int64_t y = 0;
@@ -75,11 +84,15 @@ struct Point {
 // Quarter turns, counter-clockwise as seen on the sheet.
 enum class EOrientation : std::uint8_t { Degrees0, Degrees90, Degrees180, Degrees270 };
 
+// Which point of a text stands at its position.
 enum class EHorizontalAlign : std::uint8_t { Left, Centre, Right };
 enum class EVerticalAlign : std::uint8_t { Bottom, Centre, Top };
+// How a line is broken.
 enum class ELinePattern : std::uint8_t { Solid, Dash, Dot, DashDot };
+// With what a closed shape is filled: not at all, with the colour of its outline or of the sheet.
 enum class EFill : std::uint8_t { None, Outline, Background };
 
+// How a line or the outline of a shape is drawn.
 struct LineStyle {
     std::int64_t width = 0;  // 0 is the editor's default
     ELinePattern pattern = ELinePattern::Solid;
@@ -88,6 +101,7 @@ struct LineStyle {
     bool operator==(const LineStyle&) const = default;
 };
 
+// How a text is drawn.
 struct TextStyle {
     String font;              // a font string; empty is the editor's default
     std::int64_t height = 0;  // 0 is the editor's default
@@ -99,6 +113,7 @@ struct TextStyle {
     bool operator==(const TextStyle&) const = default;
 };
 
+// A component as it is drawn.
 struct CompDataQuill {
     ItemId objectId = 0;
     Point position;
@@ -108,6 +123,7 @@ struct CompDataQuill {
     bool operator==(const CompDataQuill&) const = default;
 };
 
+// A pin as it is drawn.
 struct PinDataQuill {
     ItemId objectId = 0;
     Point position;  // where nets connect
@@ -117,6 +133,7 @@ struct PinDataQuill {
     bool operator==(const PinDataQuill&) const = default;
 };
 
+// Where segments of a net or bus meet or end.
 struct ListSegmentsQuillJoint {
     ItemId id = 0;
     Point position;
@@ -125,6 +142,7 @@ struct ListSegmentsQuillJoint {
     bool operator==(const ListSegmentsQuillJoint&) const = default;
 };
 
+// A straight piece between two joints of its list.
 struct ListSegmentsQuillSegment {
     ItemId id = 0;
     ItemId from = 0;  // joint ids
@@ -133,6 +151,7 @@ struct ListSegmentsQuillSegment {
     bool operator==(const ListSegmentsQuillSegment&) const = default;
 };
 
+// The lines of a net or bus.
 struct ListSegmentsQuill {
     ListT<ListSegmentsQuillJoint> joints;
     ListT<ListSegmentsQuillSegment> segments;
@@ -140,6 +159,7 @@ struct ListSegmentsQuill {
     bool operator==(const ListSegmentsQuill&) const = default;
 };
 
+// One connected piece of a net as it is drawn.
 struct NetDataQuill {
     ItemId objectId = 0;
     ListSegmentsQuill segments;
@@ -148,7 +168,9 @@ struct NetDataQuill {
     bool operator==(const NetDataQuill&) const = default;
 };
 
+// A bus as it is drawn, with the nets in it by their positions.
 struct BusDataQuill {
+    // A net in the bus, and its position there.
     struct Signal {
         std::int32_t position = 0;
         Index net;
@@ -164,6 +186,7 @@ struct BusDataQuill {
     bool operator==(const BusDataQuill&) const = default;
 };
 
+// The label of an object as it is drawn.
 struct LabelDataQuill {
     ItemId objectId = 0;
     Point position;
@@ -172,6 +195,7 @@ struct LabelDataQuill {
     bool operator==(const LabelDataQuill&) const = default;
 };
 
+// An attribute of an object as it is drawn.
 struct AttrDataQuill {
     ItemId objectId = 0;
     ItemId attributeId = 0;
@@ -182,6 +206,7 @@ struct AttrDataQuill {
     bool operator==(const AttrDataQuill&) const = default;
 };
 
+// The frame of a group of objects.
 struct GroupDataQuill {
     ItemId objectId = 0;
     Point first;  // two opposite corners
@@ -190,6 +215,7 @@ struct GroupDataQuill {
     bool operator==(const GroupDataQuill&) const = default;
 };
 
+// A text that stands for itself.
 struct TextDataQuill {
     ItemId objectId = 0;
     String text;
@@ -199,6 +225,7 @@ struct TextDataQuill {
     bool operator==(const TextDataQuill&) const = default;
 };
 
+// A line through several points.
 struct LineDataQuill {
     ItemId objectId = 0;
     ListT<Point> points;
@@ -207,6 +234,7 @@ struct LineDataQuill {
     bool operator==(const LineDataQuill&) const = default;
 };
 
+// A rectangle.
 struct RectDataQuill {
     ItemId objectId = 0;
     Point first;  // two opposite corners
@@ -216,6 +244,7 @@ struct RectDataQuill {
     bool operator==(const RectDataQuill&) const = default;
 };
 
+// An arc of a circle.
 struct ArcDataQuill {
     ItemId objectId = 0;
     Point start;
@@ -226,6 +255,7 @@ struct ArcDataQuill {
     bool operator==(const ArcDataQuill&) const = default;
 };
 
+// A full circle.
 struct CircleDataQuill {
     ItemId objectId = 0;
     Point centre;

@@ -108,6 +108,7 @@ private:
     char m_text[Size]{};  // directly behind the head, where Head::Text looks for it
 };
 
+// The text of the interface.
 using String = StringT<char>;
 
 }  // namespace Orin

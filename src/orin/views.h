@@ -16,26 +16,31 @@ public:
     virtual Result GetNet(ContainerT<const INet>& net) const = 0;
 };
 
+// The graphics that stand for themselves on a sheet or in a symbol: a line through several points.
 class ORINPI_EXPORT ILineQuill : public IObject {
 public:
     virtual Result GetData(LineDataQuill& data) const = 0;
 };
 
+// A rectangle.
 class ORINPI_EXPORT IRectQuill : public IObject {
 public:
     virtual Result GetData(RectDataQuill& data) const = 0;
 };
 
+// An arc of a circle.
 class ORINPI_EXPORT IArcQuill : public IObject {
 public:
     virtual Result GetData(ArcDataQuill& data) const = 0;
 };
 
+// A full circle.
 class ORINPI_EXPORT ICircleQuill : public IObject {
 public:
     virtual Result GetData(CircleDataQuill& data) const = 0;
 };
 
+// A text.
 class ORINPI_EXPORT ITextQuill : public IObject {
 public:
     virtual Result GetData(TextDataQuill& data) const = 0;

@@ -7,6 +7,7 @@
 
 namespace Quill {
 
+// Advanced by the walk from page to page. One thread at a time, as all of this file.
 class QUILLUTILS_EXPORT PageNumberSupplier {
 public:
     virtual ~PageNumberSupplier();

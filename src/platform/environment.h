@@ -16,6 +16,7 @@ namespace zolt::env {
 // throws goes to the caller in the same way. No lock is held during its call.
 PLATFORMUTILS_EXPORT bool GetWDIRs(std::vector<std::string>& dirs);
 
+// Fills the list with the working directories in search order, or returns false when it has none to tell.
 using WDIRsProvider = std::function<bool(std::vector<std::string>&)>;
 
 // Installs the source of the working directories in place of the environment; an empty function restores it. The

@@ -8,6 +8,7 @@
 
 namespace zolt {
 
+// Static operations only; any thread may call.
 class PLATFORMUTILS_EXPORT Logging {
 public:
     using Sink = std::function<void(const std::string&)>;

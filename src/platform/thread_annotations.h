@@ -8,6 +8,7 @@
 #endif
 #endif
 #if !defined(QUILL_THREAD_ANNOTATION)
+// What the other macros are made of.
 #define QUILL_THREAD_ANNOTATION(attribute)
 #endif
 

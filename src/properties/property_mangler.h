@@ -14,6 +14,7 @@ class ICompViewQuill;
 
 namespace Quill::DataModel {
 
+// Whose a property is; it decides the prefix of the stored name.
 enum class PropertyType : int {
     Regular = 0,            // stored under its own name
     NotCommonProperty = 1,  // "$$NotCommonProperty_"

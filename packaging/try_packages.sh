@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# Usage: packaging/try_packages.sh BUILD WORK
+# Makes the packages of BUILD, a build tree of the preset package, has lintian judge them, installs them on a clean Debian
+# in WORK and runs what they bring. As another user than root it unpacks them instead. A clean Debian that an earlier run
+# has made is used again.
+set -euo pipefail
+source_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
+build=$1 work=$2
+mkdir -p "$work"
+rm -rf "$work/packages" "$work/root"
+cpack --config "$build/CPackConfig.cmake" -B "$work/packages" >"$work/cpack.log" 2>&1 || { cat "$work/cpack.log" >&2; exit 1; }
+mapfile -t packages < <(find "$work/packages" -maxdepth 1 -name '*.deb' | sort)
+[ ${#packages[@]} -eq 3 ] || { echo "There are ${#packages[@]} packages, not 3." >&2; exit 1; }
+
+lintian --fail-on error --no-tag-display-limit --tag-display-limit 0 "${packages[@]}" 2>/dev/null ||
+    lintian --fail-on error "${packages[@]}"
+
+if [ "$(id -u)" -eq 0 ]; then
+    if [ ! -e "$work/debian/complete" ]; then
+        rm -rf "$work/debian"
+        debootstrap --variant=minbase --include=ca-certificates bookworm "$work/debian" >"$work/debootstrap.log" 2>&1 ||
+            { tail -n 20 "$work/debootstrap.log" >&2; exit 1; }
+        touch "$work/debian/complete"
+    fi
+    cp -a "$work/debian" "$work/root"
+    cp "${packages[@]}" "$work/root/tmp"
+    chroot "$work/root" sh -c 'apt-get update -q && DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends /tmp/*.deb' \
+        >"$work/install.log" 2>&1 || { tail -n 20 "$work/install.log" >&2; exit 1; }
+    cp "$source_dir/examples/vibration-recorder.json" "$work/root/tmp"
+    run() { chroot "$work/root" "$@"; }
+    design=/tmp/vibration-recorder.json
+else
+    echo 'Not root: the packages are unpacked, not installed.'
+    mkdir "$work/root"
+    for package in "${packages[@]}"; do dpkg-deb -x "$package" "$work/root"; done
+    libraries=$(dirname "$(find "$work/root" -name 'libQuillUtils70.so.*' | head -n 1)")
+    run() { LD_LIBRARY_PATH=$libraries "$work/root/usr/bin/$@"; }
+    design=$source_dir/examples/vibration-recorder.json
+fi
+expected=$("$build/bin/quill" pages "$source_dir/examples/vibration-recorder.json")
+[ "$(run quill pages "$design")" = "$expected" ] || { echo 'The installed program prints something else.' >&2; exit 1; }
+for file in usr/include/quillutils70/pages/page_traverser.h; do
+    [ -e "$work/root/$file" ] || { echo "$file is not installed." >&2; exit 1; }
+done
+printf 'good: %s\n' "${packages[@]##*/}"
