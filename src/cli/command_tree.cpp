@@ -93,8 +93,17 @@ void ReadDetails(const std::string& text, CommandInfo& info) {
     }
 }
 
+// Groups of options count as commands without a name.
 std::vector<const CLI::App*> CommandsBelow(const CLI::App& app) {
-    return app.get_subcommands([](const CLI::App*) { return true; });
+    return app.get_subcommands([](const CLI::App* below) { return !below->get_name().empty(); });
+}
+
+void AddArguments(const CLI::App& app, bool hasCommandsBelow, CommandInfo& info) {
+    for (const CLI::Option* const option : app.get_options()) {
+        if (option->get_group().empty()) continue;  // hidden
+        ArgumentInfo argument = Describe(*option, hasCommandsBelow);
+        (option->get_positional() ? info.positionals : info.options).push_back(std::move(argument));
+    }
 }
 
 }  // namespace
@@ -118,11 +127,9 @@ std::vector<CommandInfo> CommandTree(const CLI::App& app) {
         ReadDetails(command->get_footer(), info);
         const std::vector<const CLI::App*> below = CommandsBelow(*command);
         info.isComplete = command->get_require_subcommand_min() == 0;
-        for (const CLI::Option* const option : command->get_options()) {
-            if (option->get_group().empty()) continue;  // hidden
-            auto& list = option->get_positional() ? info.positionals : info.options;
-            list.push_back(Describe(*option, !below.empty()));
-        }
+        AddArguments(*command, !below.empty(), info);
+        for (const CLI::App* const group : command->get_subcommands([](const CLI::App*) { return true; }))
+            if (group->get_name().empty()) AddArguments(*group, false, info);
         for (auto next = below.rbegin(); next != below.rend(); ++next) {
             std::vector<std::string> path = words;
             path.push_back((*next)->get_name());

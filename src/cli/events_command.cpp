@@ -30,12 +30,19 @@ struct Options {
     bool json = false;
 };
 
+// The value of an argument; in quotation marks where its end would not be seen.
+std::string ValueText(const nlohmann::ordered_json& value) {
+    if (!value.is_string()) return value.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    const std::string text = value.get<std::string>();
+    return text.empty() || text.find_first_of(" ,") != std::string::npos ? '"' + text + '"' : text;
+}
+
 // "object net:12, block block:1, label OUT"
 std::string Details(const nlohmann::ordered_json& arguments) {
     std::string details;
     for (const auto& [name, value] : arguments.items()) {
         if (!details.empty()) details += ", ";
-        details += name + " " + (value.is_string() ? value.get<std::string>() : value.dump());
+        details += name + " " + ValueText(value);
     }
     return details;
 }

@@ -133,7 +133,7 @@ std::string DescriptionOf(const ArgumentInfo& argument) {
     std::string text = argument.description;
     std::string words;
     for (const std::string& word : argument.values.words)
-        words += (words.empty() ? ": " : ", ") + word;
+        words += (words.empty() ? "; one of " : ", ") + word;
     return text + words;
 }
 
