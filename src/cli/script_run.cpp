@@ -104,13 +104,15 @@ Index ScriptRun::Find(const ScriptObject& object) const {
     if (object.kind == Kind::Index) return object.index;
     if (object.kind == Kind::Variable) return m_variables.at(object.names[0]);
 
-    const auto one = [&](const Matches& matches) {
-        if (matches.count == 0) Fail("There is no " + object.Text());
-        if (matches.count > 1) Fail("There are several objects that could be " + object.Text());
+    const auto one = [&](const Matches& matches, Kind kind, std::vector<std::string> names) {
+        const ScriptObject meant{kind, std::move(names), {}};
+        if (matches.count == 0) Fail("There is no " + meant.Text());
+        if (matches.count > 1) Fail("There are several objects that could be " + meant.Text());
         return matches.first;
     };
-    if (object.kind == Kind::Config) return one(ConfigsCalled(*m_snapshot, object.names[0]));
-    const Index blockIndex = one(BlocksCalled(*m_snapshot, object.names[0]));
+    const std::string& outer = object.names[0];
+    if (object.kind == Kind::Config) return one(ConfigsCalled(*m_snapshot, outer), Kind::Config, {outer});
+    const Index blockIndex = one(BlocksCalled(*m_snapshot, outer), Kind::Block, {outer});
     if (object.kind == Kind::Block) return blockIndex;
 
     ContainerT<const Orin::IBlock> block;
@@ -121,31 +123,33 @@ Index ScriptRun::Find(const ScriptObject& object) const {
         Require(m_inspector.GetGroups(blockIndex, groups));
         for (const Orin::GroupInfo& info : groups)
             if (info.name.View() == name) matches.Add(info.index);
-        return one(matches);
+        return one(matches, Kind::Sheet, {outer, name});
     };
     const std::string& name = object.names[1];
+    const auto net = [&] { return one(NetsLabelled(*block, name), Kind::Net, {outer, name}); };
+    const auto comp = [&] { return one(CompsLabelled(*block, name), Kind::Comp, {outer, name}); };
     switch (object.kind) {
         case Kind::Sheet:
         case Kind::Cluster:
             return group(name);
         case Kind::Comp:
-            return one(CompsLabelled(*block, name));
+            return comp();
         case Kind::Net:
-            return one(NetsLabelled(*block, name));
+            return net();
         case Kind::Bus:
-            return one(BusesLabelled(*block, name));
+            return one(BusesLabelled(*block, name), Kind::Bus, object.names);
         case Kind::Pin:
-            return one(PinsLabelled(*block, one(CompsLabelled(*block, name)), object.names[2]));
+            return one(PinsLabelled(*block, comp(), object.names[2]), Kind::Pin, object.names);
         default:
             break;
     }
     const Index sheet = group(object.names[2]);
     Matches matches;
     Orin::ListT<Orin::DesignDb::NetPieceInfo> pieces;
-    Require(m_inspector.GetPieces(one(NetsLabelled(*block, name)), pieces));
+    Require(m_inspector.GetPieces(net(), pieces));
     for (const Orin::DesignDb::NetPieceInfo& piece : pieces)
         if (piece.view == sheet) matches.Add(piece.index);
-    return one(matches);
+    return one(matches, object.kind, object.names);
 }
 
 Index ScriptRun::Find(const ScriptStep& step, std::size_t position) const {

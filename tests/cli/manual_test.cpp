@@ -93,7 +93,7 @@ TEST_F(Manual, IsTakenByTheFormatterWithoutAWarning) {
                       .c_str()),
               0);
     EXPECT_EQ(Read("warnings"), "");
-    EXPECT_NE(Read("page").find("EXIT STATUS"), std::string::npos);
+    EXPECT_NE(Read("page").find("A negative answer"), std::string::npos);
 }
 
 TEST_F(Manual, CompletesCommandsOptionsValuesAndFiles) {
