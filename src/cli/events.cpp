@@ -27,9 +27,15 @@ using Groups = Orin::ListT<Index>;
 
 template <class Observer, class... Arguments>
 struct Operation {
+    using Call = void (Observer::*)(Arguments...);
+
+    template <class... Fields>
+    constexpr Operation(const char* itsName, Call itsCall, Fields... itsFields)
+        : name(itsName), call(itsCall), fields{{itsFields...}} {}
+
     const char* name;
-    void (Observer::*call)(Arguments...);
-    std::array<const char*, sizeof...(Arguments)> fields = {};
+    Call call;
+    std::array<const char*, sizeof...(Arguments)> fields;
 };
 template <class Observer, class... Arguments, class... Fields>
 Operation(const char*, void (Observer::*)(Arguments...), Fields...) -> Operation<Observer, Arguments...>;
@@ -237,7 +243,7 @@ constexpr Operation Lock{"OnLock", &EventObserver::OnLock, "object", "project", 
 constexpr Operation UnLock{"OnUnLock", &EventObserver::OnUnLock, "object", "project", "client"};
 constexpr Operation MultiLock{"OnMultiLock", &EventObserver::OnMultiLock, "objects", "project", "client"};
 constexpr Operation MultiUnLock{"OnMultiUnLock", &EventObserver::OnMultiUnLock, "objects", "project", "client"};
-constexpr Operation BeforeTransaction{"OnBeforeTransaction", static_cast<void (EventObserver::*)(unsigned, bool&)>(&EventObserver::OnBeforeTransaction), "transaction", static_cast<const char*>(nullptr)};
+constexpr Operation BeforeTransaction{"OnBeforeTransaction", static_cast<void (EventObserver::*)(unsigned, bool&)>(&EventObserver::OnBeforeTransaction), "transaction", nullptr};
 constexpr Operation BeforeRollbackTransaction{"OnBeforeRollbackTransaction", &EventObserver::OnBeforeRollbackTransaction};
 constexpr Operation AfterTransaction{"OnAfterTransaction", &EventObserver::OnAfterTransaction};
 
