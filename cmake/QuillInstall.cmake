@@ -1,5 +1,5 @@
 # What "cmake --install" gives: libraries, headers, the CMake package QuillUtils70, the pkg-config file quillutils70, and
-# the program. Components: library (what a program needs to run), development, tools.
+# the program with its manual page and completions. Components: library (what a program needs to run), development, tools.
 include_guard()
 include(CMakePackageConfigHelpers)
 
@@ -48,4 +48,12 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/quillutils70.pc DESTINATION ${CMAKE_IN
 if(QUILL_BUILD_TOOLS)
     set_target_properties(quill PROPERTIES INSTALL_RPATH "$ORIGIN/${quill_lib_from_bin}")
     install(TARGETS quill RUNTIME COMPONENT tools)
+    if(TARGET quill_manual)
+        set(quill_manual_dir ${PROJECT_BINARY_DIR}/manual)
+        install(FILES ${quill_manual_dir}/quill.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+        install(FILES ${quill_manual_dir}/quill.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+            RENAME quill COMPONENT tools)
+        install(FILES ${quill_manual_dir}/_quill DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions
+            COMPONENT tools)
+    endif()
 endif()

@@ -66,6 +66,7 @@ void AddConnectorsCommand(CommandLine& line);
 void AddConnectorsAllCommand(CommandLine& line);
 void AddConnectorsLonelyCommand(CommandLine& line);
 void AddConnectorsNextCommand(CommandLine& line);
+void AddEventsCommand(CommandLine& line);
 void AddExportCommand(CommandLine& line);
 void AddIdsCommand(CommandLine& line);
 void AddImportCommand(CommandLine& line);

@@ -65,8 +65,10 @@ void Say(std::string_view message) {
     std::cerr << "quill: " << Printable(message) << '\n';
 }
 
-void PrintJson(const nlohmann::ordered_json& answer) {
-    const std::string text = answer.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+namespace {
+
+void PrintIndented(const nlohmann::ordered_json& answer, int indentation) {
+    const std::string text = answer.dump(indentation, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
     // Outside of texts JSON has no characters above U+007F, and of control characters the line feed alone.
     std::string printable;
     for (std::string_view rest = text; !rest.empty();) {
@@ -80,6 +82,16 @@ void PrintJson(const nlohmann::ordered_json& answer) {
         rest.remove_prefix(character.size());
     }
     std::cout << printable << '\n';
+}
+
+}  // namespace
+
+void PrintJson(const nlohmann::ordered_json& answer) {
+    PrintIndented(answer, 2);
+}
+
+void PrintJsonLine(const nlohmann::ordered_json& answer) {
+    PrintIndented(answer, -1);
 }
 
 bool HasColours() {

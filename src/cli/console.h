@@ -20,6 +20,9 @@ void Say(std::string_view message);
 // nothing for a terminal; bytes that are not UTF-8, which JSON cannot hold, become U+FFFD.
 void PrintJson(const nlohmann::ordered_json& answer);
 
+// The same on a line of its own, as one of many.
+void PrintJsonLine(const nlohmann::ordered_json& answer);
+
 // Whether standard output takes colours: it is a terminal that has them, and NO_COLOR is not set.
 bool HasColours();
 

@@ -4,6 +4,7 @@
 
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/manual.h"
 #include "orin/result.h"
 
 namespace Quill::Cli {
@@ -50,12 +51,32 @@ constexpr void (*Commands[])(CommandLine&) = {
     AddFamily<Label, LabelSummary>,
     AddLabelCheckCommand,
     AddLabelInvertCommand,
+    AddEventsCommand,
 };
 // clang-format on
 
 int Fail(std::string_view message) {
     Say(message);
     return Error;
+}
+
+// What was not written must not pass for an answer.
+ExitCode Flushed(ExitCode code) {
+    if (!std::cout.flush()) throw CommandError("Standard output cannot be written");
+    return code;
+}
+
+// How the build gets what is installed beside the program.
+void AddGenerateOption(CLI::App& app) {
+    const auto generate = [&app](const std::string& name) {
+        for (const ManualForm& form : ManualForms)
+            if (form.name == name) {
+                std::cout << form.write(app);
+                throw CLI::Success();
+            }
+        throw CLI::ValidationError("--generate", "There is no form " + name);
+    };
+    app.add_option_function<std::string>("--generate", generate)->trigger_on_parse()->group("");
 }
 
 int Run(int argc, char** argv) {
@@ -65,17 +86,16 @@ int Run(int argc, char** argv) {
     CommandLine line(app);
     for (const auto add : Commands)
         add(line);
+    AddGenerateOption(app);
     try {
         app.parse(argc, argv);
-    } catch (const CLI::CallForHelp& help) {
-        return app.exit(help);
+    } catch (const CLI::Success& answered) {
+        app.exit(answered);
+        return Flushed(Done);
     } catch (const CLI::ParseError& error) {
         return Fail(std::string(error.what()) + ". \"quill --help\" says how it is used.");
     }
-    const ExitCode code = line.Chosen()();
-    // What was not written must not pass for an answer.
-    if (!std::cout.flush()) throw CommandError("Standard output cannot be written");
-    return code;
+    return Flushed(line.Chosen()());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
+#include "cli/progress.h"
 #include "cli/stored_design.h"
 #include "cli/whole_file.h"
 #include "interchange/design_json.h"
@@ -41,22 +42,38 @@ bool IsSchematicPath(std::string_view path) {
 
 OpenDesign ReadDesign(const std::string& path, bool toEdit) {
     if (IsSchematicPath(path)) return ImportDesign(path, {});
-    OpenDesign stored;
+    const std::string reading = "Reading " + path;
     Orin::String name;
-    if (OpenStoredDesign(path, toEdit, stored.database, name)) {
-        stored.isStored = true;
-        Attach(stored);
-        return Opened(std::move(stored), name);
+    {
+        const Progress progress(reading);
+        OpenDesign stored;
+        if (OpenStoredDesign(path, toEdit, stored.database, name)) {
+            stored.isStored = true;
+            Attach(stored);
+            return Opened(std::move(stored), name);
+        }
     }
-    const std::string text = ReadWholeFile(path);
     OpenDesign design = EmptyDesign(path);
+    const Progress progress(reading, design.snapshot);
+    const std::string text = ReadWholeFile(path);
     if (const auto fault = Interchange::ReadDesignJson(text, design.snapshot, name))
         throw CommandError(path + ": " + fault->Message());
     return Opened(std::move(design), name);
 }
 
+OpenDesign CopyOf(const OpenDesign& design) {
+    Orin::String name(std::string_view(design.name));
+    std::string text;
+    Need(Interchange::WriteDesignJson(design.snapshot, name, text));
+    OpenDesign copy = EmptyDesign(std::string(design.database.ProjectName().View()) + " (copy)");
+    if (const auto fault = Interchange::ReadDesignJson(text, copy.snapshot, name)) throw CommandError(fault->Message());
+    copy.name = design.name;
+    return copy;
+}
+
 void WriteDesign(const std::string& path, const OpenDesign& design) {
     if (IsSchematicPath(path)) throw CommandError(path + ": A schematic is not overwritten with a design file");
+    const Progress progress("Writing " + path);
     if (IsStoredPath(path)) return WriteStoredDesign(path, design);
     std::string text;
     Need(Interchange::WriteDesignJson(design.snapshot, Orin::String(std::string_view(design.name)), text));
@@ -67,7 +84,10 @@ OpenDesign ImportDesign(const std::string& root, const Interchange::KicadOptions
     OpenDesign design = EmptyDesign(root);
     Orin::String name;
     std::vector<Interchange::KicadMessage> warnings;
-    const auto fault = Interchange::ImportKicad(root, options, design.snapshot, name, warnings);
+    const auto fault = [&] {
+        const Progress progress("Importing " + root, design.snapshot);
+        return Interchange::ImportKicad(root, options, design.snapshot, name, warnings);
+    }();
     for (const Interchange::KicadMessage& warning : warnings)
         Say("warning: " + warning.Message());
     if (fault) throw CommandError(fault->Message());

@@ -29,6 +29,9 @@ bool IsSchematicPath(std::string_view path);
 // a KiCad design. A design file is opened for reading, or `toEdit`. Throws a CommandError that names the file.
 OpenDesign ReadDesign(const std::string& path, bool toEdit = false);
 
+// A copy in a database of its own, in memory. Save points do not come along, and the libraries do not know its project.
+OpenDesign CopyOf(const OpenDesign& design);
+
 // Writes the design down at `path`: as a design file, which must not be there yet, when the path ends in ".qdb", else
 // as JSON, in place of a file that is there. Throws a CommandError that names the file, with everything as it was.
 void WriteDesign(const std::string& path, const OpenDesign& design);

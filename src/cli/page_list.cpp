@@ -4,6 +4,7 @@
 
 #include "cli/command.h"
 #include "cli/design_lookup.h"
+#include "cli/progress.h"
 #include "properties/property_mangler.h"
 
 namespace Quill::Cli {
@@ -73,6 +74,7 @@ PageList ListPages(const OpenDesign& design, const std::string& config, EAlgorit
     const ContainerT<const Orin::IConfig> configuration = FindConfig(design, config);
     RootOf(*configuration);
     const std::string name = NameOf(*configuration);
+    const Progress progress("Numbering pages");
     const PageReader reader(*design.snapshot);
     const PageTraverser pages = Walked(design, name, order, children);
     // Print orders number excluded pages too; that they are excluded is known to a walk that numbers by places.

@@ -8,6 +8,7 @@
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
+#include "cli/progress.h"
 #include "pages/page_traverser.h"
 
 namespace Quill::Cli {
@@ -79,6 +80,7 @@ SheetConnectors::SheetConnectors(const OpenDesign& design, const std::string& co
     if (NameOf(*block) != m_name)
         throw CommandError("Connectors are known for a configuration that bears the name of its root block only; " +
                            m_name + " has the root block " + NameOf(*block));
+    const Progress progress("Looking for connectors");
     m_cache.attachObserver(design.snapshot);
     ConnectorSymbols symbols(*design.snapshot);
     if (!m_cache.reloadSheetConnectorsList(&symbols)) throw CommandError("The connectors cannot be read");

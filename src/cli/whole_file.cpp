@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "cli/command.h"
+#include "cli/interruption.h"
 
 namespace Quill::Cli {
 
@@ -24,7 +25,9 @@ namespace {
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::string& target)
-        : m_target(target), m_path(fmt::format("{}.{}.tmp", target, getpid())) {
+        : m_target(target),
+          m_path(fmt::format("{}.{}.tmp", target, getpid())),
+          m_cleaning(AtInterruption::RemoveFile, m_path) {
         m_file = open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (m_file < 0) Fail(m_target, errno);
     }
@@ -54,6 +57,7 @@ public:
 private:
     const std::string m_target;
     std::string m_path;
+    const AtInterruption m_cleaning;
     int m_file = -1;
 };
 

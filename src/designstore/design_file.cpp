@@ -15,6 +15,7 @@
 #include "designstore/detail/loader.h"
 #include "designstore/detail/schema.h"
 #include "designstore/detail/sqlite.h"
+#include "designstore/detail/unfinished_files.h"
 #include "designstore/detail/writer.h"
 #include "designstore/detail/writer_lock.h"
 
@@ -155,10 +156,21 @@ private:
     String m_design;
 };
 
-// Removes a database file and what stands beside it.
+// What SQLite makes beside a database file, and the file itself.
+constexpr const char* DatabaseSuffixes[] = {"", "-wal", "-shm", "-journal"};
+
 void RemoveDatabase(const std::string& path) {
-    for (const char* suffix : {"", "-wal", "-shm", "-journal"})
+    for (const char* suffix : DatabaseSuffixes)
         unlink((path + suffix).c_str());
+}
+
+// The files of one that is being made, with the lock that its maker holds.
+std::vector<std::string> FilesOfMaking(const std::string& path, const std::string& unfinished) {
+    std::vector<std::string> files;
+    for (const char* suffix : DatabaseSuffixes)
+        files.push_back(unfinished + suffix);
+    files.push_back(path + WriterLock::Suffix);
+    return files;
 }
 
 // Calls `make`, which makes a database file; what a failure leaves of it is removed.
@@ -176,6 +188,7 @@ void SqliteStore::Create(const ProjectContent& content, const String& design) {
     m_lock.emplace(m_path);
     const std::string unfinished = m_path + "-new";
     RemoveDatabase(unfinished);
+    std::optional<UnfinishedFiles> making(FilesOfMaking(m_path, unfinished));
     FileState state;
     MakeOrRemove(unfinished, [&] {
         {
@@ -203,6 +216,7 @@ void SqliteStore::Create(const ProjectContent& content, const String& design) {
         }
     });
     RemoveDatabase(unfinished);
+    making.reset();
     MakeOrRemove(m_path, [&] {
         Sync(std::filesystem::path(m_path).parent_path().string());
         BeginWriting(content.places, std::move(state));
@@ -249,6 +263,10 @@ Result OpenDesignFile(Database& database, const String& project, const std::stri
         if (made) design = store->Design();
         return made;
     });
+}
+
+void RemoveUnfinishedDesignFiles() noexcept {
+    UnfinishedFiles::RemoveAll();
 }
 
 bool LooksLikeDesignFile(const std::string& path) noexcept {

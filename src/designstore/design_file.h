@@ -47,4 +47,8 @@ ORINPISQLITE_EXPORT Result OpenDesignFile(Database& database, const String& proj
 // is. False as well when it cannot be read.
 ORINPISQLITE_EXPORT bool LooksLikeDesignFile(const std::string& path) noexcept;
 
+// Removes what this process has begun to make of design files and not finished: for the handler of a signal that ends
+// the process, in which it may be called. The threads that make them must not go on afterwards.
+ORINPISQLITE_EXPORT void RemoveUnfinishedDesignFiles() noexcept;
+
 }  // namespace Orin::DesignDb

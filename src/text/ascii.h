@@ -31,6 +31,13 @@ constexpr char ToUpper(char c) noexcept {
     return IsLower(c) ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
+// The value of a hexadecimal digit of either case; -1 for other characters.
+constexpr int HexDigit(char c) noexcept {
+    if (IsDigit(c)) return c - '0';
+    const char small = ToLower(c);
+    return small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
+}
+
 std::string ToLower(std::string_view text);
 std::string ToUpper(std::string_view text);
 

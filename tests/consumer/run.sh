@@ -27,6 +27,9 @@ mkdir -p "$work"
 cmake --install "$build" --prefix "$work/first" >/dev/null
 mv "$work/first" "$work/moved"  # what is installed does not know where it is
 "$work/moved/bin/quill" info "$source_dir/examples/vibration-recorder.json" >/dev/null
+for file in man/man1/quill.1 bash-completion/completions/quill zsh/site-functions/_quill; do
+    test -s "$work/moved/share/$file"
+done
 
 cmake -G Ninja -S "$consumer" -B "$work/package" -DCMAKE_PREFIX_PATH="$work/moved" >/dev/null
 cmake --build "$work/package" >/dev/null

@@ -41,7 +41,7 @@ bool IsStillThere(int file, const std::string& path) {
 
 }  // namespace
 
-WriterLock::WriterLock(const std::string& designFile) : m_path(designFile + "-lock") {
+WriterLock::WriterLock(const std::string& designFile) : m_path(designFile + Suffix) {
     const auto fail = [] { throw StoreFault{"its lock file: " + std::generic_category().message(errno)}; };
     for (;;) {
         m_file = open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);

@@ -8,6 +8,9 @@ namespace Orin::DesignDb {
 // Holds the lock file beside a design file. The system gives the lock up when the process dies.
 class WriterLock {
 public:
+    // What its name has more than that of the design file.
+    static constexpr const char* Suffix = "-lock";
+
     // Throws a StoreFault, which names the holder, when another process or another part of this one has it.
     explicit WriterLock(const std::string& designFile);
     ~WriterLock();

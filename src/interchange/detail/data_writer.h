@@ -4,7 +4,7 @@
 #include <variant>
 
 #include "interchange/detail/json_text.h"
-#include "interchange/detail/words.h"
+#include "interchange/words.h"
 #include "orin/records.h"
 
 namespace Quill::Interchange {

@@ -3,7 +3,7 @@
 #include <unordered_set>
 
 #include "interchange/detail/design_model.h"
-#include "interchange/detail/index_text.h"
+#include "interchange/index_text.h"
 
 namespace Quill::Interchange {
 

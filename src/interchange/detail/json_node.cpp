@@ -2,20 +2,13 @@
 
 #include <algorithm>
 
-#include "interchange/detail/index_text.h"
+#include "interchange/index_text.h"
+#include "text/ascii.h"
 #include "text/number.h"
 
 namespace Quill::Interchange {
 
 namespace {
-
-// -1 for another character.
-int HexDigit(char c) noexcept {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    return -1;
-}
 
 std::string FromHex(const Node& node) {
     if (!node.value.is_string()) Fail(node.place, "is not a text of hexadecimal digits");
@@ -23,8 +16,8 @@ std::string FromHex(const Node& node) {
     if (digits.size() % 2 != 0) Fail(node.place, "has an odd number of hexadecimal digits");
     std::string bytes;
     for (std::size_t i = 0; i < digits.size(); i += 2) {
-        const int high = HexDigit(digits[i]);
-        const int low = HexDigit(digits[i + 1]);
+        const int high = Text::HexDigit(digits[i]);
+        const int low = Text::HexDigit(digits[i + 1]);
         if (high < 0 || low < 0) Fail(node.place, "is not a text of hexadecimal digits");
         bytes += static_cast<char>(high * 16 + low);
     }

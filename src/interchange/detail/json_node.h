@@ -10,7 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "interchange/detail/design_model.h"
-#include "interchange/detail/words.h"
+#include "interchange/words.h"
 
 namespace Quill::Interchange {
 

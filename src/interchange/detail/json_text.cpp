@@ -1,6 +1,6 @@
 #include "interchange/detail/json_text.h"
 
-#include "interchange/detail/index_text.h"
+#include "interchange/index_text.h"
 #include "text/utf8.h"
 
 namespace Quill::Interchange {

@@ -1,8 +1,8 @@
-#include "interchange/detail/index_text.h"
+#include "interchange/index_text.h"
 
 #include <algorithm>
 
-#include "interchange/detail/words.h"
+#include "interchange/words.h"
 #include "text/ascii.h"
 #include "text/number.h"
 
