@@ -50,6 +50,8 @@ constexpr void (*Commands[])(CommandLine&) = {
     AddFamily<Label, LabelSummary>,
     AddLabelCheckCommand,
     AddLabelInvertCommand,
+    AddRenderCommand,
+    AddReportCommand,
 };
 // clang-format on
 
