@@ -136,13 +136,13 @@ std::string PageMap::NumbersOf(const std::vector<std::size_t>& pages, bool hasMo
     return hasMore ? numbers + More : numbers;
 }
 
-Drawing::Pointers PageMap::PointersOf(std::size_t page, bool linked) const {
+Drawing::Pointers PageMap::PointersOf(std::size_t page) const {
     Drawing::Pointers pointers;
     const auto add = [&](const Index& comp, const char* arrow, const std::string& numbers, const std::string& href) {
         Pointer& pointer = pointers[comp];
         pointer.title = "leads to page " + numbers;
         pointer.mark = arrow + numbers;
-        if (linked) pointer.href = href;
+        pointer.href = href;
     };
     const MappedPage& mapped = m_pages[page];
     ContainerT<const Orin::IPath> path;
@@ -177,18 +177,18 @@ Drawing::Pointers PageMap::PointersOf(std::size_t page, bool linked) const {
         } else if (!types.Contains(ECompType::Connector) && !types.Contains(ECompType::Hierarchical)) {
             continue;
         }
-        if (linked) pointers[index].anchor = Drawing::AnchorOf(index);
+        pointers[index].anchor = Drawing::AnchorOf(index);
     }
     return pointers;
 }
 
-Drawing::Picture PageMap::PictureOf(std::size_t page, bool linked) {
+Drawing::Picture PageMap::PictureOf(std::size_t page) {
     const PageEntry& entry = Entry(page);
     ContainerT<const Orin::IPath> path;
     ContainerT<const Orin::IGroup> sheet;
     Need(m_objects.GetPath(path, entry.id.path));
     Need(m_objects.GetGroup(sheet, entry.id.group));
-    return m_artist.Draw(path, sheet, {Heading(page), Place(page), entry.id.name}, PointersOf(page, linked));
+    return m_artist.Draw(path, sheet, {Heading(page), Place(page), "name " + entry.id.name}, PointersOf(page));
 }
 
 }  // namespace Quill::Cli

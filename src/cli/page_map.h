@@ -55,15 +55,15 @@ public:
     // Where a link to an object of a page leads.
     std::string LinkTo(std::size_t page, const Orin::Index& object) const;
 
-    // What the picture of the page says of components that lead to other pages; with anchors and links if `linked`.
-    Drawing::Pointers PointersOf(std::size_t page, bool linked) const;
-    Drawing::Picture PictureOf(std::size_t page, bool linked);
+    // Components that lead to other pages say so and are links.
+    Drawing::Picture PictureOf(std::size_t page);
 
     // The objects of a page's sheet of one kind, in the sheet's order.
     std::vector<Orin::Index> MembersOf(std::size_t page, Orin::EObjectType kind) const;
     const Orin::IUIDManager& Objects() const noexcept { return m_objects; }
 
 private:
+    Drawing::Pointers PointersOf(std::size_t page) const;
     void Descend();
     void AddConnectors(const OpenDesign& design, const std::string& config);
     std::vector<std::size_t> PagesAt(const Orin::IPath& path, const Orin::Index& comp) const;

@@ -20,7 +20,7 @@ struct Options {
 ExitCode Run(const Options& options) {
     const OpenDesign design = ReadDesign(options.design);
     PageMap map(design, options.config);
-    const std::string svg = Drawing::SvgFile(map.PictureOf(map.Find(options.page), false));
+    const std::string svg = Drawing::SvgFile(map.PictureOf(map.Find(options.page)));
     if (options.target == "-") {
         std::cout << svg;
     } else {

@@ -234,7 +234,7 @@ std::string ReportSite::Wires(std::size_t page) const {
 std::string ReportSite::Page(std::size_t page) const {
     const PageEntry& entry = m_map.Entry(page);
     const std::string heading = m_map.Heading(page) + ": " + entry.block;
-    const Drawing::Picture picture = m_map.PictureOf(page, true);
+    const Drawing::Picture picture = m_map.PictureOf(page);
     const double width = static_cast<double>(picture.extent.Width()) / Drawing::Millimetre * PixelsOfLargePicture;
     std::string out = Head(heading + " - " + m_name);
     out += "<header>\n" + Way(page) + Neighbours(page) + "<h1>" + Escaped(heading) + " <span class=\"quiet\">" +

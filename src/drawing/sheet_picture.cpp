@@ -17,7 +17,7 @@ using Utils::Present;
 using Utils::Require;
 
 constexpr std::int64_t Margin = 8 * Millimetre;
-constexpr std::int64_t LeastCaption = 2'500'000;
+constexpr std::int64_t LeastCaption = 2'000'000;
 constexpr Box EmptySheet{{0, 0}, {160 * Millimetre, 60 * Millimetre}};
 
 // What is written under a picture gets larger with it.
@@ -32,7 +32,7 @@ void AddFrame(const Caption& caption, Picture& picture) {
         frame.shapes.emplace_back(Writing{Ink::Frame, "Nothing is drawn on this sheet", centre, LeastCaption, false,
                                           Orin::EHorizontalAlign::Centre, Orin::EVerticalAlign::Centre});
     }
-    const std::int64_t height = std::max(content.Width() / 100, LeastCaption);
+    const std::int64_t height = std::max(content.Width() / 120, LeastCaption);
     const std::int64_t needed = WidthOf(caption.page + caption.place + caption.name, height) * 5 / 4;
     if (needed > content.Width()) content.most.x = content.least.x + needed;
     const Box inner = content.Grown(Margin);

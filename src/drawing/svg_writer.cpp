@@ -99,6 +99,19 @@ void AppendStyle(std::string& out, const Orin::LineStyle& style) {
     out += '"';
 }
 
+// A text in which "~{RESET}" stands for RESET with a line above, as names of inverted signals are written.
+void AppendOverlined(std::string& out, std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t mark = text.find("~{");
+        const std::size_t end = mark == text.npos ? mark : text.find('}', mark);
+        if (end == text.npos) break;
+        out.append(Escaped(text.substr(0, mark))).append("<tspan text-decoration=\"overline\">");
+        out.append(Escaped(text.substr(mark + 2, end - mark - 2))).append("</tspan>");
+        text.remove_prefix(end + 1);
+    }
+    out += Escaped(text);
+}
+
 class ShapeWriter {
 public:
     ShapeWriter(std::string& out, Ink ink) : m_out(out), m_ink(ink) {}
@@ -155,10 +168,11 @@ public:
     void operator()(const Writing& text) const {
         const std::int64_t step = text.height * LinePercent / 100;
         const auto further = std::count(text.text.begin(), text.text.end(), '\n');
+        const std::int64_t gap = text.height / 3;
         // From the place to the foot of the first line; what stands on a line leaves a little room to it.
-        std::int64_t down = -text.height / 6 - step * further;
+        std::int64_t down = -gap - step * further;
         if (text.vertical == EVerticalAlign::Centre) down = (text.height - step * further) / 2;
-        if (text.vertical == EVerticalAlign::Top) down = text.height + text.height / 6;
+        if (text.vertical == EVerticalAlign::Top) down = text.height + gap;
         std::string_view rest = text.text;
         for (bool last = false; !last; down += step) {
             const std::size_t feed = rest.find('\n');
@@ -188,21 +202,24 @@ private:
             m_out += ")\"";
         }
         if (text.ink != m_ink) m_out.append(" class=\"").append(RowOf(text.ink).name).append("\"");
-        m_out.append(">").append(Escaped(line)).append("</text>\n");
+        m_out += '>';
+        AppendOverlined(m_out, line);
+        m_out += "</text>\n";
     }
 
     std::string& m_out;
     const Ink m_ink;
 };
 
-void AppendItem(std::string& out, const Item& item) {
+// `reachable`: with anchors, links, and what shows that something is reached.
+void AppendItem(std::string& out, const Item& item, bool reachable) {
     out.append("<g class=\"").append(RowOf(item.ink).name).append("\"");
-    if (!item.anchor.empty()) out.append(" id=\"").append(Escaped(item.anchor)).append("\"");
+    if (reachable && !item.anchor.empty()) out.append(" id=\"").append(Escaped(item.anchor)).append("\"");
     out += ">";
     if (!item.title.empty()) out.append("<title>").append(Escaped(item.title)).append("</title>");
-    if (!item.href.empty()) out.append("<a href=\"").append(Escaped(item.href)).append("\">");
+    if (reachable && !item.href.empty()) out.append("<a href=\"").append(Escaped(item.href)).append("\">");
     out += '\n';
-    if (!item.anchor.empty() || !item.href.empty()) {
+    if (reachable && (!item.anchor.empty() || !item.href.empty())) {
         // Lies behind what can be reached and shows when it is.
         const Box box = ExtentOf(item.shapes).Grown(Millimetre);
         if (!box.IsEmpty()) {
@@ -217,10 +234,11 @@ void AppendItem(std::string& out, const Item& item) {
     const ShapeWriter writer(out, item.ink);
     for (const Shape& shape : item.shapes)
         std::visit(writer, shape);
-    out += item.href.empty() ? "</g>\n" : "</a></g>\n";
+    out += item.href.empty() || !reachable ? "</g>\n" : "</a></g>\n";
 }
 
-void AppendSvg(std::string& out, const Picture& picture, std::string_view attributes, std::string_view head) {
+void AppendSvg(std::string& out, const Picture& picture, std::string_view attributes, std::string_view head,
+               bool reachable) {
     const Box& box = picture.extent;
     out.append("<svg xmlns=\"http://www.w3.org/2000/svg\" class=\"picture\" viewBox=\"");
     const char* between = "";
@@ -231,7 +249,7 @@ void AppendSvg(std::string& out, const Picture& picture, std::string_view attrib
     }
     out.append("\" ").append(attributes).append(">\n").append(head);
     for (const Item& item : picture.items)
-        AppendItem(out, item);
+        AppendItem(out, item, reachable);
     out += "</svg>\n";
 }
 
@@ -293,6 +311,7 @@ std::string StyleOfShapes() {
         "stroke-linejoin:round}\n"
         ".picture text{fill:currentColor;white-space:pre}\n"
         ".picture .filled{fill:currentColor}\n"
+        ".picture a{color:inherit}\n"
         ".picture .halo{stroke:none}\n";
     for (const InkRow& row : Inks) {
         css.append(".picture .").append(row.name).append("{stroke-width:");
@@ -313,7 +332,7 @@ std::string StyleOfColours(Theme theme) {
 
 std::string SvgElement(const Picture& picture, std::string_view label) {
     std::string out;
-    AppendSvg(out, picture, "role=\"group\" aria-label=\"" + Escaped(label) + '"', {});
+    AppendSvg(out, picture, "role=\"group\" aria-label=\"" + Escaped(label) + '"', {}, true);
     return out;
 }
 
@@ -335,7 +354,7 @@ std::string SvgFile(const Picture& picture) {
     AppendAttribute(head, "width", picture.extent.Width());
     AppendAttribute(head, "height", picture.extent.Height());
     head += " style=\"fill:#fff;stroke:none\"/>\n";
-    AppendSvg(out, picture, size, head);
+    AppendSvg(out, picture, size, head, false);
     return out;
 }
 

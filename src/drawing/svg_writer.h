@@ -23,7 +23,7 @@ std::string StyleOfColours(Theme theme);
 // design is a unit. `label` names it for readers who do not see it; within it, what can be pointed at has titles.
 std::string SvgElement(const Picture& picture, std::string_view label);
 
-// A file of its own, dark on white, which refers to nothing else.
+// A file of its own, dark on white, which refers to nothing else: without anchors and links.
 std::string SvgFile(const Picture& picture);
 
 }  // namespace Quill::Drawing

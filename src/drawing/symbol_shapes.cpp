@@ -112,9 +112,10 @@ std::vector<Pin> ReadPins(const Orin::ICompViewQuill& view, const Orin::IComp& d
         read.inverted = data.inverted;
         Orin::String label;
         if (Present(pin->GetLabel(label))) read.name = label.View();
-        // Where the label is the number, the name is an attribute.
+        // Where the label is the number, the name is an attribute. Pins without length stand for those of a block,
+        // whose names are their numbers.
         read.number = AttributeOf(*pin, "Pin Number");
-        if (read.number == read.name) read.name = AttributeOf(*pin, "Pin Name");
+        if (read.number == read.name && read.Length() > 0) read.name = AttributeOf(*pin, "Pin Name");
     }
     return pins;
 }
@@ -172,7 +173,8 @@ bool IsWord(const std::string& name) {
     return std::any_of(name.begin(), name.end(), isLetter);
 }
 
-void DrawPin(const Pin& pin, const Box& body, bool writeNumber, std::vector<Shape>& shapes) {
+// A symbol with one pin needs no name for it, one with two no numbers.
+void DrawPin(const Pin& pin, const Box& body, std::size_t pins, std::vector<Shape>& shapes) {
     const Point inwards = Inwards(pin, body);
     const std::int64_t room = RoomFor(pin, inwards, shapes);
     Point inner = pin.inner;
@@ -187,10 +189,11 @@ void DrawPin(const Pin& pin, const Box& body, bool writeNumber, std::vector<Shap
     // signs of an amplifier's inputs. Names for which there is no room are no help.
     const std::int64_t width = WidthOf(pin.name, DefaultTextHeight);
     const bool fits = length == 0 || width + NameGap <= room;
-    if (!pin.name.empty() && pin.name != "~" && (room > 0 ? fits : !IsWord(pin.name) && pin.name != pin.number))
+    if (pins > 1 && !pin.name.empty() && pin.name != "~" &&
+        (room > 0 || length == 0 ? fits : !IsWord(pin.name) && pin.name != pin.number))
         shapes.emplace_back(
             Beside(Ink::Attribute, pin.name, Moved(pin.inner, inwards, NameGap), DefaultTextHeight, inwards));
-    if (!writeNumber || pin.number.empty() || length == 0) return;
+    if (pins < 3 || pin.number.empty() || length == 0) return;
     const std::int64_t usual = WidthOf(pin.number, NumberHeight);
     const std::int64_t height = usual <= length ? NumberHeight : NumberHeight * (length / 1000) / (usual / 1000 + 1);
     Writing number{Ink::Attribute,
@@ -228,7 +231,7 @@ const SymbolShapes& SymbolCatalogue::Of(const Orin::IComp& definition) {
     const auto before = [](const Point& a, const Point& b) { return a.x != b.x ? a.x < b.x : a.y < b.y; };
     std::set<Point, decltype(before)> taken(before);
     for (const Pin& pin : pins)
-        if (taken.insert(pin.outer).second) DrawPin(pin, symbol.body, pins.size() > 2, symbol.shapes);
+        if (taken.insert(pin.outer).second) DrawPin(pin, symbol.body, pins.size(), symbol.shapes);
     return m_symbols.emplace(index, std::move(symbol)).first->second;
 }
 

@@ -37,6 +37,9 @@ constexpr char PlaceReference[] = "REFDES";
 constexpr std::string_view DrawnReference = "Reference";
 constexpr const char* ValueNames[] = {"VALUE", "Value"};
 
+// Stands where the pages of a connector's other ends are to be written, which the mark does.
+constexpr std::string_view PagesOfOtherEnds = "${INTERSHEET_REFS}";
+
 // At which ends a flag is pointed, by the variant of its symbol: the end at the net is the first.
 struct FlagShape {
     std::string_view variant;
@@ -155,7 +158,7 @@ std::size_t ComponentArtist::DrawTexts() {
         std::string value(attribute.value.View());
         if (Present(m_here->GetAttribute(attribute.name, here, attribute.type))) value = here.View();
         if (attribute.name.View() == DrawnReference && !m_reference.empty()) value = m_reference;
-        if (value.empty()) continue;
+        if (value.empty() || value == PagesOfOtherEnds) continue;
         Add(TextOf(Ink::Attribute, ShownText(drawn, attribute.name.View(), value), drawn.position, drawn.style));
         ++count;
     }
@@ -203,8 +206,9 @@ void ComponentArtist::DrawBody(SymbolCatalogue& symbols, bool nameless) {
     m_item.shapes.insert(m_item.shapes.end(), std::make_move_iterator(texts.begin()),
                          std::make_move_iterator(texts.end()));
     if (m_labelDrawn && !m_label.empty()) Add(TextOf(m_item.ink, m_label, m_labelData.position, m_labelData.style));
+    // A mark without a label is told by its symbol.
     const bool isNamed = m_item.ink == Ink::Body || m_item.ink == Ink::Hierarchy || isConnector;
-    if (nameless && isNamed && !(symbol.IsEmpty() && definition)) DrawNames(body);
+    if (nameless && isNamed && (!m_label.empty() || !definition)) DrawNames(body);
     DrawMark(body, symbol.outward);
 }
 

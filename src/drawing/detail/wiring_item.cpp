@@ -17,13 +17,19 @@ constexpr int EndsOfDot = 3;
 
 struct Joint {
     Orin::Point at;
-    int ends = 0;  // of pieces, and a pin as well
+    int ends = 0;
 };
 
-void AddWiring(const Orin::ListSegmentsQuill& wiring, const Orin::LineStyle& style, std::vector<Shape>& shapes) {
+// Whether what touches a joint, other than pieces, is one of the ends that make a dot: a pin on a net is, but a bus is
+// tapped in so many places that dots would hide it.
+enum class Touching { Counts, Not };
+
+void AddWiring(const Orin::ListSegmentsQuill& wiring, const Orin::LineStyle& style, Touching touching,
+               std::vector<Shape>& shapes) {
     std::unordered_map<Orin::ItemId, Joint> joints;
     for (const Orin::ListSegmentsQuillJoint& joint : wiring.joints)
-        joints.emplace(joint.id, Joint{Bounded(joint.position), joint.attached.IsEmpty() ? 0 : 1});
+        joints.emplace(joint.id,
+                       Joint{Bounded(joint.position), touching == Touching::Counts && !joint.attached.IsEmpty()});
     Segments drawn{{}, style};
     drawn.style.fill = Orin::EFill::None;
     for (const Orin::ListSegmentsQuillSegment& segment : wiring.segments) {
@@ -79,7 +85,7 @@ Item NetItem(const Orin::IBlockViewQuill& view, const Orin::INet& net) {
     Require(view.GetIterNetsQuill(net, piece));
     for (; piece; ++piece) {
         Orin::NetDataQuill data;
-        if (Present(piece->GetData(data))) AddWiring(data.segments, data.style, item.shapes);
+        if (Present(piece->GetData(data))) AddWiring(data.segments, data.style, Touching::Counts, item.shapes);
     }
     return item;
 }
@@ -92,7 +98,7 @@ Item BusItem(const Orin::IBlockViewQuill& view, const Orin::IBus& bus) {
                                return view.GetBusAttr(bus, a.name, a.value, drawn);
                            });
     Orin::BusDataQuill data;
-    if (Present(view.GetBusData(bus, data))) AddWiring(data.segments, data.style, item.shapes);
+    if (Present(view.GetBusData(bus, data))) AddWiring(data.segments, data.style, Touching::Not, item.shapes);
     return item;
 }
 
