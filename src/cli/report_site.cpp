@@ -33,16 +33,18 @@ nav a,nav span{margin-right:1rem}
 .picture :target .halo,.picture a:hover .halo{fill:#ffd24d;fill-opacity:.55}
 .picture a:focus-visible .halo{fill:#ffd24d;fill-opacity:.55;stroke:#d07a00;stroke-width:4}
 table{border-collapse:collapse}
-th,td{text-align:left;padding:.15rem 1.5rem .15rem 0;border-bottom:1px solid #ccc}
+th,td{text-align:left;overflow-wrap:anywhere;padding:.15rem 1.5rem .15rem 0;border-bottom:1px solid #ccc}
+tr:target,li:target{background:#ffe69a}
 .tree,.tree ul{list-style:none;padding-left:1.4rem}
 .tree{padding-left:0}
-.columns{columns:14rem;padding-left:1.2rem}
+.columns{columns:14rem;padding-left:1.2rem;overflow-wrap:anywhere}
 .quiet{color:#595959}
 @media(prefers-color-scheme:dark){
 body{background:#101114;color:#e6e6e6}
 a{color:#8ab8ff}
 .quiet{color:#a6a6a6}
 .sheet{border-color:#444}
+tr:target,li:target{background:#5a4600}
 th,td{border-color:#444}
 .picture :target .halo,.picture a:hover .halo,.picture a:focus-visible .halo{fill:#8a6a00}
 }
@@ -161,27 +163,31 @@ std::string ReportSite::Neighbours(std::size_t page) const {
     return "<nav aria-label=\"Neighbouring pages\">" + out + "</nav>\n";
 }
 
-std::string ReportSite::Below(std::size_t page) const {
+std::string ReportSite::Below(std::size_t page, Anchors drawn) const {
     const std::vector<std::size_t>& below = m_map.Pages()[page].below;
     if (below.empty()) return {};
     std::string out = "<h2>Pages below</h2>\n<ul>\n";
     for (const std::size_t at : below) {
         const PageEntry& entry = m_map.Entry(at);
         const std::string place = " <span class=\"quiet\">" + Escaped(m_map.Place(at));
-        out += m_map.IsNumbered(at) ? "<li>" + Link(at, entry.number + " " + entry.block) + place + "</span></li>\n"
-                                    : "<li>" + Escaped(entry.block) + place + ", excluded from printing</span></li>\n";
+        const std::string anchor = Drawing::AnchorOf(m_map.Pages()[at].through);
+        out += drawn.insert(anchor).second ? "<li id=\"" + anchor + "\">" : "<li>";
+        out += m_map.IsNumbered(at) ? Link(at, entry.number + " " + entry.block) + place + "</span></li>\n"
+                                    : Escaped(entry.block) + place + ", excluded from printing</span></li>\n";
     }
     return out + "</ul>\n";
 }
 
-std::string ReportSite::Connectors(std::size_t page) const {
+std::string ReportSite::Connectors(std::size_t page, const Anchors& drawn) const {
     const std::vector<std::size_t>& positions = m_map.Pages()[page].connectors;
     if (positions.empty()) return {};
     std::string out = "<h2>Sheet connectors</h2>\n<table>\n<tr><th>Label</th><th>Leads to</th></tr>\n";
     for (const std::size_t position : positions) {
         const MappedConnector& connector = m_map.Connectors()[position];
-        out += fmt::format("<tr><td><a href=\"#{}\">{}</a></td><td>", Drawing::AnchorOf(connector.comp),
-                           Escaped(connector.label));
+        const std::string anchor = Drawing::AnchorOf(connector.comp);
+        const std::string label = Escaped(connector.label);
+        out += drawn.count(anchor) != 0 ? fmt::format("<tr><td><a href=\"#{}\">{}</a></td><td>", anchor, label)
+                                        : fmt::format("<tr id=\"{}\"><td>{}</td><td>", anchor, label);
         if (connector.next == NoPlace) {
             out += "<span class=\"quiet\">stands alone</span>";
         } else {
@@ -201,7 +207,7 @@ std::string ReportSite::Connectors(std::size_t page) const {
 }
 
 // By name. Those without one can be found in the picture only.
-std::string ReportSite::Wires(std::size_t page) const {
+std::string ReportSite::Wires(std::size_t page, const Anchors& drawn) const {
     std::vector<Wire> wires;
     std::size_t nameless = 0;
     const auto add = [&](const auto& object, const char* kind, const Orin::Index& index) {
@@ -225,7 +231,9 @@ std::string ReportSite::Wires(std::size_t page) const {
     std::string out = "<h2>Nets and buses</h2>\n";
     if (!wires.empty()) out += "<ul class=\"columns\">\n";
     for (const Wire& wire : wires)
-        out += fmt::format("<li><a href=\"#{}\">{}</a>{}</li>\n", wire.anchor, Escaped(wire.name), wire.kind);
+        out += drawn.count(wire.anchor) != 0
+                   ? fmt::format("<li><a href=\"#{}\">{}</a>{}</li>\n", wire.anchor, Escaped(wire.name), wire.kind)
+                   : fmt::format("<li>{}{}</li>\n", Escaped(wire.name), wire.kind);
     if (!wires.empty()) out += "</ul>\n";
     if (nameless != 0) out += fmt::format("<p class=\"quiet\">{} without a label.</p>\n", nameless);
     return out;
@@ -235,6 +243,9 @@ std::string ReportSite::Page(std::size_t page) const {
     const PageEntry& entry = m_map.Entry(page);
     const std::string heading = m_map.Heading(page) + ": " + entry.block;
     const Drawing::Picture picture = m_map.PictureOf(page);
+    Anchors drawn;
+    for (const Drawing::Item& item : picture.items)
+        drawn.insert(item.anchor);
     const double width = static_cast<double>(picture.extent.Width()) / Drawing::Millimetre * PixelsOfLargePicture;
     std::string out = Head(heading + " - " + m_name);
     out += "<header>\n" + Way(page) + Neighbours(page) + "<h1>" + Escaped(heading) + " <span class=\"quiet\">" +
@@ -244,7 +255,7 @@ std::string ReportSite::Page(std::size_t page) const {
         "Large picture</label>\n";
     out += fmt::format("<div class=\"sheet\" tabindex=\"0\" style=\"--large:{:.0f}px\">\n", width);
     out += Drawing::SvgElement(picture, "Picture of " + heading);
-    out += "</div>\n" + Connectors(page) + Below(page) + Wires(page);
+    out += "</div>\n" + Connectors(page, drawn) + Below(page, drawn) + Wires(page, drawn);
     return out + "</main>\n</body>\n</html>\n";
 }
 

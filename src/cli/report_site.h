@@ -1,6 +1,7 @@
 // The pages of a design as documents for a browser.
 #pragma once
 
+#include <set>
 #include <string>
 
 #include "cli/page_map.h"
@@ -23,9 +24,11 @@ private:
     std::string Head(const std::string& title) const;
     std::string Way(std::size_t page) const;
     std::string Neighbours(std::size_t page) const;
-    std::string Below(std::size_t page) const;
-    std::string Connectors(std::size_t page) const;
-    std::string Wires(std::size_t page) const;
+    // `drawn`: the anchors in the page's picture. What is not there has its anchor in the lists.
+    using Anchors = std::set<std::string>;
+    std::string Below(std::size_t page, Anchors drawn) const;
+    std::string Connectors(std::size_t page, const Anchors& drawn) const;
+    std::string Wires(std::size_t page, const Anchors& drawn) const;
     std::string Link(std::size_t page, const std::string& text, const char* attributes = "") const;
 
     PageMap& m_map;

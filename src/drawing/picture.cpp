@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "drawing/detail/arc_geometry.h"
+#include "text/utf8.h"
 
 namespace Quill::Drawing {
 
@@ -16,6 +17,8 @@ using Orin::Point;
 // Of the height of a capital letter; letters are about as wide, their lines stand further apart.
 constexpr std::int64_t WidthPercent = 95;
 constexpr std::int64_t LinePercent = 160;
+
+constexpr std::size_t MostCharacters = 40;  // of a label
 
 template <class Align>
 constexpr Align Opposite(Align align) noexcept {
@@ -92,6 +95,13 @@ std::int64_t WidthOf(std::string_view text, std::int64_t height) {
         }
     }
     return std::min(longest * height / 100 * WidthPercent, MostCoordinate);
+}
+
+std::string Shortened(std::string_view label) {
+    std::size_t length = 0;
+    for (std::size_t count = 0; length < label.size() && count < MostCharacters; ++count)
+        length += std::max<std::size_t>(Text::Utf8Length(label.substr(length)), 1);
+    return length == label.size() ? std::string(label) : std::string(label.substr(0, length)) + "\xE2\x80\xA6";
 }
 
 Box ExtentOf(const Shape& shape) {

@@ -107,6 +107,9 @@ Box ExtentOf(const std::vector<Shape>& shapes);
 // The estimated length of the longest of the text's lines.
 std::int64_t WidthOf(std::string_view text, std::int64_t height);
 
+// A label as it fits a picture: of a long one, such as that of a bus of many nets, the beginning and an ellipsis.
+std::string Shortened(std::string_view label);
+
 // Something that can be pointed at: a component, a net, a connector.
 struct Item {
     Ink ink = Ink::Note;

@@ -35,7 +35,7 @@ std::string AnchorOf(const Orin::Index& object);
 // - Everything that the sheet's view shows, where it stands. A component is drawn as its symbol, with the names of its
 //   pins; one whose symbol draws nothing as a flag when it is a connector, as a dot otherwise; one without a symbol as
 //   a box. Its label and its reference are those of the page's place in the hierarchy.
-// - A component of which no text is drawn is called by its label and its value.
+// - A component of which the view has no text is called by its label and its value.
 // - Ends of at least three pieces of a net, or of two at a pin, are joined by a dot.
 // - A frame with the caption.
 //

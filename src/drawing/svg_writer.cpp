@@ -168,7 +168,7 @@ public:
     void operator()(const Writing& text) const {
         const std::int64_t step = text.height * LinePercent / 100;
         const auto further = std::count(text.text.begin(), text.text.end(), '\n');
-        const std::int64_t gap = text.height / 3;
+        const std::int64_t gap = text.height * 3 / 10;
         // From the place to the foot of the first line; what stands on a line leaves a little room to it.
         std::int64_t down = -gap - step * further;
         if (text.vertical == EVerticalAlign::Centre) down = (text.height - step * further) / 2;

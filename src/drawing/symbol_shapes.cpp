@@ -168,9 +168,11 @@ Point Moved(const Point& from, const Point& direction, std::int64_t length) {
     return {from.x + direction.x * length, from.y + direction.y * length};
 }
 
-bool IsWord(const std::string& name) {
-    const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c & 0x80) != 0; };
-    return std::any_of(name.begin(), name.end(), isLetter);
+// Whether the name is made of signs alone.
+bool IsSign(const std::string& name) {
+    return std::none_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || (c & 0x80) != 0;
+    });
 }
 
 // A symbol with one pin needs no name for it, one with two no numbers.
@@ -189,8 +191,7 @@ void DrawPin(const Pin& pin, const Box& body, std::size_t pins, std::vector<Shap
     // signs of an amplifier's inputs. Names for which there is no room are no help.
     const std::int64_t width = WidthOf(pin.name, DefaultTextHeight);
     const bool fits = length == 0 || width + NameGap <= room;
-    if (pins > 1 && !pin.name.empty() && pin.name != "~" &&
-        (room > 0 || length == 0 ? fits : !IsWord(pin.name) && pin.name != pin.number))
+    if (pins > 1 && !pin.name.empty() && pin.name != "~" && (room > 0 || length == 0 ? fits : IsSign(pin.name)))
         shapes.emplace_back(
             Beside(Ink::Attribute, pin.name, Moved(pin.inner, inwards, NameGap), DefaultTextHeight, inwards));
     if (pins < 3 || pin.number.empty() || length == 0) return;

@@ -122,7 +122,7 @@ private:
         Place(Writing{Ink::Body, std::move(text), at, DefaultTextHeight, upwards, horizontal, vertical});
     }
 
-    // The label and the attributes that the view draws. How many it draws that say something.
+    // The label and the attributes that the view draws. How many it has, with those that are not to be seen.
     std::size_t DrawTexts();
     void DrawBody(SymbolCatalogue& symbols, bool nameless);
     void DrawFlag(std::string_view variant);
@@ -146,21 +146,22 @@ private:
 };
 
 std::size_t ComponentArtist::DrawTexts() {
-    m_labelDrawn = Present(m_view.GetCompLabel(m_comp, m_labelData)) && m_labelData.style.visible;
+    const bool labelled = Present(m_view.GetCompLabel(m_comp, m_labelData));
+    m_labelDrawn = labelled && m_labelData.style.visible;
     Orin::ListAttribute attributes;
     Require(m_comp.GetAttributes(attributes));
-    std::size_t count = m_labelDrawn && !m_label.empty() ? 1 : 0;
+    std::size_t count = labelled ? 1 : 0;
     for (const Orin::Attribute& attribute : std::as_const(attributes)) {
         Orin::AttrDataQuill drawn;
-        if (!Present(m_view.GetCompAttr(m_comp, attribute.name, attribute.value, drawn)) || !drawn.style.visible)
-            continue;
+        if (!Present(m_view.GetCompAttr(m_comp, attribute.name, attribute.value, drawn))) continue;
+        ++count;
+        if (!drawn.style.visible) continue;
         Orin::String here;
         std::string value(attribute.value.View());
         if (Present(m_here->GetAttribute(attribute.name, here, attribute.type))) value = here.View();
         if (attribute.name.View() == DrawnReference && !m_reference.empty()) value = m_reference;
         if (value.empty() || value == PagesOfOtherEnds) continue;
         Add(TextOf(Ink::Attribute, ShownText(drawn, attribute.name.View(), value), drawn.position, drawn.style));
-        ++count;
     }
     Orin::IteratorT<const Orin::IPin> pin;
     Require(m_comp.GetIterPins(pin));
@@ -205,7 +206,8 @@ void ComponentArtist::DrawBody(SymbolCatalogue& symbols, bool nameless) {
     }
     m_item.shapes.insert(m_item.shapes.end(), std::make_move_iterator(texts.begin()),
                          std::make_move_iterator(texts.end()));
-    if (m_labelDrawn && !m_label.empty()) Add(TextOf(m_item.ink, m_label, m_labelData.position, m_labelData.style));
+    if (m_labelDrawn && !m_label.empty())
+        Add(TextOf(m_item.ink, Shortened(m_label), m_labelData.position, m_labelData.style));
     // A mark without a label is told by its symbol.
     const bool isNamed = m_item.ink == Ink::Body || m_item.ink == Ink::Hierarchy || isConnector;
     if (nameless && isNamed && (!m_label.empty() || !definition)) DrawNames(body);
@@ -219,7 +221,8 @@ void ComponentArtist::DrawFlag(std::string_view variant) {
     if (m_labelData.style.height > 0) height = std::min(m_labelData.style.height, MostTextHeight);
     const std::int64_t half = height;
     const std::int64_t tip = half;
-    const std::int64_t width = WidthOf(m_label, height) + height;
+    const std::string text = Shortened(m_label);
+    const std::int64_t width = WidthOf(text, height) + height;
     const std::int64_t begin = flag.first ? tip : 0;
     const std::int64_t end = begin + width;
     Lines outline{{}, {}, true};
@@ -231,7 +234,7 @@ void ComponentArtist::DrawFlag(std::string_view variant) {
     outline.points.push_back({end, half});
     outline.points.push_back({begin, half});
     Place(outline);
-    Writing label{Ink::Connector,        m_label, {(begin + end) / 2, 0}, height, false, EHorizontalAlign::Centre,
+    Writing label{Ink::Connector,        text, {(begin + end) / 2, 0}, height, false, EHorizontalAlign::Centre,
                   EVerticalAlign::Centre};
     Place(label);
     if (m_pointer != nullptr && !m_pointer->mark.empty())

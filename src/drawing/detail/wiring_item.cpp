@@ -67,7 +67,7 @@ Item WiringItem(Ink ink, const char* kind, const Object& object, const Orin::Lab
               {},
               {}};
     if (label != nullptr && label->style.visible && !name.empty())
-        item.shapes.emplace_back(TextOf(ink, name, label->position, label->style));
+        item.shapes.emplace_back(TextOf(ink, Shortened(name), label->position, label->style));
     AddAttributes(object, Ink::Attribute, item.shapes, readAttribute);
     return item;
 }
