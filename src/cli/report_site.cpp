@@ -39,7 +39,7 @@ tr:target,li:target{background:#ffe69a}
 .tree{padding-left:0}
 .columns{columns:14rem;padding-left:1.2rem;overflow-wrap:anywhere}
 .quiet{color:#595959}
-@media(prefers-color-scheme:dark){
+@media screen and (prefers-color-scheme:dark){
 body{background:#101114;color:#e6e6e6}
 a{color:#8ab8ff}
 .quiet{color:#a6a6a6}
@@ -181,7 +181,8 @@ std::string ReportSite::Below(std::size_t page, Anchors drawn) const {
 std::string ReportSite::Connectors(std::size_t page, const Anchors& drawn) const {
     const std::vector<std::size_t>& positions = m_map.Pages()[page].connectors;
     if (positions.empty()) return {};
-    std::string out = "<h2>Sheet connectors</h2>\n<table>\n<tr><th>Label</th><th>Leads to</th></tr>\n";
+    std::string out =
+        "<h2>Sheet connectors</h2>\n<table>\n<tr><th scope=\"col\">Label</th><th scope=\"col\">Leads to</th></tr>\n";
     for (const std::size_t position : positions) {
         const MappedConnector& connector = m_map.Connectors()[position];
         const std::string anchor = Drawing::AnchorOf(connector.comp);

@@ -49,6 +49,9 @@ constexpr bool StandInOrder() noexcept {
 }
 static_assert(StandInOrder());
 
+// Thinner lines are hard to see on a screen.
+constexpr std::int64_t LeastWidth = 120'000;
+
 constexpr const char* Patterns[] = {nullptr, "12 8", "2 6", "12 6 2 6"};
 constexpr const char* Anchors[] = {nullptr, "middle", "end"};
 
@@ -92,7 +95,7 @@ void AppendStyle(std::string& out, const Orin::LineStyle& style) {
     out += " style=\"";
     if (style.width > 0) {
         out += "stroke-width:";
-        AppendLength(out, Bounded(style.width));
+        AppendLength(out, std::clamp(style.width, LeastWidth, MostCoordinate));
         if (patterned) out += ';';
     }
     if (patterned) out.append("stroke-dasharray:").append(Patterns[pattern]);

@@ -78,7 +78,11 @@ std::vector<Shape> Read(const View& view, Ink ink) {
     IteratorT<const Orin::ITextQuill> texts;
     Require(view.GetIterTexts(texts));
     ForEachRecord<Orin::TextDataQuill>(texts, [&](const Orin::TextDataQuill& data) {
-        if (data.style.visible) shapes.emplace_back(TextOf(ink, data.text.View(), data.position, data.style));
+        if (!data.style.visible) return;
+        // The label of a bus may stand as a text as well.
+        const std::string_view text = data.text.View();
+        const bool isLabel = text.find_first_of(" \n") == text.npos && text.find(',') != text.npos;
+        shapes.emplace_back(TextOf(ink, isLabel ? Shortened(text) : std::string(text), data.position, data.style));
     });
     return shapes;
 }
@@ -191,7 +195,8 @@ void DrawPin(const Pin& pin, const Box& body, std::size_t pins, std::vector<Shap
     // signs of an amplifier's inputs. Names for which there is no room are no help.
     const std::int64_t width = WidthOf(pin.name, DefaultTextHeight);
     const bool fits = length == 0 || width + NameGap <= room;
-    if (pins > 1 && !pin.name.empty() && pin.name != "~" && (room > 0 || length == 0 ? fits : IsSign(pin.name)))
+    if (pins > 1 && !pin.name.empty() && pin.name != "~" &&
+        (room > 0 || length == 0 ? fits : pins > 2 && IsSign(pin.name)))
         shapes.emplace_back(
             Beside(Ink::Attribute, pin.name, Moved(pin.inner, inwards, NameGap), DefaultTextHeight, inwards));
     if (pins < 3 || pin.number.empty() || length == 0) return;

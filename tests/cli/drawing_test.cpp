@@ -198,7 +198,7 @@ TEST_F(Report, TreeAndConnectorsAreLinks) {
 </div>
 <h2>Sheet connectors</h2>
 <table>
-<tr><th>Label</th><th>Leads to</th></tr>
+<tr><th scope="col">Label</th><th scope="col">Leads to</th></tr>
 <tr id="o-7-0-11"><td>NET</td><td><a href="page-1.html#o-7-0-6">Page 1</a></td></tr>
 </table>
 </main>
