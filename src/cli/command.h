@@ -78,6 +78,8 @@ void AddPagesCommand(CommandLine& line);
 void AddPagesExcludeCommand(CommandLine& line);
 void AddPagesIncludeCommand(CommandLine& line);
 void AddPagesWhyCommand(CommandLine& line);
+void AddRenderCommand(CommandLine& line);
+void AddReportCommand(CommandLine& line);
 void AddSheetsCommand(CommandLine& line);
 void AddSheetsDownCommand(CommandLine& line);
 void AddSheetsMoveCommand(CommandLine& line);

@@ -52,6 +52,8 @@ constexpr void (*Commands[])(CommandLine&) = {
     AddLabelCheckCommand,
     AddLabelInvertCommand,
     AddEventsCommand,
+    AddRenderCommand,
+    AddReportCommand,
 };
 // clang-format on
 

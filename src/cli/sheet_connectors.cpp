@@ -70,16 +70,25 @@ Orin::ListT<Orin::GroupInfo> SheetsOf(const Orin::IComp& comp) {
     return sheets;
 }
 
+std::string RootNameOf(const Orin::IConfig& config) {
+    ContainerT<const Orin::IBlock> block;
+    Need(RootOf(config)->GetBlock(block));
+    return NameOf(*block);
+}
+
 }  // namespace
+
+bool SheetConnectors::AreKnown(const OpenDesign& design, const std::string& config) {
+    const ContainerT<const Orin::IConfig> configuration = FindConfig(design, config);
+    return RootNameOf(*configuration) == NameOf(*configuration);
+}
 
 SheetConnectors::SheetConnectors(const OpenDesign& design, const std::string& config) {
     const ContainerT<const Orin::IConfig> configuration = FindConfig(design, config);
     m_name = NameOf(*configuration);
-    ContainerT<const Orin::IBlock> block;
-    Need(RootOf(*configuration)->GetBlock(block));
-    if (NameOf(*block) != m_name)
+    if (const std::string root = RootNameOf(*configuration); root != m_name)
         throw CommandError("Connectors are known for a configuration that bears the name of its root block only; " +
-                           m_name + " has the root block " + NameOf(*block));
+                           m_name + " has the root block " + root);
     const Progress progress("Looking for connectors");
     m_cache.attachObserver(design.snapshot);
     ConnectorSymbols symbols(*design.snapshot);

@@ -30,7 +30,11 @@ inline constexpr char ConnectorSymbolsAttribute[] = "$$Internal_SHEET_CONNECTORS
 // Connectors are known for a configuration that bears the name of its root block.
 class SheetConnectors {
 public:
-    // The configuration called `config` (open_design.h). Throws a CommandError when it has no connectors to know.
+    // Whether they are known for the configuration called `config` (open_design.h). Throws a CommandError when there is
+    // none.
+    static bool AreKnown(const OpenDesign& design, const std::string& config);
+
+    // Of the configuration called `config`. Throws a CommandError when its connectors are not known.
     SheetConnectors(const OpenDesign& design, const std::string& config);
 
     // By label, byte by byte, then in page order. Pages that are excluded from printing have none.

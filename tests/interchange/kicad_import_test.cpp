@@ -248,25 +248,45 @@ constexpr const char* Library = R"( (lib_symbols
    (symbol "PART_2_0" (pin passive line (at 1 1 0) (length 1) (name "B") (number "2")))))
 )";
 
+// How the text "#PWR1" of the first member of the first page stands.
+std::string ReferenceStyleOf(const ImportedDesign& design) {
+    const OpenPage page(design, design.Pages(EAlgorithm::DepthFirst).front());
+    ContainerT<const IComp> comp;
+    ContainerT<const IBlockViewQuill> view;
+    AttrDataQuill drawn;
+    EXPECT_TRUE(design.objects.GetComp(comp, page.members[0]) &&
+                IBlockViewQuill::Init(view, *page.block, *page.group) &&
+                view->GetCompAttr(*comp, "Reference", "#PWR1", drawn));
+    const std::string horizontal[] = {" left", " centre", " right"}, vertical[] = {" bottom", " centre", " top"};
+    return (drawn.style.orientation == EOrientation::Degrees0 ? "along" : "upwards") +
+           horizontal[static_cast<int>(drawn.style.horizontal)] + vertical[static_cast<int>(drawn.style.vertical)];
+}
+
 TEST_F(KicadImport, PowerSymbolsNameTheNetAtTheirTurnedPin) {
-    // How it is placed, and where its pin comes to stand.
-    const std::pair<std::string, std::string> cases[] = {
-        {"(at 100 50 0)", "102.54 44.92"},
-        {"(at 100 50 90)", "94.92 47.46"},
-        {"(at 100 50 180)", "97.46 55.08"},
-        {"(at 100 50 270)", "105.08 52.54"},
-        {"(at 100 50 0) (mirror x)", "102.54 55.08"},
-        {"(at 100 50 0) (mirror y)", "97.46 44.92"},
-        {"(at 100 50 90) (mirror x)", "94.92 52.54"},
-        {"(at 100 50 90) (mirror y)", "105.08 47.46"},
+    struct Case {
+        std::string placed;
+        std::string end;        // where its pin comes to stand
+        const char* reference;  // how a text stands that the symbol has along, left, bottom
     };
-    for (const auto& [placed, end] : cases) {
+    const Case cases[] = {
+        {"(at 100 50 0)", "102.54 44.92", "along left bottom"},
+        {"(at 100 50 90)", "94.92 47.46", "upwards left bottom"},
+        {"(at 100 50 180)", "97.46 55.08", "along right top"},
+        {"(at 100 50 270)", "105.08 52.54", "upwards right top"},
+        {"(at 100 50 0) (mirror x)", "102.54 55.08", "along left top"},
+        {"(at 100 50 0) (mirror y)", "97.46 44.92", "along right bottom"},
+        {"(at 100 50 90) (mirror x)", "94.92 52.54", "upwards right bottom"},
+        {"(at 100 50 90) (mirror y)", "105.08 47.46", "upwards left top"},
+    };
+    for (const auto& [placed, end, reference] : cases) {
         SCOPED_TRACE(placed);
         const std::string symbol = " (symbol (lib_id \"power:VCC\") " + placed +
-                                   " (unit 1) (property \"Referenz\" \"#PWR1\") (property \"Wert\" \"+5{slash}3\"))\n";
+                                   " (unit 1) (property \"Referenz\" \"#PWR1\" (effects (justify left bottom)))"
+                                   " (property \"Wert\" \"+5{slash}3\"))\n";
         ImportedDesign design;
         ASSERT_EQ(ImportRoot(design, Schematic(Library + symbol + " (wire (pts (xy 200 200) (xy " + end + ")))")), "");
         EXPECT_EQ(NetsOf(design), "+5/3: 1");  // pin and wire are one net
+        EXPECT_EQ(ReferenceStyleOf(design), reference);
     }
 }
 

@@ -40,6 +40,12 @@ Point TextPlace(const Point& first, const Point& second, const TextLook& look) {
     return at;
 }
 
+// The middle one stays.
+template <class Align>
+constexpr Align Opposite(Align align) noexcept {
+    return static_cast<Align>(2 - static_cast<int>(align));
+}
+
 }  // namespace
 
 Orin::TextStyle StyleOf(const TextLook& look, int angle) {
@@ -50,6 +56,16 @@ Orin::TextStyle StyleOf(const TextLook& look, int angle) {
     style.horizontal = look.horizontal;
     style.vertical = look.vertical;
     style.visible = !look.hidden;
+    return style;
+}
+
+Orin::TextStyle StyleOf(const TextLook& look, int angle, int symbolAngle, Mirror mirror) {
+    const bool upwards = angle % 180 != 0;
+    const Point along = OnSheet(upwards ? Point{0, -1} : Point{1, 0}, {}, symbolAngle, mirror);
+    const Point up = OnSheet(upwards ? Point{-1, 0} : Point{0, -1}, {}, symbolAngle, mirror);
+    Orin::TextStyle style = StyleOf(look, along.x == 0 ? 90 : 0);
+    if (along.x < 0 || along.y > 0) style.horizontal = Opposite(style.horizontal);
+    if (up.y > 0 || up.x > 0) style.vertical = Opposite(style.vertical);
     return style;
 }
 

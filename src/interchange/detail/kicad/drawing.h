@@ -26,6 +26,10 @@ private:
 // alignment says already.
 Orin::TextStyle StyleOf(const TextLook& look, int angle);
 
+// The same for a text that turns and mirrors with its symbol. What it is aligned to stays on the side of its place on
+// which the symbol has it.
+Orin::TextStyle StyleOf(const TextLook& look, int angle, int symbolAngle, Mirror mirror);
+
 // Which way the y of the items points: symbols have it upwards.
 enum class Axis : std::uint8_t { Down, Up };
 

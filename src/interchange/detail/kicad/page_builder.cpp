@@ -80,7 +80,8 @@ private:
     void AddJunction(const Point& at);
     CompModel& AddComp(CompModel comp, DefinitionId definition);
     CompModel& AddMark(const std::string& cell, const std::string& variant, const Point& at, int angle);
-    void AddFields(CompModel& comp, const std::vector<Field>& fields, const FieldNames& names, int angle);
+    void AddFields(CompModel& comp, const std::vector<Field>& fields, const FieldNames& names, int angle = 0,
+                   Mirror mirror = Mirror::None);
     Index AddPin(CompModel& comp, std::string_view label);
     void Connect(const Point& at, const Index& pin);
     void ConnectLabel(DraftLabel label, LabelRank rank, bool bus);
@@ -171,7 +172,8 @@ void PageBuilder::ConnectLabel(DraftLabel label, LabelRank rank, bool bus) {
     m_draft.labels.push_back(std::move(label));
 }
 
-void PageBuilder::AddFields(CompModel& comp, const std::vector<Field>& fields, const FieldNames& names, int angle) {
+void PageBuilder::AddFields(CompModel& comp, const std::vector<Field>& fields, const FieldNames& names, int angle,
+                            Mirror mirror) {
     std::set<std::string_view> given;
     std::vector<Orin::DesignDb::DrawnAttributeInfo> drawn;
     for (std::size_t i = 0; i < fields.size(); ++i) {
@@ -184,7 +186,7 @@ void PageBuilder::AddFields(CompModel& comp, const std::vector<Field>& fields, c
         Orin::DesignDb::DrawnAttributeInfo& attribute = drawn.emplace_back();
         attribute.name = Stored(name);
         attribute.data.position = field.at;
-        attribute.data.style = StyleOf(field.look, field.angle + angle);
+        attribute.data.style = StyleOf(field.look, field.angle, angle, mirror);
         attribute.data.showName = field.showName;
     }
     comp.drawn.back().attributes = Orin::ListT<Orin::DesignDb::DrawnAttributeInfo>(drawn);
@@ -200,7 +202,7 @@ void PageBuilder::AddSymbol(const PlacedSymbol& symbol) {
     comp.spec.types = definition.power == PowerScope::None ? ECompType::Part : ECompType::Power;
     comp.drawn.push_back(DrawnOn(m_group.spec.index, Placed(symbol.at, symbol.angle, symbol.mirror)));
     // Texts turn with their symbol.
-    AddFields(comp, symbol.fields, SymbolFieldNames, symbol.angle);
+    AddFields(comp, symbol.fields, SymbolFieldNames, symbol.angle, symbol.mirror);
     AddSystem(comp, KicadAttributes::Uuid, symbol.uuid);
     for (const auto& [name, value] : symbol.flags)
         for (const UsualFlag& usual : UsualFlags)
@@ -244,7 +246,7 @@ void PageBuilder::AddSheet(const SheetSymbol& sheet, const Orin::DesignDb::Block
     comp.spec.name = block != nullptr ? block->name : Stored(sheet.file);
     if (block != nullptr) comp.spec.childBlock = block->index;
     comp.drawn.push_back(DrawnOn(group, Placed(sheet.at, 0, Mirror::None)));
-    AddFields(comp, sheet.fields, SheetFieldNames, 0);
+    AddFields(comp, sheet.fields, SheetFieldNames);
     AddSystem(comp, KicadAttributes::Uuid, sheet.uuid);
 
     Graphic box;
@@ -336,7 +338,7 @@ void PageBuilder::AddLabel(const Label& label) {
     if (label.type == LabelType::Directive) {
         CompModel& comp = AddMark("directive_label", shape, label.at, label.angle);
         comp.spec.label = Stored(label.text);
-        AddFields(comp, label.fields, {}, 0);
+        AddFields(comp, label.fields, {});
         AddSystem(comp, KicadAttributes::Uuid, label.uuid);
         return;
     }
@@ -346,7 +348,7 @@ void PageBuilder::AddLabel(const Label& label) {
         CompModel& comp = AddMark(mark.cell, shape, label.at, label.angle);
         comp.spec.label = Stored(written.text);
         comp.spec.types = ECompType::Connector;
-        AddFields(comp, label.fields, {}, 0);
+        AddFields(comp, label.fields, {});
         comp.drawn.back().label = Orin::LabelDataQuill{0, label.at, StyleOf(label.look, label.angle)};
         AddSystem(comp, KicadAttributes::Source, label.text);
         AddSystem(comp, KicadAttributes::Uuid, label.uuid);
