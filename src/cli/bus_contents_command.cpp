@@ -1,6 +1,4 @@
 // quill bus contents: the named buses of a design.
-#include <iostream>
-
 #include <fmt/format.h>
 
 #include "cli/bus_members.h"
@@ -75,11 +73,7 @@ ExitCode Run(const Options& options) {
         Say("Bus " + name + " stands for no nets: " + buses.back().Fault());
         code = NegativeAnswer;
     }
-    if (options.json) {
-        PrintJson(AsJson(buses));
-    } else {
-        std::cout << AsTable(buses);
-    }
+    Print(options.json, buses, AsJson, AsTable);
     return code;
 }
 

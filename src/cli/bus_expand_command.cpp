@@ -1,5 +1,4 @@
 // quill bus expand: the nets that a bus label stands for.
-#include <iostream>
 #include <optional>
 
 #include "cli/bus_members.h"
@@ -23,8 +22,7 @@ ExitCode Run(const Options& options) {
     if (options.json) {
         PrintJson({{"label", options.label}, {"members", members}});
     } else {
-        for (const std::string& member : members)
-            std::cout << Printable(member) << '\n';
+        PrintLines(members);
     }
     return Done;
 }

@@ -1,5 +1,4 @@
 // quill buses: the buses of a design with their members.
-#include <iostream>
 #include <optional>
 #include <set>
 
@@ -94,11 +93,7 @@ ExitCode Run(const Options& options) {
     for (const Orin::ContainerT<const Orin::IBlock>& block :
          options.block ? FindBlocks(*design.snapshot, *options.block) : AllBlocks(*design.snapshot))
         AddBusesOf(*block, rules, buses);
-    if (options.json) {
-        PrintJson(AsJson(buses));
-    } else {
-        std::cout << AsTable(buses);
-    }
+    Print(options.json, buses, AsJson, AsTable);
     return Done;
 }
 

@@ -30,11 +30,6 @@ void AddDesignArgument(CLI::App& command, std::string& design) {
         ->required();
 }
 
-void AddSheetArguments(CLI::App& command, std::string& block, std::string& sheet) {
-    command.add_option("BLOCK", block, "name of the block")->required();
-    command.add_option("SHEET", sheet, "name of the sheet")->required();
-}
-
 void AddConfigOption(CLI::App& command, std::string& config) {
     command.add_option("--config", config, "configuration; by default the one of the design's name, else the first");
 }

@@ -52,7 +52,6 @@ private:
 
 // The options that most commands have.
 void AddDesignArgument(CLI::App& command, std::string& design);
-void AddSheetArguments(CLI::App& command, std::string& block, std::string& sheet);
 void AddConfigOption(CLI::App& command, std::string& config);
 void AddJsonFlag(CLI::App& command, bool& json);
 
@@ -68,11 +67,15 @@ void AddConnectorsLonelyCommand(CommandLine& line);
 void AddConnectorsNextCommand(CommandLine& line);
 void AddEventsCommand(CommandLine& line);
 void AddExportCommand(CommandLine& line);
+void AddFlowsCommand(CommandLine& line);
+void AddFontCommand(CommandLine& line);
 void AddIdsCommand(CommandLine& line);
 void AddImportCommand(CommandLine& line);
 void AddInfoCommand(CommandLine& line);
 void AddLabelCheckCommand(CommandLine& line);
 void AddLabelInvertCommand(CommandLine& line);
+void AddLibrariesCommand(CommandLine& line);
+void AddMapCommand(CommandLine& line);
 void AddNetsCommand(CommandLine& line);
 void AddPagesCommand(CommandLine& line);
 void AddPagesExcludeCommand(CommandLine& line);
@@ -80,12 +83,21 @@ void AddPagesIncludeCommand(CommandLine& line);
 void AddPagesWhyCommand(CommandLine& line);
 void AddRenderCommand(CommandLine& line);
 void AddReportCommand(CommandLine& line);
+void AddReuseCommand(CommandLine& line);
+void AddSavepointAddCommand(CommandLine& line);
+void AddSavepointListCommand(CommandLine& line);
+void AddSavepointRemoveCommand(CommandLine& line);
+void AddSavepointRestoreCommand(CommandLine& line);
 void AddSheetsCommand(CommandLine& line);
 void AddSheetsDownCommand(CommandLine& line);
 void AddSheetsMoveCommand(CommandLine& line);
 void AddSheetsNewCommand(CommandLine& line);
 void AddSheetsRenumberCommand(CommandLine& line);
 void AddSheetsUpCommand(CommandLine& line);
+void AddStampCommand(CommandLine& line);
+void AddSymbolsCommand(CommandLine& line);
 void AddWalkCommand(CommandLine& line);
+void AddWatchCommand(CommandLine& line);
+void AddWdirsCommand(CommandLine& line);
 
 }  // namespace Quill::Cli

@@ -1,6 +1,5 @@
 // quill connectors: the sheet connectors of a design.
 #include <algorithm>
-#include <iostream>
 #include <optional>
 
 #include "cli/command.h"
@@ -37,11 +36,7 @@ ExitCode Run(const Options& options) {
         const auto isOther = [&](const ConnectorEntry& connector) { return connector.label != *options.label; };
         connectors.erase(std::remove_if(connectors.begin(), connectors.end(), isOther), connectors.end());
     }
-    if (options.json) {
-        PrintJson(ByLabel(connectors));
-    } else {
-        std::cout << AsTable(connectors);
-    }
+    Print(options.json, connectors, ByLabel, AsTable);
     if (!options.label || !connectors.empty()) return Done;
     Say("There is no sheet connector with the label " + *options.label);
     return NegativeAnswer;

@@ -1,6 +1,4 @@
 // quill connectors lonely: sheet connectors that lead nowhere.
-#include <iostream>
-
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/sheet_connectors.h"
@@ -24,7 +22,7 @@ ExitCode Run(const Options& options) {
     if (options.json) {
         PrintJson(AsJson(lonely));
     } else if (!lonely.empty()) {
-        std::cout << AsTable(lonely);
+        PrintText(AsTable(lonely));
     }
     return lonely.empty() ? Done : NegativeAnswer;
 }

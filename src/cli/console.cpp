@@ -65,10 +65,8 @@ void Say(std::string_view message) {
     std::cerr << "quill: " << Printable(message) << '\n';
 }
 
-namespace {
-
-void PrintIndented(const nlohmann::ordered_json& answer, int indentation) {
-    const std::string text = answer.dump(indentation, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+void PrintJson(const nlohmann::ordered_json& answer, int indent) {
+    const std::string text = answer.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
     // Outside of texts JSON has no characters above U+007F, and of control characters the line feed alone.
     std::string printable;
     for (std::string_view rest = text; !rest.empty();) {
@@ -84,14 +82,13 @@ void PrintIndented(const nlohmann::ordered_json& answer, int indentation) {
     std::cout << printable << '\n';
 }
 
-}  // namespace
-
-void PrintJson(const nlohmann::ordered_json& answer) {
-    PrintIndented(answer, 2);
+void PrintText(std::string_view text) {
+    std::cout << text;
 }
 
-void PrintJsonLine(const nlohmann::ordered_json& answer) {
-    PrintIndented(answer, -1);
+void PrintLines(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines)
+        std::cout << Printable(line) << '\n';
 }
 
 bool HasColours() {

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -17,11 +18,27 @@ std::string Printable(std::string_view text);
 void Say(std::string_view message);
 
 // An answer to standard output. Control characters as above are escaped, so that they are data for a reader of JSON and
-// nothing for a terminal; bytes that are not UTF-8, which JSON cannot hold, become U+FFFD.
-void PrintJson(const nlohmann::ordered_json& answer);
+// nothing for a terminal; bytes that are not UTF-8, which JSON cannot hold, become U+FFFD. On one line, or indented by
+// as many blanks.
+constexpr int OneLine = -1;
+void PrintJson(const nlohmann::ordered_json& answer, int indent = 2);
 
-// The same on a line of its own, as one of many.
-void PrintJsonLine(const nlohmann::ordered_json& answer);
+// An answer for people to standard output: printable, and with its line ends.
+void PrintText(std::string_view text);
+
+// Each text on a line of its own, made printable.
+void PrintLines(const std::vector<std::string>& lines);
+
+// An answer in the form that was asked for.
+template <class T>
+void Print(bool json, const T& answer, nlohmann::ordered_json (*asJson)(const std::type_identity_t<T>&),
+           std::string (*asText)(const std::type_identity_t<T>&)) {
+    if (json) {
+        PrintJson(asJson(answer));
+    } else {
+        PrintText(asText(answer));
+    }
+}
 
 // Whether standard output takes colours: it is a terminal that has them, and NO_COLOR is not set.
 bool HasColours();

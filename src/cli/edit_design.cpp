@@ -1,7 +1,5 @@
 #include "cli/edit_design.h"
 
-#include <iostream>
-
 #include "cli/console.h"
 #include "cli/design_lookup.h"
 
@@ -10,22 +8,35 @@ namespace Quill::Cli {
 void AddEditOptions(CLI::App& command, EditOptions& options) {
     command.add_option("DESIGN", options.design, "design file (.qdb or JSON)")->required();
     command.add_flag("--dry-run", options.dryRun, "say what would be done, and do nothing");
+    AddJsonFlag(command, options.json);
 }
 
-ExitCode EditDesign(const EditOptions& options,
-                    const std::function<std::vector<std::string>(const OpenDesign&)>& edit) {
+ExitCode EditDesign(const EditOptions& options, const EditAction& edit) {
     if (IsSchematicPath(options.design))
         throw CommandError(
             options.design +
             ": A schematic is not edited; \"quill import\" writes it down as a design file, which can be");
-    const OpenDesign design = ReadDesign(options.design, !options.dryRun);
+    return EditDesign(options, ReadDesign(options.design, !options.dryRun), edit);
+}
+
+ExitCode EditDesign(const EditOptions& options, const OpenDesign& design, const EditAction& edit) {
     Need(design.snapshot->BeginTransaction(Orin::ETransactionType::Edit));
-    const std::vector<std::string> sentences = edit(design);
+    const Changes changes = edit(design);
     Need(options.dryRun ? design.snapshot->RollbackTransaction() : design.snapshot->CommitTransaction());
-    if (!options.dryRun && !sentences.empty() && !design.isStored) WriteDesign(options.design, design);
-    if (sentences.empty()) std::cout << "There is nothing to do.\n";
-    for (const std::string& sentence : sentences)
-        std::cout << (options.dryRun ? "Dry run: " : "") << Printable(sentence) << '\n';
+    if (!options.dryRun && !changes.sentences.empty() && !design.isStored) WriteDesign(options.design, design);
+    return PrintChanges(options, changes);
+}
+
+ExitCode PrintChanges(const EditOptions& options, const Changes& changes) {
+    if (options.json) {
+        nlohmann::ordered_json answer{{"dryRun", options.dryRun}, {"changes", changes.sentences}};
+        answer.update(changes.fields);
+        PrintJson(answer);
+        return Done;
+    }
+    if (changes.sentences.empty()) PrintText("There is nothing to do.\n");
+    for (const std::string& sentence : changes.sentences)
+        PrintLines({(options.dryRun ? "Dry run: " : "") + sentence});
     return Done;
 }
 

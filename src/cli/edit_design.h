@@ -3,9 +3,11 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/open_design.h"
@@ -15,15 +17,32 @@ namespace Quill::Cli {
 struct EditOptions {
     std::string design;
     bool dryRun = false;
+    bool json = false;
 };
 
-// Adds DESIGN and --dry-run.
+// Adds DESIGN, --dry-run and --json.
 void AddEditOptions(CLI::App& command, EditOptions& options);
 
-// Opens the design file, lets `edit` work on it in one transaction, and puts the changed design in the file's place.
-// `edit` gives a sentence for each thing that it did; they are the command's answer. With --dry-run, and when there are
-// no sentences, the file is not touched. Throws a CommandError, with the file as it was, when anything fails, and for a
-// schematic, which is not to be edited.
-ExitCode EditDesign(const EditOptions& options, const std::function<std::vector<std::string>(const OpenDesign&)>& edit);
+// What an edit did: a sentence for each thing, and what a program wants to know besides, as members of a JSON object.
+struct Changes {
+    Changes(std::vector<std::string> said, nlohmann::ordered_json known = nlohmann::ordered_json::object())
+        : sentences(std::move(said)), fields(std::move(known)) {}
+
+    std::vector<std::string> sentences;
+    nlohmann::ordered_json fields;
+};
+
+using EditAction = std::function<Changes(const OpenDesign&)>;
+
+// Opens the design file, lets `edit` work on it in one transaction, puts the changed design in the file's place, and
+// prints the answer. With --dry-run, and when there are no sentences, the file is not touched. Throws a CommandError,
+// with the file as it was, when anything fails, and for a schematic, which is not to be edited.
+ExitCode EditDesign(const EditOptions& options, const EditAction& edit);
+
+// The same for a design that is open already: for reading with --dry-run, else to edit.
+ExitCode EditDesign(const EditOptions& options, const OpenDesign& design, const EditAction& edit);
+
+// Prints the answer of an edit: its sentences, or in JSON an object.
+ExitCode PrintChanges(const EditOptions& options, const Changes& changes);
 
 }  // namespace Quill::Cli

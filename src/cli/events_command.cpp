@@ -50,7 +50,7 @@ std::string Details(const nlohmann::ordered_json& arguments) {
 void Print(const std::vector<HeardEvent>& events, const Options& options) {
     if (options.json) {
         for (const HeardEvent& event : events)
-            PrintJsonLine(AsJson(event, !options.noTimes));
+            PrintJson(AsJson(event, !options.noTimes), OneLine);
         return;
     }
     std::vector<Table::Column> columns{{"Line", Table::Align::Right}};

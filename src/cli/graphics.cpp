@@ -41,6 +41,13 @@ private:
 
 }  // namespace
 
+void AddSheetOptions(CLI::App& command, SheetOptions& options) {
+    AddDesignArgument(command, options.design);
+    command.add_option("BLOCK", options.block, "name of the block")->required();
+    command.add_option("SHEET", options.sheet, "name of the sheet")->required();
+    AddJsonFlag(command, options.json);
+}
+
 std::vector<Graphic> GraphicsOf(const Orin::ContainerT<const Orin::IBlock>& block,
                                 const Orin::ContainerT<const Orin::IGroup>& sheet) {
     Collector collector;

@@ -6,9 +6,21 @@
 #include <string>
 #include <vector>
 
+#include "cli/command.h"
 #include "orin/orin.h"
 
 namespace Quill::Cli {
+
+// What the commands that look at one sheet are asked.
+struct SheetOptions {
+    std::string design;
+    std::string block;
+    std::string sheet;
+    bool json = false;
+};
+
+// Adds DESIGN, BLOCK, SHEET and --json.
+void AddSheetOptions(CLI::App& command, SheetOptions& options);
 
 struct Graphic {
     const char* kind;

@@ -1,6 +1,5 @@
 // quill ids: the ids in use on a sheet.
 #include <algorithm>
-#include <iostream>
 #include <optional>
 
 #include <fmt/format.h>
@@ -17,13 +16,6 @@ namespace Quill::Cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-struct Options {
-    std::string design;
-    std::string block;
-    std::string sheet;
-    bool json = false;
-};
 
 // The ids of one kind.
 struct Ids {
@@ -92,15 +84,11 @@ std::string AsTable(const std::vector<Ids>& all) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode Run(const SheetOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     const Orin::ContainerT<const Orin::IBlock> block = FindBlock(*design.snapshot, options.block);
     const std::vector<Ids> all = IdsOf(block, FindSheet(*block, options.sheet));
-    if (options.json) {
-        PrintJson(AsJson(all));
-    } else {
-        std::cout << AsTable(all);
-    }
+    Print(options.json, all, AsJson, AsTable);
     ExitCode code = Done;
     for (const Ids& ids : all)
         for (const Orin::ItemId id : ids.Doubled()) {
@@ -113,7 +101,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddIdsCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SheetOptions>();
     CLI::App& command =
         line.Add("ids", "Say which ids are in use on a sheet, and which come next",
                  "Object and attribute ids are unique on a sheet; those that stand on several items are named on\n"
@@ -122,9 +110,7 @@ void AddIdsCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill ids examples/vibration-recorder.json controller 1",
                  [options] { return Run(*options); });
-    AddDesignArgument(command, options->design);
-    AddSheetArguments(command, options->block, options->sheet);
-    AddJsonFlag(command, options->json);
+    AddSheetOptions(command, *options);
 }
 
 }  // namespace Quill::Cli

@@ -17,6 +17,7 @@ void AddFamily(CommandLine& line) {
     line.AddFamily(Name, Summary);
 }
 
+constexpr char Savepoint[] = "savepoint", SavepointSummary[] = "Keep designs as they are, and restore them";
 constexpr char Bus[] = "bus", BusSummary[] = "Expand and build bus labels";
 constexpr char Label[] = "label", LabelSummary[] = "Check and invert labels";
 
@@ -26,6 +27,12 @@ constexpr void (*Commands[])(CommandLine&) = {
     AddImportCommand,
     AddExportCommand,
     AddInfoCommand,
+    AddStampCommand,
+    AddFamily<Savepoint, SavepointSummary>,
+    AddSavepointListCommand,
+    AddSavepointAddCommand,
+    AddSavepointRestoreCommand,
+    AddSavepointRemoveCommand,
     AddPagesCommand,
     AddPagesWhyCommand,
     AddPagesExcludeCommand,
@@ -38,6 +45,9 @@ constexpr void (*Commands[])(CommandLine&) = {
     AddSheetsNewCommand,
     AddWalkCommand,
     AddIdsCommand,
+    AddRenderCommand,
+    AddReportCommand,
+    AddReuseCommand,
     AddConnectorsCommand,
     AddConnectorsNextCommand,
     AddConnectorsAllCommand,
@@ -52,8 +62,13 @@ constexpr void (*Commands[])(CommandLine&) = {
     AddLabelCheckCommand,
     AddLabelInvertCommand,
     AddEventsCommand,
-    AddRenderCommand,
-    AddReportCommand,
+    AddFontCommand,
+    AddFlowsCommand,
+    AddMapCommand,
+    AddLibrariesCommand,
+    AddSymbolsCommand,
+    AddWdirsCommand,
+    AddWatchCommand,
 };
 // clang-format on
 
@@ -84,6 +99,7 @@ void AddGenerateOption(CLI::App& app) {
 int Run(int argc, char** argv) {
     CLI::App app("Works on schematic designs.", "quill");
     app.require_subcommand(1);
+    app.set_version_flag("--version", "quill " QUILL_VERSION, "print the version of the program and exit");
     app.footer("Exit codes: 0 done, 1 a negative answer, 2 an error.\n\n\"quill COMMAND --help\" has examples.");
     CommandLine line(app);
     for (const auto add : Commands)

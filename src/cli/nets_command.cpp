@@ -1,5 +1,4 @@
 // quill nets: the net names in use.
-#include <iostream>
 #include <map>
 #include <optional>
 
@@ -77,11 +76,7 @@ ExitCode Run(const Options& options) {
         for (const std::string& name : collector.GetExistingNames(IndexOf(*block)))
             names.push_back({NameOf(*block), name, counts[name]});
     }
-    if (options.json) {
-        PrintJson(AsJson(names));
-    } else {
-        std::cout << AsTable(names);
-    }
+    Print(options.json, names, AsJson, AsTable);
     return Done;
 }
 

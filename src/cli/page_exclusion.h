@@ -14,7 +14,7 @@ struct ExclusionOptions {
     std::vector<std::string> pages;
 };
 
-// Adds DESIGN, PAGE..., --config and --dry-run.
+// Adds DESIGN, PAGE..., --config, --dry-run and --json.
 void AddExclusionOptions(CLI::App& command, ExclusionOptions& options);
 
 // The mark stands on the sheet, so it holds for all its occurrences; the answer says how many there are.

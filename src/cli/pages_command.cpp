@@ -1,6 +1,4 @@
 // quill pages: all pages of a design, numbered.
-#include <iostream>
-
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
@@ -43,11 +41,7 @@ ExitCode Run(const Options& options) {
     const OpenDesign design = ReadDesign(options.design);
     const PageOptions& order = options.pages;
     const PageList list = ListPages(design, order.config, order.Algorithm(), order.ChildAlgorithm());
-    if (options.json) {
-        PrintJson(AsJson(list.pages));
-    } else {
-        std::cout << AsTable(list.pages);
-    }
+    Print(options.json, list.pages, AsJson, AsTable);
     for (const PageEntry& page : list.dropped)
         Say("The child order \"" + order.children + "\" drops " + page.Description());
     return Done;

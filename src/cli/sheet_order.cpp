@@ -9,6 +9,11 @@ void AddSheetEditOptions(CLI::App& command, SheetEditOptions& options) {
     command.add_option("BLOCK", options.block, "name of the block")->required();
 }
 
+void AddSheetStepOptions(CLI::App& command, SheetStepOptions& options) {
+    AddSheetEditOptions(command, options.edit);
+    command.add_option("SHEET", options.sheet, "name of the sheet")->required();
+}
+
 SheetRange SheetsOf(const OpenDesign& design, const std::string& block) {
     SheetRange range;
     range.Init(FindBlock(*design.snapshot, block));
@@ -52,6 +57,10 @@ ExitCode EditOrder(const SheetEditOptions& options, const std::function<void(She
         const std::string after = OrderSentence(range, options.block);
         return after != before ? std::vector<std::string>{after} : std::vector<std::string>();
     });
+}
+
+ExitCode StepSheet(const SheetStepOptions& options, bool (SheetRange::*step)(SheetRange::Sheet)) {
+    return EditOrder(options.edit, [&](SheetRange& range) { (range.*step)(SheetIn(range, options.sheet)); });
 }
 
 }  // namespace Quill::Cli

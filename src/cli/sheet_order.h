@@ -14,7 +14,7 @@ struct SheetEditOptions {
     std::string block;
 };
 
-// Adds DESIGN, BLOCK and --dry-run.
+// Adds DESIGN, BLOCK, --dry-run and --json.
 void AddSheetEditOptions(CLI::App& command, SheetEditOptions& options);
 
 // The sheets of a block in their order. Throws a CommandError when there is no such block, or several.
@@ -27,7 +27,18 @@ std::vector<SheetRange::Sheet> SheetsIn(const SheetRange& range, const std::vect
 // "The sheets of BLOCK are in this order: 1, 3, 2".
 std::string OrderSentence(const SheetRange& range, const std::string& block);
 
+struct SheetStepOptions {
+    SheetEditOptions edit;
+    std::string sheet;
+};
+
+// Adds DESIGN, BLOCK, SHEET, --dry-run and --json.
+void AddSheetStepOptions(CLI::App& command, SheetStepOptions& options);
+
 // Lets `change` work on the sheets of the block; what it does to their order is the answer.
 ExitCode EditOrder(const SheetEditOptions& options, const std::function<void(SheetRange&)>& change);
+
+// Moves the sheet by one place, up or down as `step` says.
+ExitCode StepSheet(const SheetStepOptions& options, bool (SheetRange::*step)(SheetRange::Sheet));
 
 }  // namespace Quill::Cli

@@ -1,5 +1,4 @@
 // quill sheets: the sheets of a block in the user's order.
-#include <iostream>
 #include <optional>
 
 #include <fmt/format.h>
@@ -67,11 +66,7 @@ ExitCode Run(const Options& options) {
     std::vector<SheetEntry> sheets;
     for (SheetRange::Iterator it = range.Begin(), end = range.End(); it != end; ++it)
         sheets.push_back(Read(**it));
-    if (options.json) {
-        PrintJson(AsJson(sheets));
-    } else {
-        std::cout << AsTable(sheets);
-    }
+    Print(options.json, sheets, AsJson, AsTable);
     return Done;
 }
 

@@ -16,7 +16,7 @@ struct Options {
     std::optional<std::string> base;
 };
 
-std::vector<std::string> AddSheet(const OpenDesign& design, const Options& options) {
+Changes AddSheet(const OpenDesign& design, const Options& options) {
     SheetRange range = SheetsOf(design, options.edit.block);
     std::string name;
     if (options.base) {
@@ -35,7 +35,7 @@ std::vector<std::string> AddSheet(const OpenDesign& design, const Options& optio
     Need(block->GetGroup(sheet, index));
     Need(Orin::LockerT<Orin::IGroup>::ShallowLock(sheet, writable));
     if (!WriteSheetId(writable, id)) throw CommandError("The sheet cannot be given its id");
-    return {"Block " + options.edit.block + " has a new sheet " + name};
+    return {{"Block " + options.edit.block + " has a new sheet " + name}, {{"sheet", name}, {"id", id}}};
 }
 
 ExitCode Run(const Options& options) {

@@ -4,27 +4,13 @@
 
 namespace Quill::Cli {
 
-namespace {
-
-struct Options {
-    SheetEditOptions edit;
-    std::string sheet;
-};
-
-ExitCode Run(const Options& options) {
-    return EditOrder(options.edit, [&options](SheetRange& range) { range.MoveUp(SheetIn(range, options.sheet)); });
-}
-
-}  // namespace
-
 void AddSheetsUpCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SheetStepOptions>();
     CLI::App& command = line.Add("sheets up", "Move a sheet one place towards the first",
                                  "Examples:\n"
                                  "  quill sheets up board.json controller TEST",
-                                 [options] { return Run(*options); });
-    AddSheetEditOptions(command, options->edit);
-    command.add_option("SHEET", options->sheet, "name of the sheet")->required();
+                                 [options] { return StepSheet(*options, &SheetRange::MoveUp); });
+    AddSheetStepOptions(command, *options);
 }
 
 }  // namespace Quill::Cli

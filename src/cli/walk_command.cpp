@@ -1,6 +1,4 @@
 // quill walk: everything that is drawn on a sheet.
-#include <iostream>
-
 #include <fmt/format.h>
 
 #include "cli/command.h"
@@ -14,13 +12,6 @@ namespace Quill::Cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-struct Options {
-    std::string design;
-    std::string block;
-    std::string sheet;
-    bool json = false;
-};
 
 Json IdAsJson(Orin::ItemId id) {
     return IsId(id) ? Json(id) : Json();
@@ -82,31 +73,25 @@ std::string AsTable(const std::vector<Graphic>& graphics) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode Run(const SheetOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     const Orin::ContainerT<const Orin::IBlock> block = FindBlock(*design.snapshot, options.block);
     const std::vector<Graphic> graphics = GraphicsOf(block, FindSheet(*block, options.sheet));
-    if (options.json) {
-        PrintJson(AsJson(graphics));
-    } else {
-        std::cout << AsTable(graphics);
-    }
+    Print(options.json, graphics, AsJson, AsTable);
     return Done;
 }
 
 }  // namespace
 
 void AddWalkCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SheetOptions>();
     CLI::App& command = line.Add("walk", "List everything that is drawn on a sheet, with its ids",
                                  "Nets and buses come with the ids of their joints and segments.\n"
                                  "\n"
                                  "Examples:\n"
                                  "  quill walk examples/lamp/lamp.kicad_sch channel 1",
                                  [options] { return Run(*options); });
-    AddDesignArgument(command, options->design);
-    AddSheetArguments(command, options->block, options->sheet);
-    AddJsonFlag(command, options->json);
+    AddSheetOptions(command, *options);
 }
 
 }  // namespace Quill::Cli

@@ -9,7 +9,6 @@
 #include <iterator>
 #include <sstream>
 #include <string>
-#include <string_view>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -36,19 +35,22 @@ protected:
     ~ProgramTest() override { std::filesystem::remove_all(m_folder); }
 
     void Write(const std::string& name, const std::string& text) const {
+        std::filesystem::create_directories((m_folder / name).parent_path());
         std::ofstream(m_folder / name, std::ios::binary) << text;
     }
 
     // `arguments` as a shell takes them.
-    Outcome Run(const std::string& arguments) const {
-        const std::string command = "cd '" + m_folder.string() + "' && '" QUILL_PROGRAM "' " + arguments;
-        const int status =
-            std::system(("( " + command + " ) > '" + Path("out") + "' 2> '" + Path("error") + "'").c_str());
+    Outcome Run(const std::string& arguments) const { return Shell("'" QUILL_PROGRAM "' " + arguments); }
+
+    Outcome Shell(const std::string& commands) const {
+        const int status = std::system(("( cd '" + m_folder.string() + "' || exit; " + commands + " ) > '" +
+                                        Path("out") + "' 2> '" + Path("error") + "'")
+                                           .c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Read("out"), Read("error")};
     }
 
     struct Case {
-        const char* arguments;
+        std::string arguments;
         int code;
         std::string out;  // of "--json": on one line
         std::string error = "";
@@ -56,8 +58,7 @@ protected:
     void Check(std::initializer_list<Case> cases) const {
         for (const Case& c : cases) {
             Outcome outcome = Run(c.arguments);
-            if (std::string_view(c.arguments).find("--json") != std::string_view::npos)
-                outcome.out = OneLine(outcome.out);
+            if (c.arguments.find("--json") != std::string::npos) outcome.out = OneLine(outcome.out);
             EXPECT_EQ(outcome, (Outcome{c.code, c.out, c.error})) << c.arguments;
         }
     }

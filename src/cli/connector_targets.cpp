@@ -1,0 +1,36 @@
+#include "cli/connector_targets.h"
+
+#include "cli/console.h"
+#include "cli/sheet_connectors.h"
+
+namespace Quill::Cli {
+
+void AddTargetsOptions(CLI::App& command, TargetsOptions& options) {
+    AddDesignArgument(command, options.design);
+    command.add_option("KEY", options.key, "key of the connector")->required();
+    AddConfigOption(command, options.config);
+    AddJsonFlag(command, options.json);
+}
+
+ExitCode ShowTargets(const TargetsOptions& options, bool nextOnly) {
+    const OpenDesign design = ReadDesign(options.design);
+    SheetConnectors connectors(design, options.config);
+    const ConnectorEntry& from = connectors.Find(options.key);
+    std::vector<ConnectorEntry> answer;
+    if (!nextOnly) {
+        answer = connectors.Targets(from);
+    } else if (const ConnectorEntry* const next = connectors.Next(from)) {
+        answer.push_back(*next);
+    }
+    if (options.json) {
+        const nlohmann::ordered_json list = AsJson(answer);
+        PrintJson(!nextOnly ? list : answer.empty() ? nlohmann::ordered_json() : list.front());
+    } else if (!answer.empty()) {
+        PrintText(AsTable(answer));
+    }
+    if (!answer.empty()) return Done;
+    Say("The connector stands alone");
+    return NegativeAnswer;
+}
+
+}  // namespace Quill::Cli

@@ -1,0 +1,57 @@
+// quill map: what a name-map file says.
+#include "cli/command.h"
+#include "cli/console.h"
+#include "cli/whole_file.h"
+#include "config/map_cfg_file.h"
+
+namespace Quill::Cli {
+
+namespace {
+
+using Pairs = std::map<std::string, std::string>;
+
+struct Options {
+    std::string file;
+    bool json = false;
+};
+
+nlohmann::ordered_json AsJson(const Pairs& pairs) {
+    auto answer = nlohmann::ordered_json::object();
+    for (const auto& [key, value] : pairs)
+        answer[key] = value;
+    return answer;
+}
+
+std::string AsTable(const Pairs& pairs) {
+    Table table({{"Key"}, {"Value"}});
+    for (const auto& [key, value] : pairs)
+        table.AddRow({key, value});
+    return table.Render(HasColours());
+}
+
+ExitCode Run(const Options& options) {
+    ReadWholeFile(options.file);  // says why where the library would take nothing and say nothing
+    MapCfgFile map;
+    map.load(options.file);
+    map.getMap().erase("");  // stands for what follows the last pair and means nothing
+    Print(options.json, map.getMap(), AsJson, AsTable);
+    return Done;
+}
+
+}  // namespace
+
+void AddMapCommand(CommandLine& line) {
+    const auto options = std::make_shared<Options>();
+    CLI::App& command =
+        line.Add("map", "Show what a name-map file says",
+                 "The file is read as pairs of texts in double quotes; of several pairs with one key the\n"
+                 "last holds. Everything outside the quotes is passed over.\n"
+                 "\n"
+                 "Examples:\n"
+                 "  quill map \"$TOVE_HOME/standard/map.cfg\"",
+                 [options] { return Run(*options); });
+    command.add_option("FILE", options->file, "name-map file")->required();
+    AddJsonFlag(command, options->json);
+}
+
+}  // namespace Quill::Cli
