@@ -49,7 +49,7 @@ ExitCode Run(const Options& options) {
 
 void AddBusBuildCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    const Syntax command = line.Add(
         "bus build", "Build a bus label out of nets",
         "Neighbours whose numbers are 1 apart become a range; nets without brackets come last. With --old, the\n"
         "old label stays when it names exactly these nets. Exit code 1 when no label can be built.\n"
@@ -59,9 +59,9 @@ void AddBusBuildCommand(CommandLine& line) {
         "  quill bus build 'D(0)' 'D(1)' --limiter '()'\n"
         "  quill bus build --old '{CLK}2' CLK CLK CLK",
         [options] { return Run(*options); });
-    command.add_option("NET", options->nets, "nets in their order")->required();
-    command.add_option("--old", options->old, "the label that the bus had");
-    command.add_flag("--bracket-singles", options->bracketSingles, "write a single net as D[3], not as D3");
+    command.Option("NET", options->nets, "nets in their order").Required();
+    command.Option("--old", options->old, "the label that the bus had");
+    command.Flag("--bracket-singles", options->bracketSingles, "write a single net as D[3], not as D3");
     AddRuleOptions(command, options->design, options->limiter);
     AddJsonFlag(command, options->json);
 }

@@ -1,5 +1,6 @@
 // quill bus contents: the named buses of a design.
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "cli/bus_members.h"
 #include "cli/command.h"
@@ -81,12 +82,12 @@ ExitCode Run(const Options& options) {
 
 void AddBusContentsCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add("bus contents", "List the named buses of a design with what they contain",
-                                 "Exit code 1 when buses list each other in a circle.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill bus contents examples/vibration-recorder.json",
-                                 [options] { return Run(*options); });
+    const Syntax command = line.Add("bus contents", "List the named buses of a design with what they contain",
+                                    "Exit code 1 when buses list each other in a circle.\n"
+                                    "\n"
+                                    "Examples:\n"
+                                    "  quill bus contents examples/vibration-recorder.json",
+                                    [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
     AddJsonFlag(command, options->json);
 }

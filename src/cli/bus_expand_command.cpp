@@ -31,7 +31,7 @@ ExitCode Run(const Options& options) {
 
 void AddBusExpandCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    const Syntax command = line.Add(
         "bus expand", "List the nets that a bus label stands for",
         "The label is a list of nets, ranges such as D[7:0], and bundles such as {CLK,D[1:0]}2. With a design,\n"
         "it may be the name of a bus whose contents the design holds, and the design says which brackets\n"
@@ -42,7 +42,7 @@ void AddBusExpandCommand(CommandLine& line) {
         "  quill bus expand 'D(3:0)' --limiter '()'\n"
         "  quill bus expand SPI --design examples/vibration-recorder.json --json",
         [options] { return Run(*options); });
-    command.add_option("LABEL", options->label, "bus label")->required();
+    command.Option("LABEL", options->label, "bus label").Required();
     AddRuleOptions(command, options->design, options->limiter);
     AddJsonFlag(command, options->json);
 }

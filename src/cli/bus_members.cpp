@@ -53,10 +53,9 @@ LabelRules RulesOf(const std::optional<std::string>& design, const std::optional
     return rules;
 }
 
-void AddRuleOptions(CLI::App& command, std::optional<std::string>& design, std::optional<std::string>& limiter) {
-    command.add_option("--design", design, "design with brackets and contents of buses");
-    command.add_option("--limiter", limiter, "brackets of indexes: '[]', '()' or '' for none")
-        ->check(CLI::IsMember({"", "[]", "()"}));
+void AddRuleOptions(const Syntax& command, std::optional<std::string>& design, std::optional<std::string>& limiter) {
+    command.Option("--design", design, "design with brackets and contents of buses");
+    command.Option("--limiter", limiter, "brackets of indexes: '[]', '()' or '' for none").OneOf({"", "[]", "()"});
 }
 
 std::vector<std::string> MembersOf(const std::string& label, const LabelRules& rules) {

@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/syntax.h"
 #include "labels/net_limiter.h"
 
 namespace Quill::Cli {
@@ -26,7 +25,7 @@ LabelRules RulesOfProject();
 LabelRules RulesOf(const std::optional<std::string>& design, const std::optional<std::string>& limiter);
 
 // The options --design and --limiter.
-void AddRuleOptions(CLI::App& command, std::optional<std::string>& design, std::optional<std::string>& limiter);
+void AddRuleOptions(const Syntax& command, std::optional<std::string>& design, std::optional<std::string>& limiter);
 
 // The members of the label in their order. A label that is the name of a bus stands for its contents; one that begins
 // with "$" is a single net. Throws a CommandError for buses that list each other in a circle, and for a label that

@@ -3,6 +3,7 @@
 #include <set>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "cli/bus_members.h"
 #include "cli/command.h"
@@ -101,7 +102,7 @@ ExitCode Run(const Options& options) {
 
 void AddBusesCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    const Syntax command = line.Add(
         "buses", "List the labels of all buses with the nets that they stand for",
         "Each label of a block stands once, with the first sheet that bears it. JSON has all nets, and beside the\n"
         "label its text as an imported file has it.\n"
@@ -111,7 +112,7 @@ void AddBusesCommand(CommandLine& line) {
         "  quill buses examples/vibration-recorder.json --block controller --json",
         [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
-    command.add_option("--block", options->block, "only those of the blocks of this name");
+    command.Option("--block", options->block, "only those of the blocks of this name");
     AddJsonFlag(command, options->json);
 }
 

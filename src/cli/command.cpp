@@ -2,13 +2,15 @@
 
 #include <utility>
 
+#include <CLI/CLI.hpp>
+
 namespace Quill::Cli {
 
 void CommandLine::AddFamily(const char* name, const char* summary) {
     m_app.add_subcommand(name, summary)->require_subcommand(1);
 }
 
-CLI::App& CommandLine::Add(const std::string& name, const char* summary, const char* details, Action action) {
+Syntax CommandLine::Add(const std::string& name, const char* summary, const char* details, Action action) {
     const std::size_t blank = name.find(' ');
     CLI::App& parent = blank == std::string::npos ? m_app : *m_app.get_subcommand(name.substr(0, blank));
     CLI::App& command = *parent.add_subcommand(name.substr(blank + 1), summary);
@@ -22,20 +24,19 @@ CLI::App& CommandLine::Add(const std::string& name, const char* summary, const c
             if (option->count() == 0) throw CLI::RequiredError(option->get_name());
         m_chosen = action;
     });
-    return command;
+    return Syntax(command);
 }
 
-void AddDesignArgument(CLI::App& command, std::string& design) {
-    command.add_option("DESIGN", design, "design file (.qdb), JSON, or the root schematic of a KiCad design")
-        ->required();
+void AddDesignArgument(const Syntax& command, std::string& design) {
+    command.Option("DESIGN", design, "design file (.qdb), JSON, or the root schematic of a KiCad design").Required();
 }
 
-void AddConfigOption(CLI::App& command, std::string& config) {
-    command.add_option("--config", config, "configuration; by default the one of the design's name, else the first");
+void AddConfigOption(const Syntax& command, std::string& config) {
+    command.Option("--config", config, "configuration; by default the one of the design's name, else the first");
 }
 
-void AddJsonFlag(CLI::App& command, bool& json) {
-    command.add_flag("--json", json, "answer in JSON");
+void AddJsonFlag(const Syntax& command, bool& json) {
+    command.Flag("--json", json, "answer in JSON");
 }
 
 }  // namespace Quill::Cli

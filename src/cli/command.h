@@ -3,11 +3,12 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include "cli/syntax.h"
 
 namespace Quill::Cli {
 
@@ -39,7 +40,7 @@ public:
     // Adds the command called `name`: a word, or the name of a family, or of a command that is complete with its
     // options, and a word. `details` stand below the options in the command's help and hold examples. `action` is
     // called when the command line chose this command.
-    CLI::App& Add(const std::string& name, const char* summary, const char* details, Action action);
+    Syntax Add(const std::string& name, const char* summary, const char* details, Action action);
 
     // The action of the command that was chosen; empty until the command line is parsed.
     const Action& Chosen() const noexcept { return m_chosen; }
@@ -51,9 +52,9 @@ private:
 };
 
 // The options that most commands have.
-void AddDesignArgument(CLI::App& command, std::string& design);
-void AddConfigOption(CLI::App& command, std::string& config);
-void AddJsonFlag(CLI::App& command, bool& json);
+void AddDesignArgument(const Syntax& command, std::string& design);
+void AddConfigOption(const Syntax& command, std::string& config);
+void AddJsonFlag(const Syntax& command, bool& json);
 
 // ---- The commands, by their files ----
 

@@ -1,13 +1,15 @@
 #include "cli/connector_targets.h"
 
+#include <nlohmann/json.hpp>
+
 #include "cli/console.h"
 #include "cli/sheet_connectors.h"
 
 namespace Quill::Cli {
 
-void AddTargetsOptions(CLI::App& command, TargetsOptions& options) {
+void AddTargetsOptions(const Syntax& command, TargetsOptions& options) {
     AddDesignArgument(command, options.design);
-    command.add_option("KEY", options.key, "key of the connector")->required();
+    command.Option("KEY", options.key, "key of the connector").Required();
     AddConfigOption(command, options.config);
     AddJsonFlag(command, options.json);
 }

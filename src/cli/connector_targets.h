@@ -15,7 +15,7 @@ struct TargetsOptions {
 };
 
 // Adds DESIGN, KEY, --config and --json.
-void AddTargetsOptions(CLI::App& command, TargetsOptions& options);
+void AddTargetsOptions(const Syntax& command, TargetsOptions& options);
 
 // Shows all that the connector is joined with, or the next one only, which is an object in JSON and no array.
 // NegativeAnswer when it stands alone.

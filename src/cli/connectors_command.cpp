@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <optional>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/sheet_connectors.h"
@@ -46,7 +48,7 @@ ExitCode Run(const Options& options) {
 
 void AddConnectorsCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    const Syntax command = line.Add(
         "connectors", "List the sheet connectors of a design by their labels",
         "Connectors with one label are joined. Those of a label stand in page order; the page is its number in\n"
         "\"quill pages\", and the key tells a connector at one place from the same one at another. Pages that are\n"
@@ -57,7 +59,7 @@ void AddConnectorsCommand(CommandLine& line) {
         "  quill connectors examples/vibration-recorder.json --label DRDY",
         [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
-    command.add_option("--label", options->label, "only those with this label; exit code 1 when there are none");
+    command.Option("--label", options->label, "only those with this label; exit code 1 when there are none");
     AddConfigOption(command, options->config);
     AddJsonFlag(command, options->json);
 }

@@ -31,12 +31,12 @@ ExitCode Run(const Options& options) {
 
 void AddConnectorsLonelyCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add("connectors lonely", "List the sheet connectors without another end",
-                                 "Exit code 1 when there are any.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill connectors lonely examples/vibration-recorder.json",
-                                 [options] { return Run(*options); });
+    const Syntax command = line.Add("connectors lonely", "List the sheet connectors without another end",
+                                    "Exit code 1 when there are any.\n"
+                                    "\n"
+                                    "Examples:\n"
+                                    "  quill connectors lonely examples/vibration-recorder.json",
+                                    [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
     AddConfigOption(command, options->config);
     AddJsonFlag(command, options->json);

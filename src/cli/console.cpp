@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 #include "text/utf8.h"

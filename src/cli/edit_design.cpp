@@ -1,13 +1,15 @@
 #include "cli/edit_design.h"
 
+#include <nlohmann/json.hpp>
+
 #include "cli/console.h"
 #include "cli/design_lookup.h"
 
 namespace Quill::Cli {
 
-void AddEditOptions(CLI::App& command, EditOptions& options) {
-    command.add_option("DESIGN", options.design, "design file (.qdb or JSON)")->required();
-    command.add_flag("--dry-run", options.dryRun, "say what would be done, and do nothing");
+void AddEditOptions(const Syntax& command, EditOptions& options) {
+    command.Option("DESIGN", options.design, "design file (.qdb or JSON)").Required();
+    command.Flag("--dry-run", options.dryRun, "say what would be done, and do nothing");
     AddJsonFlag(command, options.json);
 }
 

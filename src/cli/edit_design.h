@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include "cli/command.h"
@@ -21,7 +20,7 @@ struct EditOptions {
 };
 
 // Adds DESIGN, --dry-run and --json.
-void AddEditOptions(CLI::App& command, EditOptions& options);
+void AddEditOptions(const Syntax& command, EditOptions& options);
 
 // What an edit did: a sentence for each thing, and what a program wants to know besides, as members of a JSON object.
 struct Changes {

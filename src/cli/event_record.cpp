@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/event_fields.h"

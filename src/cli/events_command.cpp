@@ -4,6 +4,7 @@
 #include <thread>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
@@ -137,7 +138,7 @@ ExitCode Run(const Options& options) {
 
 void AddEventsCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    const Syntax command = line.Add(
         "events", "Show which events an application would hear of edits",
         "A second thread carries out the edit script EDITS (docs/edit-script.md) on the design in memory; the\n"
         "main thread dispatches the events and shows each with the line that raised it and the time that it\n"
@@ -149,14 +150,16 @@ void AddEventsCommand(CommandLine& line) {
         "  quill events board.qdb rename.edits --all --json --record rename.events\n"
         "  quill events --replay rename.events",
         [options] { return Run(*options); });
-    CLI::Option* const design = command.add_option("DESIGN", options->design,
-                                                   "design file (.qdb), JSON, or the root schematic of a KiCad design");
-    CLI::Option* const edits = command.add_option("EDITS", options->edits, "edit script");
-    command.add_flag("--all", options->all, "also the callbacks of the database and of the connection");
-    command.add_flag("--no-times", options->noTimes, "without the times, which differ from run to run");
-    CLI::Option* const record = command.add_option("--record", options->record, "file to keep the events in");
-    command.add_option("--replay", options->replay, "record whose events the observers are to hear again")
-        ->excludes(design, edits, record);
+    const Parameter design =
+        command.Option("DESIGN", options->design, "design file (.qdb), JSON, or the root schematic of a KiCad design");
+    const Parameter edits = command.Option("EDITS", options->edits, "edit script");
+    command.Flag("--all", options->all, "also the callbacks of the database and of the connection");
+    command.Flag("--no-times", options->noTimes, "without the times, which differ from run to run");
+    const Parameter record = command.Option("--record", options->record, "file to keep the events in");
+    command.Option("--replay", options->replay, "record whose events the observers are to hear again")
+        .Excludes(design)
+        .Excludes(edits)
+        .Excludes(record);
     AddJsonFlag(command, options->json);
 }
 

@@ -20,7 +20,7 @@ ExitCode Run(const Options& options) {
 
 void AddExportCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("export", "Write a design in another form",
                  "A design file (.qdb) that is there is left alone; a JSON file is replaced. Save points\n"
                  "are in design files only and are not written.\n"
@@ -30,8 +30,8 @@ void AddExportCommand(CommandLine& line) {
                  "  quill export examples/vibration-recorder.json -o recorder.qdb",
                  [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
-    command.add_option("-o,--output", options->target, "file to write: JSON, or a design file when it ends in .qdb")
-        ->required();
+    command.Option("-o,--output", options->target, "file to write: JSON, or a design file when it ends in .qdb")
+        .Required();
 }
 
 }  // namespace Quill::Cli

@@ -1,6 +1,8 @@
 // quill flows: the design flows, and what holds for a design in each.
 #include <optional>
 
+#include <nlohmann/json.hpp>
+
 #include "attributes/attribute_names.h"
 #include "cli/command.h"
 #include "cli/console.h"
@@ -108,7 +110,7 @@ ExitCode Run(const Options& options) {
 
 void AddFlowsCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("flows", "List the design flows, or the attribute names of one",
                  "With the kind of libraries that a flow works with, its settings and map file, and the\n"
                  "folder of its templates, which is known where TOVE_HOME is set. With FLOW, a name or a\n"
@@ -118,7 +120,7 @@ void AddFlowsCommand(CommandLine& line) {
                  "  quill flows\n"
                  "  quill flows netlist",
                  [options] { return Run(*options); });
-    command.add_option("FLOW", options->flow, "name or type of a flow");
+    command.Option("FLOW", options->flow, "name or type of a flow");
     AddJsonFlag(command, options->json);
 }
 

@@ -1,5 +1,6 @@
 // quill font: what a font string says.
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
@@ -51,7 +52,7 @@ ExitCode Run(const Options& options) {
 
 void AddFontCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("font", "Show what the font string of a text says",
                  "It is the number of a style, or for a custom font the number and eight fields with |\n"
                  "between. \"text\" is the string as the library writes it.\n"
@@ -59,7 +60,7 @@ void AddFontCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill font '3|Arial|0|700|0|0|1|0|0'",
                  [options] { return Run(*options); });
-    command.add_option("TEXT", options->text, "font string")->required();
+    command.Option("TEXT", options->text, "font string").Required();
     AddJsonFlag(command, options->json);
 }
 

@@ -41,10 +41,10 @@ private:
 
 }  // namespace
 
-void AddSheetOptions(CLI::App& command, SheetOptions& options) {
+void AddSheetOptions(const Syntax& command, SheetOptions& options) {
     AddDesignArgument(command, options.design);
-    command.add_option("BLOCK", options.block, "name of the block")->required();
-    command.add_option("SHEET", options.sheet, "name of the sheet")->required();
+    command.Option("BLOCK", options.block, "name of the block").Required();
+    command.Option("SHEET", options.sheet, "name of the sheet").Required();
     AddJsonFlag(command, options.json);
 }
 

@@ -20,7 +20,7 @@ struct SheetOptions {
 };
 
 // Adds DESIGN, BLOCK, SHEET and --json.
-void AddSheetOptions(CLI::App& command, SheetOptions& options);
+void AddSheetOptions(const Syntax& command, SheetOptions& options);
 
 struct Graphic {
     const char* kind;

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
@@ -102,7 +103,7 @@ ExitCode Run(const SheetOptions& options) {
 
 void AddIdsCommand(CommandLine& line) {
     const auto options = std::make_shared<SheetOptions>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("ids", "Say which ids are in use on a sheet, and which come next",
                  "Object and attribute ids are unique on a sheet; those that stand on several items are named on\n"
                  "standard error, and the exit code is 1. Nothing is drawn: asking twice gives the same answer.\n"

@@ -23,7 +23,7 @@ ExitCode Run(const Options& options) {
 
 void AddImportCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("import", "Write a KiCad schematic down as a design file",
                  "Warnings go to standard error. When the schematic cannot be imported, or the file not be written,\n"
                  "a file that is there stays as it was.\n"
@@ -32,13 +32,13 @@ void AddImportCommand(CommandLine& line) {
                  "  quill import board.kicad_sch -o board.qdb\n"
                  "  quill import board.kicad_sch -o board.json --merge-flat-sheets --allow-missing",
                  [options] { return Run(*options); });
-    command.add_option("ROOT", options->root, "root schematic (.kicad_sch)")->required();
-    command.add_option("-o,--output", options->target, "file to write: JSON, or a design file when it ends in .qdb")
-        ->required();
-    command.add_flag("--merge-flat-sheets", options->kicad.mergeFlatSheets,
-                     "make child sheets without pins that are used once further sheets of their parent's block");
-    command.add_flag("--allow-missing", options->kicad.allowMissing,
-                     "go on without the files of child sheets that are missing");
+    command.Option("ROOT", options->root, "root schematic (.kicad_sch)").Required();
+    command.Option("-o,--output", options->target, "file to write: JSON, or a design file when it ends in .qdb")
+        .Required();
+    command.Flag("--merge-flat-sheets", options->kicad.mergeFlatSheets,
+                 "make child sheets without pins that are used once further sheets of their parent's block");
+    command.Flag("--allow-missing", options->kicad.allowMissing,
+                 "go on without the files of child sheets that are missing");
 }
 
 }  // namespace Quill::Cli

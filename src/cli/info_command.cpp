@@ -199,7 +199,7 @@ ExitCode Run(const Options& options) {
 
 void AddInfoCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    const Syntax command = line.Add(
         "info", "Say what is in a design",
         "Pages are the sheets at each place of the hierarchy; everything else is counted once for each block.\n"
         "\n"

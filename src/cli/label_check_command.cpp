@@ -1,6 +1,8 @@
 // quill label check: whether a text may be a label.
 #include <iostream>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "labels/label_utils.h"
@@ -46,7 +48,7 @@ ExitCode Run(const Options& options) {
 
 void AddLabelCheckCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    const Syntax command = line.Add(
         "label check", "Say whether a text may be a label, and whether it is inverted",
         "A label holds no backslash. One that names a net is not | alone and holds none of @ $ ' \" ; \\ < > { } *\n"
         "either. Exit code 1 when the text may not name a net.\n"
@@ -54,7 +56,7 @@ void AddLabelCheckCommand(CommandLine& line) {
         "Examples:\n"
         "  quill label check '~RESET'",
         [options] { return Run(*options); });
-    command.add_option("TEXT", options->text, "the text")->required();
+    command.Option("TEXT", options->text, "the text").Required();
     AddJsonFlag(command, options->json);
 }
 

@@ -30,15 +30,15 @@ ExitCode Run(const Options& options) {
 
 void AddLabelInvertCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add("label invert", "Make a label inverted as a whole",
-                                 "Inversion marks of parts go. With --off all marks go.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill label invert 'R~W'\n"
-                                 "  quill label invert '~RESET' --off",
-                                 [options] { return Run(*options); });
-    command.add_option("TEXT", options->text, "the label")->required();
-    command.add_flag("--off", options->off, "make it not inverted");
+    const Syntax command = line.Add("label invert", "Make a label inverted as a whole",
+                                    "Inversion marks of parts go. With --off all marks go.\n"
+                                    "\n"
+                                    "Examples:\n"
+                                    "  quill label invert 'R~W'\n"
+                                    "  quill label invert '~RESET' --off",
+                                    [options] { return Run(*options); });
+    command.Option("TEXT", options->text, "the label").Required();
+    command.Flag("--off", options->off, "make it not inverted");
     AddJsonFlag(command, options->json);
 }
 

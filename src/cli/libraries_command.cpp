@@ -1,4 +1,6 @@
 // quill libraries: the symbol libraries of a central library.
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "config/symbol_library_finder.h"
@@ -44,7 +46,7 @@ ExitCode Run(const Options& options) {
 
 void AddLibrariesCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("libraries", "List the symbol libraries of a central library",
                  "They are the folders in the folder SymbolLibs beside FILE, the central library's own\n"
                  "file. A library is called by the alias in its lib.cfg, else by its folder.\n"
@@ -52,7 +54,7 @@ void AddLibrariesCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill libraries central/central.lmc",
                  [options] { return Run(*options); });
-    command.add_option("FILE", options->file, "the central library's file")->required();
+    command.Option("FILE", options->file, "the central library's file").Required();
     AddJsonFlag(command, options->json);
 }
 

@@ -1,4 +1,6 @@
 // quill map: what a name-map file says.
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/whole_file.h"
@@ -42,7 +44,7 @@ ExitCode Run(const Options& options) {
 
 void AddMapCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("map", "Show what a name-map file says",
                  "The file is read as pairs of texts in double quotes; of several pairs with one key the\n"
                  "last holds. Everything outside the quotes is passed over.\n"
@@ -50,7 +52,7 @@ void AddMapCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill map \"$TOVE_HOME/standard/map.cfg\"",
                  [options] { return Run(*options); });
-    command.add_option("FILE", options->file, "name-map file")->required();
+    command.Option("FILE", options->file, "name-map file").Required();
     AddJsonFlag(command, options->json);
 }
 

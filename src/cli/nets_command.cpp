@@ -3,6 +3,7 @@
 #include <optional>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
@@ -84,7 +85,7 @@ ExitCode Run(const Options& options) {
 
 void AddNetsCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("nets", "List the net names in use in each block",
                  "With how many nets bear the name and how many pins they connect. Nets without a name\n"
                  "are one line of each block.\n"
@@ -94,7 +95,7 @@ void AddNetsCommand(CommandLine& line) {
                  "  quill nets examples/vibration-recorder.json controller --json",
                  [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
-    command.add_option("BLOCK", options->block, "only the blocks of this name");
+    command.Option("BLOCK", options->block, "only the blocks of this name");
     AddJsonFlag(command, options->json);
 }
 

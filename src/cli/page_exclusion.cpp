@@ -52,9 +52,9 @@ std::vector<std::string> Edit(const OpenDesign& design, const ExclusionOptions& 
 
 }  // namespace
 
-void AddExclusionOptions(CLI::App& command, ExclusionOptions& options) {
+void AddExclusionOptions(const Syntax& command, ExclusionOptions& options) {
     AddEditOptions(command, options.edit);
-    command.add_option("PAGE", options.pages, "numbers or names of pages")->required();
+    command.Option("PAGE", options.pages, "numbers or names of pages").Required();
     AddConfigOption(command, options.config);
 }
 

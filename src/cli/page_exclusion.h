@@ -15,7 +15,7 @@ struct ExclusionOptions {
 };
 
 // Adds DESIGN, PAGE..., --config, --dry-run and --json.
-void AddExclusionOptions(CLI::App& command, ExclusionOptions& options);
+void AddExclusionOptions(const Syntax& command, ExclusionOptions& options);
 
 // The mark stands on the sheet, so it holds for all its occurrences; the answer says how many there are.
 ExitCode EditExclusion(const ExclusionOptions& options, bool exclude);

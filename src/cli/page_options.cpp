@@ -40,11 +40,11 @@ const Row& RowOf(const Row (&rows)[Size], std::string_view name) {
 }
 
 template <class Row, std::size_t Size>
-CLI::IsMember NamesOf(const Row (&rows)[Size]) {
+std::vector<std::string> NamesOf(const Row (&rows)[Size]) {
     std::vector<std::string> names;
     for (const Row& row : rows)
         names.emplace_back(row.name);
-    return CLI::IsMember(names);
+    return names;
 }
 
 }  // namespace
@@ -58,11 +58,11 @@ ECompAlgorithm PageOptions::ChildAlgorithm() const {
     return descending ? row.descending : row.ascending;
 }
 
-void AddPageOptions(CLI::App& command, PageOptions& options) {
-    command.add_option("--order", options.order, "how pages are numbered; by default depth")->check(NamesOf(Orders));
-    command.add_option("--children", options.children, "how the blocks below a sheet follow; by default default")
-        ->check(NamesOf(ChildOrders));
-    command.add_flag("--descending", options.descending, "the child order backwards");
+void AddPageOptions(const Syntax& command, PageOptions& options) {
+    command.Option("--order", options.order, "how pages are numbered; by default depth").OneOf(NamesOf(Orders));
+    command.Option("--children", options.children, "how the blocks below a sheet follow; by default default")
+        .OneOf(NamesOf(ChildOrders));
+    command.Flag("--descending", options.descending, "the child order backwards");
     AddConfigOption(command, options.config);
 }
 

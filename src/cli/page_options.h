@@ -3,8 +3,7 @@
 
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "cli/syntax.h"
 #include "pages/page_traverser.h"
 
 namespace Quill::Cli {
@@ -20,6 +19,6 @@ struct PageOptions {
 };
 
 // Adds --order, --children, --descending and --config.
-void AddPageOptions(CLI::App& command, PageOptions& options);
+void AddPageOptions(const Syntax& command, PageOptions& options);
 
 }  // namespace Quill::Cli

@@ -1,4 +1,6 @@
 // quill pages: all pages of a design, numbered.
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
@@ -51,7 +53,7 @@ ExitCode Run(const Options& options) {
 
 void AddPagesCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    const Syntax command = line.Add(
         "pages", "List all pages of a design with their numbers",
         "A page is a sheet at one place of the hierarchy. Excluded pages stand at their places and have no number,\n"
         "but by print order, which numbers them too; pages without a usable print order then come last.\n"

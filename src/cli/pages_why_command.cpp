@@ -197,7 +197,7 @@ ExitCode Run(const Options& options) {
 
 void AddPagesWhyCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("pages why", "Tell step by step how a page came by its number",
                  "The page is its number by the order given, or its name (\"quill pages\" tells both).\n"
                  "\n"
@@ -206,7 +206,7 @@ void AddPagesWhyCommand(CommandLine& line) {
                  "  quill pages why examples/lamp/lamp.kicad_sch 3 --order print",
                  [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
-    command.add_option("PAGE", options->page, "number or name of the page")->required();
+    command.Option("PAGE", options->page, "number or name of the page").Required();
     AddPageOptions(command, options->pages);
     AddJsonFlag(command, options->json);
 }

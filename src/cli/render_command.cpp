@@ -33,17 +33,18 @@ ExitCode Run(const Options& options) {
 
 void AddRenderCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add("render", "Draw a page as an SVG picture",
-                                 "PAGE is a number by \"quill pages\" in its default order, or a name. The file needs\n"
-                                 "nothing but itself; one that is there is replaced when the picture is complete.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill render examples/lamp/lamp.kicad_sch 1 -o lamp.svg\n"
-                                 "  quill render examples/vibration-recorder.json 3 -o - | display",
-                                 [options] { return Run(*options); });
+    const Syntax command =
+        line.Add("render", "Draw a page as an SVG picture",
+                 "PAGE is a number by \"quill pages\" in its default order, or a name. The file needs\n"
+                 "nothing but itself; one that is there is replaced when the picture is complete.\n"
+                 "\n"
+                 "Examples:\n"
+                 "  quill render examples/lamp/lamp.kicad_sch 1 -o lamp.svg\n"
+                 "  quill render examples/vibration-recorder.json 3 -o - | display",
+                 [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
-    command.add_option("PAGE", options->page, "number or name of the page")->required();
-    command.add_option("-o,--output", options->target, "file to write; \"-\" is standard output")->required();
+    command.Option("PAGE", options->page, "number or name of the page").Required();
+    command.Option("-o,--output", options->target, "file to write; \"-\" is standard output").Required();
     AddConfigOption(command, options->config);
 }
 

@@ -30,17 +30,18 @@ ExitCode Run(const Options& options) {
 
 void AddReportCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add("report", "Write a design down for a browser",
-                                 "Open index.html of the folder: the tree of the pages, and for each page its picture\n"
-                                 "with links to the pages to which its connectors and blocks lead. It works from the\n"
-                                 "file system, without a network. A folder with an earlier report and nothing else is\n"
-                                 "replaced when the new report is complete.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill report examples/vibration-recorder.json -o recorder-report",
-                                 [options] { return Run(*options); });
+    const Syntax command =
+        line.Add("report", "Write a design down for a browser",
+                 "Open index.html of the folder: the tree of the pages, and for each page its picture\n"
+                 "with links to the pages to which its connectors and blocks lead. It works from the\n"
+                 "file system, without a network. A folder with an earlier report and nothing else is\n"
+                 "replaced when the new report is complete.\n"
+                 "\n"
+                 "Examples:\n"
+                 "  quill report examples/vibration-recorder.json -o recorder-report",
+                 [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
-    command.add_option("-o,--output", options->target, "folder to write")->required();
+    command.Option("-o,--output", options->target, "folder to write").Required();
     AddConfigOption(command, options->config);
 }
 

@@ -1,6 +1,8 @@
 // quill reuse: the marks of blocks that are placed as a whole.
 #include <optional>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
@@ -85,7 +87,7 @@ ExitCode Run(const Options& options) {
 
 void AddReuseCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("reuse", "List the blocks with their reuse marks, or set one",
                  "A reuse block is prepared content that is placed as a whole. Without BLOCK all blocks\n"
                  "are listed, and whether a component at the top of the design stands for them.\n"
@@ -95,8 +97,8 @@ void AddReuseCommand(CommandLine& line) {
                  "  quill reuse board.json power on",
                  [options] { return Run(*options); });
     AddEditOptions(command, options->edit);
-    command.add_option("BLOCK", options->block, "name of the block");
-    command.add_option("MARK", options->mark, "on or off")->check(CLI::IsMember({"on", "off"}));
+    command.Option("BLOCK", options->block, "name of the block");
+    command.Option("MARK", options->mark, "on or off").OneOf({"on", "off"});
 }
 
 }  // namespace Quill::Cli

@@ -1,5 +1,7 @@
 #include "cli/save_points.h"
 
+#include <nlohmann/json.hpp>
+
 #include "attributes/common_rollback_ops.h"
 #include "cli/command.h"
 #include "cli/design_lookup.h"
@@ -44,9 +46,9 @@ std::string SavePoint::Description() const {
     return "save point " + name + (isJoined ? "" : ", ") + menu;
 }
 
-void AddSavePointOptions(CLI::App& command, SavePointOptions& options) {
+void AddSavePointOptions(const Syntax& command, SavePointOptions& options) {
     AddEditOptions(command, options.edit);
-    command.add_option("NAME", options.name, "name of the save point")->required();
+    command.Option("NAME", options.name, "name of the save point").Required();
 }
 
 OpenDesign OpenDesignFile(const std::string& path, bool toEdit) {

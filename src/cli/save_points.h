@@ -30,7 +30,7 @@ struct SavePointOptions {
 };
 
 // Adds DESIGN, NAME, --dry-run and --json.
-void AddSavePointOptions(CLI::App& command, SavePointOptions& options);
+void AddSavePointOptions(const Syntax& command, SavePointOptions& options);
 
 // Opens a design file, for reading or `toEdit`. Throws a CommandError when it cannot be opened, and for a design in
 // another form, which has no save points.

@@ -46,17 +46,18 @@ ExitCode Run(const Options& options) {
 
 void AddSavepointAddCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add("savepoint add", "Keep a design as it is now, so that it can be restored",
-                                 "Costs nothing until something changes. Without NAME the save point is called by a\n"
-                                 "number.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill savepoint add board.qdb\n"
-                                 "  quill savepoint add board.qdb routed --comment 'before the second revision'",
-                                 [options] { return Run(*options); });
+    const Syntax command =
+        line.Add("savepoint add", "Keep a design as it is now, so that it can be restored",
+                 "Costs nothing until something changes. Without NAME the save point is called by a\n"
+                 "number.\n"
+                 "\n"
+                 "Examples:\n"
+                 "  quill savepoint add board.qdb\n"
+                 "  quill savepoint add board.qdb routed --comment 'before the second revision'",
+                 [options] { return Run(*options); });
     AddEditOptions(command, options->edit);
-    command.add_option("NAME", options->name, "name of the save point");
-    command.add_option("--comment", options->comment, "what people are to know of it");
+    command.Option("NAME", options->name, "name of the save point");
+    command.Option("--comment", options->comment, "what people are to know of it");
 }
 
 }  // namespace Quill::Cli

@@ -1,4 +1,6 @@
 // quill savepoint list: what a design can be restored to.
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/save_points.h"
@@ -36,7 +38,7 @@ ExitCode Run(const Options& options) {
 
 void AddSavepointListCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("savepoint list", "List the save points of a design, oldest first",
                  "As the rollback menu of an application shows them: the time in your time zone and the\n"
                  "beginning of the comment.\n"

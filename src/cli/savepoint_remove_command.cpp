@@ -18,10 +18,10 @@ ExitCode Run(const SavePointOptions& options) {
 
 void AddSavepointRemoveCommand(CommandLine& line) {
     const auto options = std::make_shared<SavePointOptions>();
-    CLI::App& command = line.Add("savepoint remove", "Remove a save point; the design stays as it is",
-                                 "Examples:\n"
-                                 "  quill savepoint remove board.qdb routed",
-                                 [options] { return Run(*options); });
+    const Syntax command = line.Add("savepoint remove", "Remove a save point; the design stays as it is",
+                                    "Examples:\n"
+                                    "  quill savepoint remove board.qdb routed",
+                                    [options] { return Run(*options); });
     AddSavePointOptions(command, *options);
 }
 

@@ -23,12 +23,13 @@ ExitCode Run(const SavePointOptions& options) {
 
 void AddSavepointRestoreCommand(CommandLine& line) {
     const auto options = std::make_shared<SavePointOptions>();
-    CLI::App& command = line.Add("savepoint restore", "Make a design what one of its save points holds",
-                                 "What the design is now is lost unless a save point keeps it. All save points stay.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill savepoint restore board.qdb routed",
-                                 [options] { return Run(*options); });
+    const Syntax command =
+        line.Add("savepoint restore", "Make a design what one of its save points holds",
+                 "What the design is now is lost unless a save point keeps it. All save points stay.\n"
+                 "\n"
+                 "Examples:\n"
+                 "  quill savepoint restore board.qdb routed",
+                 [options] { return Run(*options); });
     AddSavePointOptions(command, *options);
 }
 

@@ -5,6 +5,8 @@
 #include <map>
 #include <set>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"

@@ -4,14 +4,14 @@
 
 namespace Quill::Cli {
 
-void AddSheetEditOptions(CLI::App& command, SheetEditOptions& options) {
+void AddSheetEditOptions(const Syntax& command, SheetEditOptions& options) {
     AddEditOptions(command, options.edit);
-    command.add_option("BLOCK", options.block, "name of the block")->required();
+    command.Option("BLOCK", options.block, "name of the block").Required();
 }
 
-void AddSheetStepOptions(CLI::App& command, SheetStepOptions& options) {
+void AddSheetStepOptions(const Syntax& command, SheetStepOptions& options) {
     AddSheetEditOptions(command, options.edit);
-    command.add_option("SHEET", options.sheet, "name of the sheet")->required();
+    command.Option("SHEET", options.sheet, "name of the sheet").Required();
 }
 
 SheetRange SheetsOf(const OpenDesign& design, const std::string& block) {

@@ -15,7 +15,7 @@ struct SheetEditOptions {
 };
 
 // Adds DESIGN, BLOCK, --dry-run and --json.
-void AddSheetEditOptions(CLI::App& command, SheetEditOptions& options);
+void AddSheetEditOptions(const Syntax& command, SheetEditOptions& options);
 
 // The sheets of a block in their order. Throws a CommandError when there is no such block, or several.
 SheetRange SheetsOf(const OpenDesign& design, const std::string& block);
@@ -33,7 +33,7 @@ struct SheetStepOptions {
 };
 
 // Adds DESIGN, BLOCK, SHEET, --dry-run and --json.
-void AddSheetStepOptions(CLI::App& command, SheetStepOptions& options);
+void AddSheetStepOptions(const Syntax& command, SheetStepOptions& options);
 
 // Lets `change` work on the sheets of the block; what it does to their order is the answer.
 ExitCode EditOrder(const SheetEditOptions& options, const std::function<void(SheetRange&)>& change);

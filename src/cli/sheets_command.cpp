@@ -2,6 +2,7 @@
 #include <optional>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
@@ -74,7 +75,7 @@ ExitCode Run(const Options& options) {
 
 void AddSheetsCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("sheets", "List the sheets of a block in their order",
                  "With the id that a sheet keeps when it is renamed, how many objects stand on it, and\n"
                  "whether its own mark excludes it from printing.\n"
@@ -83,7 +84,7 @@ void AddSheetsCommand(CommandLine& line) {
                  "  quill sheets examples/vibration-recorder.json controller",
                  [options] { return Run(*options); });
     AddDesignArgument(command, options->design);
-    command.add_option("BLOCK", options->block, "name of the block")->required();
+    command.Option("BLOCK", options->block, "name of the block").Required();
     AddJsonFlag(command, options->json);
 }
 

@@ -6,10 +6,10 @@ namespace Quill::Cli {
 
 void AddSheetsDownCommand(CommandLine& line) {
     const auto options = std::make_shared<SheetStepOptions>();
-    CLI::App& command = line.Add("sheets down", "Move a sheet one place towards the last",
-                                 "Examples:\n"
-                                 "  quill sheets down board.json controller TEST",
-                                 [options] { return StepSheet(*options, &SheetRange::MoveDown); });
+    const Syntax command = line.Add("sheets down", "Move a sheet one place towards the last",
+                                    "Examples:\n"
+                                    "  quill sheets down board.json controller TEST",
+                                    [options] { return StepSheet(*options, &SheetRange::MoveDown); });
     AddSheetStepOptions(command, *options);
 }
 

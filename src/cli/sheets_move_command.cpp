@@ -31,19 +31,18 @@ ExitCode Run(const Options& options) {
 
 void AddSheetsMoveCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add("sheets move", "Move sheets within the order of their block",
-                                 "They keep the order that they have among themselves.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill sheets move board.json controller 4 5 --before 2\n"
-                                 "  quill sheets move board.json controller TEST --after 1 --dry-run",
-                                 [options] { return Run(*options); });
+    const Syntax command = line.Add("sheets move", "Move sheets within the order of their block",
+                                    "They keep the order that they have among themselves.\n"
+                                    "\n"
+                                    "Examples:\n"
+                                    "  quill sheets move board.json controller 4 5 --before 2\n"
+                                    "  quill sheets move board.json controller TEST --after 1 --dry-run",
+                                    [options] { return Run(*options); });
     AddSheetEditOptions(command, options->edit);
-    command.add_option("SHEET", options->sheets, "names of the sheets")->required();
-    CLI::Option_group& side = *command.add_option_group("place");
-    side.add_option("--before", options->before, "directly before this sheet");
-    side.add_option("--after", options->after, "directly after this sheet");
-    side.require_option(1);
+    command.Option("SHEET", options->sheets, "names of the sheets").Required();
+    const Syntax side = command.OneOfGroup("place");
+    side.Option("--before", options->before, "directly before this sheet");
+    side.Option("--after", options->after, "directly after this sheet");
 }
 
 }  // namespace Quill::Cli

@@ -46,7 +46,7 @@ ExitCode Run(const Options& options) {
 
 void AddSheetsNewCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("sheets new", "Give a block one more sheet, behind the others",
                  "It is called by a fresh number, or by the name given, with _1, _2, ... where that is\n"
                  "taken.\n"
@@ -55,7 +55,7 @@ void AddSheetsNewCommand(CommandLine& line) {
                  "  quill sheets new board.json controller --name TEST",
                  [options] { return Run(*options); });
     AddSheetEditOptions(command, options->edit);
-    command.add_option("--name", options->base, "name of the sheet");
+    command.Option("--name", options->base, "name of the sheet");
 }
 
 }  // namespace Quill::Cli

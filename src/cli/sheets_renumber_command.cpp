@@ -66,7 +66,7 @@ ExitCode Run(const Options& options) {
 
 void AddSheetsRenumberCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add(
+    const Syntax command = line.Add(
         "sheets renumber", "Name the sheets of a block by a numbering",
         "All sheets, or the ones named, in the order of the block. Refused, with the names, when one would be\n"
         "taken twice.\n"
@@ -76,10 +76,10 @@ void AddSheetsRenumberCommand(CommandLine& line) {
         "  quill sheets renumber board.json controller 3 TEST --prefix A --start 10 --step 10",
         [options] { return Run(*options); });
     AddSheetEditOptions(command, options->edit);
-    command.add_option("SHEET", options->sheets, "names of the sheets; all of the block when there are none");
-    command.add_option("--prefix", options->numbering.prefix, "what stands before the number");
-    command.add_option("--start", options->numbering.start, "first number; by default 1");
-    command.add_option("--step", options->numbering.step, "from one number to the next; by default 1");
+    command.Option("SHEET", options->sheets, "names of the sheets; all of the block when there are none");
+    command.Option("--prefix", options->numbering.prefix, "what stands before the number");
+    command.Option("--start", options->numbering.start, "first number; by default 1");
+    command.Option("--step", options->numbering.step, "from one number to the next; by default 1");
 }
 
 }  // namespace Quill::Cli

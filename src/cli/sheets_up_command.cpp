@@ -6,10 +6,10 @@ namespace Quill::Cli {
 
 void AddSheetsUpCommand(CommandLine& line) {
     const auto options = std::make_shared<SheetStepOptions>();
-    CLI::App& command = line.Add("sheets up", "Move a sheet one place towards the first",
-                                 "Examples:\n"
-                                 "  quill sheets up board.json controller TEST",
-                                 [options] { return StepSheet(*options, &SheetRange::MoveUp); });
+    const Syntax command = line.Add("sheets up", "Move a sheet one place towards the first",
+                                    "Examples:\n"
+                                    "  quill sheets up board.json controller TEST",
+                                    [options] { return StepSheet(*options, &SheetRange::MoveUp); });
     AddSheetStepOptions(command, *options);
 }
 

@@ -1,6 +1,8 @@
 // quill stamp: the date stamps of sheets and symbols.
 #include <optional>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
@@ -146,22 +148,22 @@ ExitCode Run(const Options& options) {
 
 void AddStampCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add("stamp", "List, set or remove the date stamps of sheets and symbols",
-                                 "A stamp says when its sheet or symbol was last changed. Without BLOCK those of all\n"
-                                 "blocks are meant, without NAME those of the whole block.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill stamp examples/vibration-recorder.json\n"
-                                 "  quill stamp board.json controller 1 --set now\n"
-                                 "  quill stamp board.json --set 1700000000 --raw",
-                                 [options] { return Run(*options); });
+    const Syntax command =
+        line.Add("stamp", "List, set or remove the date stamps of sheets and symbols",
+                 "A stamp says when its sheet or symbol was last changed. Without BLOCK those of all\n"
+                 "blocks are meant, without NAME those of the whole block.\n"
+                 "\n"
+                 "Examples:\n"
+                 "  quill stamp examples/vibration-recorder.json\n"
+                 "  quill stamp board.json controller 1 --set now\n"
+                 "  quill stamp board.json --set 1700000000 --raw",
+                 [options] { return Run(*options); });
     AddEditOptions(command, options->edit);
-    command.add_option("BLOCK", options->block, "name of the block");
-    command.add_option("NAME", options->name, "name of the sheet or symbol");
-    CLI::Option* const set =
-        command.add_option("--set", options->moment, "stamp them: \"now\", or seconds since 1970 in UTC");
-    command.add_flag("--raw", options->raw, "write the stamp as seconds, not as a date")->needs(set);
-    command.add_flag("--remove", options->remove, "take their stamps away")->excludes(set);
+    command.Option("BLOCK", options->block, "name of the block");
+    command.Option("NAME", options->name, "name of the sheet or symbol");
+    const Parameter set = command.Option("--set", options->moment, "stamp them: \"now\", or seconds since 1970 in UTC");
+    command.Flag("--raw", options->raw, "write the stamp as seconds, not as a date").Needs(set);
+    command.Flag("--remove", options->remove, "take their stamps away").Excludes(set);
 }
 
 }  // namespace Quill::Cli

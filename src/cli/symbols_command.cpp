@@ -52,7 +52,7 @@ ExitCode Run(const Options& options) {
 
 void AddSymbolsCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("symbols", "List the symbols of a symbol library",
                  "Those in the table sym.tbl of a library that has one and a sym.lib, else the files in\n"
                  "its folder sym. What is not named like a symbol (R.1) is passed over.\n"
@@ -60,7 +60,7 @@ void AddSymbolsCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill symbols central/SymbolLibs/analog",
                  [options] { return Run(*options); });
-    command.add_option("FOLDER", options->folder, "folder of the library")->required();
+    command.Option("FOLDER", options->folder, "folder of the library").Required();
     AddJsonFlag(command, options->json);
 }
 

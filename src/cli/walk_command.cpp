@@ -1,5 +1,6 @@
 // quill walk: everything that is drawn on a sheet.
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
@@ -85,12 +86,12 @@ ExitCode Run(const SheetOptions& options) {
 
 void AddWalkCommand(CommandLine& line) {
     const auto options = std::make_shared<SheetOptions>();
-    CLI::App& command = line.Add("walk", "List everything that is drawn on a sheet, with its ids",
-                                 "Nets and buses come with the ids of their joints and segments.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill walk examples/lamp/lamp.kicad_sch channel 1",
-                                 [options] { return Run(*options); });
+    const Syntax command = line.Add("walk", "List everything that is drawn on a sheet, with its ids",
+                                    "Nets and buses come with the ids of their joints and segments.\n"
+                                    "\n"
+                                    "Examples:\n"
+                                    "  quill walk examples/lamp/lamp.kicad_sch channel 1",
+                                    [options] { return Run(*options); });
     AddSheetOptions(command, *options);
 }
 

@@ -112,7 +112,7 @@ ExitCode Run(const Options& options) {
 
 void AddWatchCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command =
+    const Syntax command =
         line.Add("watch", "Print a line for every change of a folder",
                  "When files in it are modified, but not those in folders below. A folder that the system\n"
                  "cannot watch, such as one on a network, is taken for changed once a second: look again\n"
@@ -122,9 +122,9 @@ void AddWatchCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill watch designs --count 1 --timeout 60",
                  [options] { return Run(*options); });
-    command.add_option("DIR", options->folder, "the folder")->required();
-    command.add_option("--count", options->count, "end after so many changes")->check(CLI::Range(1U, 1000000000U));
-    command.add_option("--timeout", options->timeout, "end after so many seconds")->check(CLI::Range(0.0, 1e9));
+    command.Option("DIR", options->folder, "the folder").Required();
+    command.Option("--count", options->count, "end after so many changes").Between(1U, 1000000000U);
+    command.Option("--timeout", options->timeout, "end after so many seconds").Between(0.0, 1e9);
     AddJsonFlag(command, options->json);
 }
 

@@ -35,14 +35,15 @@ ExitCode Run(const Options& options) {
 
 void AddWdirsCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App& command = line.Add("wdirs", "List the folders in which design-support files are looked for",
-                                 "In their order: those of QUILL_WDIRS, and with FLOW, a name or a type, those of its\n"
-                                 "templates and of the installation, which TOVE_HOME leads to.\n"
-                                 "\n"
-                                 "Examples:\n"
-                                 "  quill wdirs netlist",
-                                 [options] { return Run(*options); });
-    command.add_option("FLOW", options->flow, "name or type of a flow");
+    const Syntax command =
+        line.Add("wdirs", "List the folders in which design-support files are looked for",
+                 "In their order: those of QUILL_WDIRS, and with FLOW, a name or a type, those of its\n"
+                 "templates and of the installation, which TOVE_HOME leads to.\n"
+                 "\n"
+                 "Examples:\n"
+                 "  quill wdirs netlist",
+                 [options] { return Run(*options); });
+    command.Option("FLOW", options->flow, "name or type of a flow");
     AddJsonFlag(command, options->json);
 }
 
