@@ -140,7 +140,7 @@ Drawing::Pointers PageMap::PointersOf(std::size_t page) const {
     Drawing::Pointers pointers;
     const auto add = [&](const Index& comp, const char* arrow, const std::string& numbers, const std::string& href) {
         Pointer& pointer = pointers[comp];
-        pointer.title = "leads to page " + numbers;
+        pointer.title = (numbers.find(',') == numbers.npos ? "leads to page " : "leads to pages ") + numbers;
         pointer.mark = arrow + numbers;
         pointer.href = href;
     };

@@ -131,7 +131,8 @@ TEST_F(Picture, ErrorsLeaveTheFileAsItWas) {
     Check({{"render plant.json 9 -o there.svg", 2, "", "quill: There is no page 9\n"},
            {"render plant.json 1 --config nothing -o there.svg", 2, "",
             "quill: Configuration nothing has no root block\n"},
-           {"render plant.json 1 -o none/x.svg", 2, "", "quill: none/x.svg: No such file or directory\n"}});
+           {"render plant.json 1 -o none/x.svg", 2, "", "quill: none/x.svg: No such file or directory\n"},
+           {"render plant.json 1 -o - > /dev/full", 2, "", "quill: Standard output cannot be written\n"}});
     EXPECT_EQ(Read("there.svg"), "as it was");
     // The farthest that a design can say, and an excluded page, which has a name only.
     WriteSheet("", "\"nets\": []", R"({"circles": [{"index": "circle:1", "centre": [9223372036854775807,
@@ -205,6 +206,76 @@ TEST_F(Report, TreeAndConnectorsAreLinks) {
 </body>
 </html>
 )");
+}
+
+TEST_F(Report, WhatLeadsUpDownAndAcrossSaysWhere) {
+    ASSERT_EQ(Run("report '" QUILL_EXAMPLES "/lamp/lamp.kicad_sch' -o site"), (Tests::Outcome{0, ""}));
+    const std::string top = Read("site/page-1.html");
+    const std::string left = Read("site/page-2.html");
+    const auto item = [](const std::string& page, const char* title) {
+        const std::size_t at = page.find(std::string("<title>") + title);
+        const std::size_t begin = page.rfind('\n', at) + 1;
+        return page.substr(begin, page.find("</g>\n", at) + 5 - begin);
+    };
+    EXPECT_EQ(
+        item(top, "Left"),
+        R"svg(<g class="hierarchy" id="o-7-0-2"><title>Left: channel, leads to page 2</title><a href="page-2.html">
+<rect class="halo" x="879" y="477.68" width="324.8" height="261.3"/>
+<rect x="889" y="508" width="304.8" height="203.2"/>
+<text x="895" y="615.95" font-size="17.145" class="attribute">DRIVE</text>
+<text x="889" y="732.79" font-size="17.145" class="attribute">channel.kicad_sch</text>
+<text x="889" y="496.57" font-size="17.145" class="attribute">Left</text>
+<text x="1185.8" y="699.39" font-size="17.145" text-anchor="end">↓ 2</text>
+</a></g>
+)svg");
+    EXPECT_EQ(
+        item(left, "DRIVE: "),
+        R"svg(<g class="connector" id="o-7-0-9"><title>DRIVE: hierarchical_label, leads to page 1</title><a href="page-1.html#o-7-0-2">
+<rect class="halo" x="368.08" y="485.3" width="149.92" height="45.4"/>
+<path d="M508 508L495.3 520.7L422.275 520.7L422.275 495.3L495.3 495.3Z" class="area"/>
+<text x="458.7875" y="514.35" font-size="17.145" text-anchor="middle">DRIVE</text>
+<text x="414.275" y="514.35" font-size="17.145" text-anchor="end">↑ 1</text>
+</a></g>
+)svg");
+    EXPECT_EQ(
+        item(left, "ENABLE: "),
+        R"svg(<g class="connector" id="o-7-0-10"><title>ENABLE: global_label, leads to pages 3, 1</title><a href="page-3.html#o-7-0-10">
+<rect class="halo" x="319.82" y="561.5" width="198.18" height="45.4"/>
+<path d="M508 584.2L495.3 596.9L410.21 596.9L410.21 571.5L495.3 571.5Z" class="area"/>
+<text x="452.755" y="590.55" font-size="17.145" text-anchor="middle">ENABLE</text>
+<text x="402.21" y="590.55" font-size="17.145" text-anchor="end">→ 3, 1</text>
+</a></g>
+)svg");
+    EXPECT_EQ(left.substr(left.find("<header>"), left.find("<main>") - left.find("<header>")), R"svg(<header>
+<nav aria-label="Way to this page"><a href="index.html">lamp</a><a href="page-1.html">1 lamp</a></nav>
+<nav aria-label="Neighbouring pages"><a href="page-1.html" rel="prev">Previous page: 1 lamp</a><a href="page-3.html" rel="next">Next page: 3 channel</a></nav>
+<h1>Page 2: channel <span class="quiet">sheet 1 of channel at /Left</span></h1>
+</header>
+)svg");
+
+    // Of many other ends the next few are named.
+    std::string groups, comps;
+    for (const std::string n : {"1", "2", "3", "4", "5", "6"}) {
+        groups += (groups.empty() ? "" : ",") + (R"({"index": "group:)" + n + R"(", "name": "s)" + n) +
+                  R"(", "members": ["comp:)" + n + R"("]})";
+        comps += (comps.empty() ? "" : ",") + (R"({"index": "comp:)" + n + R"(", "label": "NET", )") +
+                 R"("types": ["connector"], "definition": "comp:90", "drawn": [{"on": "group:)" + n +
+                 R"(", "body": {}}]})";
+    }
+    Write("many.json", R"({"format": "quill-design", "version": 1, "blocks": [
+{"index": "block:1", "name": "b", "types": ["schematic"], "groups": [)" +
+                           groups + R"(], "comps": [)" + comps + R"(]},
+{"index": "block:2", "name": "lib", "types": ["symbol"], "comps": [{"index": "comp:90", "name": "F.1", "types": ["symbol"]}]}],
+"configurations": [{"index": "config:1", "name": "b", "root": "block:1"}]})");
+    EXPECT_NE(Run("render many.json 4 -o -").out.find("<title>NET, leads to pages 5, 6, 1, 2, \u2026</title>"),
+              std::string::npos);
+    ASSERT_EQ(Run("report many.json -o site"), (Tests::Outcome{0, ""}));
+    EXPECT_NE(
+        Read("site/page-4.html")
+            .find(R"(<td><a href="page-5.html#o-7-0-5">Page 5</a> <span class="quiet">also on)"
+                  R"(</span> <a href="page-6.html">6</a> <a href="page-1.html">1</a> <a href="page-2.html">2</a> )"
+                  R"(<span class="quiet">and more</span></td>)"),
+        std::string::npos);
 }
 
 TEST_F(Report, TakesThePlaceOfAnEarlierReportOnly) {
