@@ -1,4 +1,4 @@
-// A design file that was changed at random, or that holds any bytes: it is refused, or a design that can be written.
+// A design file that was changed at random, or that holds any bytes: it is refused, or a design through and through.
 //
 // An input that begins as such files do is one. Any other is what is changed of a file that holds a small design, in
 // groups of four bytes: three for the place, one that is combined with what stands there.
@@ -52,13 +52,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Orin::DesignDb::Database database;
     Orin::String name("untouched");
     const Orin::Result opened =
-        Orin::DesignDb::OpenDesignFile(database, "fuzz", path, Orin::DesignDb::EFileAccess::Read, name);
+        Orin::DesignDb::OpenDesignFile(database, "file", path, Orin::DesignDb::EFileAccess::Read, name);
     if (!opened) {
-        Fuzz::Require(name.View() == "untouched");
+        const int code = opened.GetErrorCode();
+        Fuzz::Require(name.View() == "untouched" && (code == static_cast<int>(Orin::EErrorCode::StoreFailed) ||
+                                                     code == static_cast<int>(Orin::EErrorCode::OutOfMemory)));
         return 0;
     }
     const Fuzz::Design design(database);
     std::string text;
     Fuzz::Require(static_cast<bool>(Quill::Interchange::WriteDesignJson(design.snapshot, name, text)));
+    const Fuzz::Design again;
+    Fuzz::Require(!Quill::Interchange::ReadDesignJson(text, again.snapshot, name).has_value());
     return 0;
 }

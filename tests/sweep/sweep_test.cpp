@@ -233,42 +233,50 @@ TEST(Sweep, HasARowForEveryOperationThatMayCallTheDatabase) {
         EXPECT_TRUE(count == 0 || exported.count(name) != 0) << name << " is not exported any more";
 }
 
-// Hands each operation to `work`.
-template <class Work>
-void ForEachOperation(const Work& work) {
-    for (const Family& family : AllOperations())
-        for (const Operation& operation : family.operations) {
-            SCOPED_TRACE(std::string(family.prefix) + operation.names);
-            work(operation, Sweep(operation));
-        }
-}
+class EveryOperation : public testing::TestWithParam<std::vector<Family> (*)()> {
+protected:
+    // Hands each operation to `work`, which gives the number of failures that it has tried.
+    template <class Work>
+    static void ForEach(const char* failures, const Work& work) {
+        unsigned pairs = 0;
+        for (const Family& family : GetParam()())
+            for (const Operation& operation : family.operations) {
+                SCOPED_TRACE(std::string(family.prefix) + operation.names);
+                pairs += work(operation, Sweep(operation));
+            }
+        std::cout << pairs << " pairs of operation and failing " << failures << '\n';
+    }
+};
 
-TEST(Sweep, EveryOperationKeepsItsPromisesWhicheverCallOfTheDatabaseFails) {
-    unsigned pairs = 0;
-    ForEachOperation([&](const Operation& operation, const Sweep& sweep) {
+// Each pair is tried with two codes, the call failing once and from then on.
+TEST_P(EveryOperation, KeepsItsPromisesWhicheverCallOfTheDatabaseFails) {
+    ForEach("call", [](const Operation& operation, const Sweep& sweep) {
         const bool promises = *operation.reports != 0 || std::string_view(operation.degraded) != "=";
         EXPECT_TRUE(sweep.Calls() != 0 || !promises) << "it calls nothing that could fail";
-        pairs += sweep.Calls();
         for (unsigned call = 1; call <= sweep.Calls(); ++call)
             for (const bool persistent : {false, true})
                 for (const EErrorCode code : {EErrorCode::NoValue, EErrorCode::StoreFailed}) {
                     SCOPED_TRACE("call " + Said(static_cast<int>(call), persistent, static_cast<int>(code)));
                     sweep.FailCall(call, persistent, code);
                 }
+        return sweep.Calls();
     });
-    std::cout << pairs << " pairs of operation and failing call, " << 4 * pairs << " runs\n";
 }
 
-TEST(Sweep, EveryOperationKeepsItsPromisesWhicheverAllocationFails) {
-    unsigned pairs = 0;
-    ForEachOperation([&](const Operation& operation, const Sweep& sweep) {
-        for (unsigned passed = 0; !operation.once; ++passed, ++pairs) {
+TEST_P(EveryOperation, KeepsItsPromisesWhicheverAllocationFails) {
+    ForEach("allocation", [](const Operation& operation, const Sweep& sweep) {
+        for (unsigned passed = 0; !operation.once; ++passed) {
             SCOPED_TRACE("allocation " + Word(static_cast<int>(passed)));
-            if (!sweep.FailAllocation(passed)) break;
+            if (!sweep.FailAllocation(passed)) return passed;
         }
+        return 0U;
     });
-    std::cout << pairs << " pairs of operation and failing allocation\n";
 }
+
+INSTANTIATE_TEST_SUITE_P(Sheets, EveryOperation, testing::Values(SheetOperations));
+INSTANTIATE_TEST_SUITE_P(Pages, EveryOperation, testing::Values(PageOperations));
+INSTANTIATE_TEST_SUITE_P(Data, EveryOperation, testing::Values(DataOperations));
+INSTANTIATE_TEST_SUITE_P(Events, EveryOperation, testing::Values(EventOperations));
 
 }  // namespace
 }  // namespace Quill::Sweep
