@@ -20,6 +20,7 @@ set(quill_same_version "(= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libquillutils${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/library/triggers)
 set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "utility library for schematic-capture applications
  Sheet names and their order, numbered pages of a hierarchy, the other ends of
  off-sheet connections, bus labels, identifiers and change events, with the

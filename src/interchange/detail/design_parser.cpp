@@ -54,7 +54,7 @@ public:
         // "[json.exception.parse_error.101] parse error at line 1, column 2: ..."
         std::string reason = error.what();
         reason.erase(0, std::min(reason.find("] ") + 2, reason.size()));
-        if (reason.size() > LongestReason) reason = reason.substr(0, LongestReason) + "...";
+        if (reason.size() > LongestReason) reason.replace(LongestReason, std::string::npos, "...");
         FailHere(reason);
     }
 
