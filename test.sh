@@ -10,7 +10,7 @@ Usage: ./test.sh [options]
 
 Builds the tests and runs all but the slow ones. Missing packages are installed first, with apt.
 
-  --preset NAME    build preset: dev (default), clang, asan, tsan, m32, mingw or mingw32
+  --preset NAME    build preset: dev (default), asan, tsan, m32, mingw or mingw32
   --label FOLDER   only the tests of this folder of tests/; may be repeated
   --slow           the slow tests too
   --help           this text

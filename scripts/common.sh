@@ -34,7 +34,7 @@ sqlite | sqlite3.h                  | libsqlite3-dev             | designs kept 
 test   | /usr/src/googletest/CMakeLists.txt | googletest         | test framework, built from its source
 bench  | benchmark/benchmark.h      | libbenchmark-dev           | benchmarks
 counts | valgrind                   | valgrind                   | counts instructions
-clang  | clang++                    | clang                      | second compiler, thread-safety analysis
+clang  | clang++                    | clang                      | second compiler
 deliver | pkg-config                | pkgconf                    | tries the installed library
 format | clang-format-14            | clang-format-14            | checks the formatting
 tidy   | run-clang-tidy-14          | clang-tidy-14              | static analysis
@@ -131,15 +131,14 @@ As root: apt-get install $*"
 # preset_groups PRESET: the groups of packages that building it needs.
 preset_groups() {
     case $1 in
-    dev | asan | tsan) echo build tools sqlite test ;;
+    dev | tsan) echo build tools sqlite test ;;
     release) echo build tools sqlite ;;
     bench) echo build tools sqlite bench ;;
-    clang) echo build tools sqlite test clang ;;
+    asan) echo build tools sqlite test clang fuzz ;;
     m32) echo build test m32 ;;
     mingw) echo build test mingw ;;
     mingw32) echo build test mingw32 ;;
     package) echo build tools sqlite package ;;
-    fuzz) echo build tools sqlite clang fuzz ;;
     *) return 1 ;;
     esac
 }

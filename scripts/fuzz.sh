@@ -12,8 +12,8 @@ seconds=$1
 shift
 
 # shellcheck disable=SC2046  # a list of words
-require_packages $(preset_groups fuzz)
-configure fuzz
+require_packages $(preset_groups asan)
+configure asan
 if [ $# -eq 0 ]; then
     build fuzzers
     for seeds in "$build_dir"/bin/*_fuzz.seeds; do

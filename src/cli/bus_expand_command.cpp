@@ -1,6 +1,8 @@
 // quill bus expand: the nets that a bus label stands for.
 #include <optional>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/bus_members.h"
 #include "cli/command.h"
 #include "cli/console.h"

@@ -1,4 +1,6 @@
 // quill connectors lonely: sheet connectors that lead nowhere.
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/sheet_connectors.h"

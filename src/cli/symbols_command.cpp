@@ -1,6 +1,8 @@
 // quill symbols: the symbols of a library.
 #include <filesystem>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/whole_file.h"

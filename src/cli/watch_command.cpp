@@ -9,6 +9,8 @@
 #include <optional>
 #include <thread>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/command.h"
 #include "cli/console.h"
 #include "config/dir_watch.h"
