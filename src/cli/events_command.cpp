@@ -81,7 +81,7 @@ std::vector<HeardEvent> Listen(OpenDesign& design, const Options& options, const
         const auto waited = std::chrono::duration_cast<std::chrono::microseconds>(clock.Waited());
         heard.push_back({std::move(event), clock.Line(), waited});
     });
-    listeners.Attach(design.snapshot, *client, options.all);
+    listeners.Attach(design.snapshot, *design.client, options.all);
     std::thread editing([&] {
         try {
             run.Execute(steps);
