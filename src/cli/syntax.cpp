@@ -1,6 +1,5 @@
 #include "cli/syntax.h"
 
-#include <cstdint>
 #include <optional>
 
 #include <CLI/CLI.hpp>
@@ -44,7 +43,7 @@ Parameter Syntax::Option(const char* names, T& value, const char* meaning) const
 template Parameter Syntax::Option(const char*, std::string&, const char*) const;
 template Parameter Syntax::Option(const char*, std::optional<std::string>&, const char*) const;
 template Parameter Syntax::Option(const char*, std::vector<std::string>&, const char*) const;
-template Parameter Syntax::Option(const char*, std::uint64_t&, const char*) const;
+template Parameter Syntax::Option(const char*, int&, const char*) const;
 template Parameter Syntax::Option(const char*, std::optional<unsigned>&, const char*) const;
 template Parameter Syntax::Option(const char*, std::optional<double>&, const char*) const;
 
