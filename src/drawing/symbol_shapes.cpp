@@ -179,7 +179,7 @@ bool IsSign(const std::string& name) {
     });
 }
 
-// A part with one pin needs no name for it, one with two no numbers.
+// A part with one pin needs no name for it, one with two no numbers, in the place of names neither.
 void DrawPin(const Pin& pin, const Box& body, std::size_t pins, std::vector<Shape>& shapes) {
     const Point inwards = Inwards(pin, body);
     const std::int64_t room = RoomFor(pin, inwards, shapes);
@@ -196,7 +196,8 @@ void DrawPin(const Pin& pin, const Box& body, std::size_t pins, std::vector<Shap
     const std::int64_t width = WidthOf(pin.name, DefaultTextHeight);
     const bool fits = length == 0 || width + NameGap <= room;
     const bool tells = room > 0 ? fits && (pins > 1 || length == 0) : pins > 2 && IsSign(pin.name);
-    if (tells && !pin.name.empty() && pin.name != "~")
+    const bool isNumber = pin.name == pin.number && length > 0;
+    if (tells && !isNumber && !pin.name.empty() && pin.name != "~")
         shapes.emplace_back(
             Beside(Ink::Attribute, pin.name, Moved(pin.inner, inwards, NameGap), DefaultTextHeight, inwards));
     if (pins < 3 || pin.number.empty() || length == 0) return;
