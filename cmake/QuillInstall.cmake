@@ -50,7 +50,8 @@ if(QUILL_BUILD_TOOLS)
     install(TARGETS quill RUNTIME COMPONENT tools)
     if(TARGET quill_manual)
         set(quill_manual_dir ${PROJECT_BINARY_DIR}/manual)
-        install(FILES ${quill_manual_dir}/quill.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+        install(FILES ${quill_manual_dir}/quill.1$<$<BOOL:${QUILL_BUILD_PACKAGES}>:.gz>
+            DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
         install(FILES ${quill_manual_dir}/quill.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
             RENAME quill COMPONENT tools)
         install(FILES ${quill_manual_dir}/_quill DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions

@@ -74,9 +74,10 @@ private:
         for (std::size_t at = 1; at < m_rest.size(); ++at) {
             char c = m_rest[at];
             if (c == '"') {
-                m_rest.remove_prefix(at + 1);
-                if (!m_rest.empty() && Blanks.find(m_rest.front()) == std::string_view::npos)
+                const std::string_view behind = m_rest.substr(at + 1);
+                if (!behind.empty() && Blanks.find(behind.front()) == std::string_view::npos)
                     Fail("A blank has to follow the closing quotation mark");
+                m_rest = behind;
                 return true;
             }
             if (c == '\\') {

@@ -62,13 +62,17 @@ void RemoveReport(const fs::path& folder, const std::set<std::string>& files) {
     rmdir(folder.c_str());
 }
 
+// The whole path of the folder, without a slash at its end.
+fs::path WholePath(const std::string& folder) {
+    std::error_code fault;
+    const fs::path path = fs::weakly_canonical(fs::absolute(folder, fault), fault);
+    if (fault) Fail(folder, fault.value());
+    return path.has_filename() ? path : path.parent_path();
+}
+
 }  // namespace
 
-ReportFolder::ReportFolder(const std::string& target) : m_name(target) {
-    std::error_code fault;
-    m_target = fs::weakly_canonical(fs::absolute(target, fault), fault);
-    if (fault) Fail(m_name, fault.value());
-    if (!m_target.has_filename()) m_target = m_target.parent_path();
+ReportFolder::ReportFolder(const std::string& target) : m_name(target), m_target(WholePath(target)) {
     CheckPlace();
     m_new = m_target.string() + fmt::format(".{}.tmp", getpid());
     if (mkdir(m_new.c_str(), 0777) != 0) {

@@ -32,7 +32,7 @@ private:
     void CheckPlace() const;
 
     const std::string m_name;  // as the user gave it
-    std::filesystem::path m_target;
+    const std::filesystem::path m_target;
     std::filesystem::path m_new;
     std::set<std::string> m_files;
 };
