@@ -66,10 +66,9 @@ void AppendLength(std::string& out, std::int64_t nanometres) {
     std::uint64_t rest = length % Unit;
     if (rest == 0) return;
     out += '.';
-    while (rest != 0) {
-        rest *= 10;
-        out += static_cast<char>('0' + rest / Unit);
-        rest %= Unit;
+    for (std::uint64_t digit = Unit / 10; rest != 0; digit /= 10) {
+        out += static_cast<char>('0' + rest / digit);
+        rest %= digit;
     }
 }
 
