@@ -13,7 +13,15 @@
 #include "tests/events/fake_snapshot.h"
 #include "tests/events/recording.h"
 
-#if defined(__SANITIZE_ADDRESS__)
+// g++ and clang tell of their sanitizer in different ways.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QUILL_FINDS_LEAKS
+#endif
+#elif defined(__SANITIZE_ADDRESS__)
+#define QUILL_FINDS_LEAKS
+#endif
+#if defined(QUILL_FINDS_LEAKS)
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -348,7 +356,7 @@ TEST(EventFilter, AThrowingCallLeavesTheRestOfTheQueueToBeDelivered) {
     };
     Registered<Thrower> thrower(&CORINEventDispatcher::AddEventObserver);
     OnAnotherThread([&] {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(QUILL_FINDS_LEAKS)
         const __lsan::ScopedDisabler abandoned;  // an item whose call throws is not destroyed
 #endif
         thrower.fake.observer->OnAfterTransaction();
