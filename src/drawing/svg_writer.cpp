@@ -10,8 +10,6 @@ namespace Quill::Drawing {
 
 namespace {
 
-using Orin::EHorizontalAlign;
-using Orin::ELinePattern;
 using Orin::EVerticalAlign;
 using Orin::Point;
 
