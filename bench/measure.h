@@ -44,7 +44,7 @@ struct Row {
     double operations = 1;     // how many times the work was done in `ours`, and the other in `yardstick`
     double ours = 0;           // seconds
     double yardstick = 0;      // seconds
-    double limit = 0;          // for ours / yardstick
+    double limit = 0;          // for ours / yardstick; 0 for none
     std::string note = {};
 };
 
