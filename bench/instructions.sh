@@ -14,7 +14,6 @@ hot_paths='
 ^NumberOfEach/           | the number of each of 100,000 pages
 ^NextConnector/1/        | the next end of a connector
 ^NextObjectId/           | the next object id
-^DirectCall              | a plain callback
 ^Translated/0$           | a translated callback
 ^BusLabels_Expand/       | expand a label of 1,000,000 members
 ^Sheets_Load/10000/      | load 10,000 sheets
