@@ -10,7 +10,6 @@ namespace Quill::Drawing {
 namespace {
 
 using Orin::EHorizontalAlign;
-using Orin::EOrientation;
 using Orin::EVerticalAlign;
 using Orin::Point;
 
