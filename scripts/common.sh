@@ -44,9 +44,9 @@ mingw  | x86_64-w64-mingw32-g++-posix | g++-mingw-w64-x86-64-posix | compiles fo
 mingw  | wine64                     | wine64                     | runs the Windows tests
 mingw32 | i686-w64-mingw32-g++-posix | g++-mingw-w64-i686-posix   | compiles for 32-bit Windows
 abi    | abidw                      | abigail-tools              | describes the types of the libraries
-abi    | python3                    | python3-minimal            | prints that description
+abi    | python3                    | python3                    | prints that description
 reference | doxygen                 | doxygen                    | writes the API reference
-reference | python3                 | python3-minimal            | prepares the headers for it
+reference | python3                 | python3                    | prepares the headers for it
 package | dpkg-shlibdeps            | dpkg-dev                   | finds what packages depend on
 package | lintian                   | lintian                    | judges packages
 package | debootstrap               | debootstrap                | makes a clean Debian to install them on
