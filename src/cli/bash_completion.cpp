@@ -121,9 +121,9 @@ std::string CaseOf(const CommandInfo& command) {
 
 }  // namespace
 
-std::string BashCompletion(const CLI::App& app) {
+std::string BashCompletion(const std::vector<CommandInfo>& commands) {
     std::string script = Head;
-    for (const CommandInfo& command : CommandTree(app))
+    for (const CommandInfo& command : commands)
         script += CaseOf(command);
     return script + Tail;
 }

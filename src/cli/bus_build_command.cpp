@@ -3,8 +3,6 @@
 #include <list>
 #include <optional>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/bus_members.h"
 #include "cli/command.h"
 #include "cli/console.h"

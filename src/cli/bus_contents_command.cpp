@@ -1,10 +1,10 @@
 // quill bus contents: the named buses of a design.
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "cli/bus_members.h"
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/json.h"
 #include "cli/open_design.h"
 #include "labels/bus_contents_utils.h"
 
@@ -41,16 +41,16 @@ struct NamedBus {
     }
 };
 
-nlohmann::ordered_json AsJson(const std::vector<NamedBus>& buses) {
-    auto answer = nlohmann::ordered_json::array();
+Json AsJson(const std::vector<NamedBus>& buses) {
+    Json answer = Json::EmptyList();
     for (const NamedBus& bus : buses) {
-        nlohmann::ordered_json object{{"name", bus.name}, {"contents", bus.contents}};
+        Json object{{"name", bus.name}, {"contents", bus.contents}};
         if (bus.Fault().empty()) {
-            object["resolved"] = bus.resolved.text;
+            object.Add("resolved", bus.resolved.text);
         } else {
-            object["fault"] = bus.Fault();
+            object.Add("fault", bus.Fault());
         }
-        answer.push_back(std::move(object));
+        answer.Add(std::move(object));
     }
     return answer;
 }

@@ -1,8 +1,6 @@
 // quill bus expand: the nets that a bus label stands for.
 #include <optional>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/bus_members.h"
 #include "cli/command.h"
 #include "cli/console.h"

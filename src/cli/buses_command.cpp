@@ -3,12 +3,12 @@
 #include <set>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "cli/bus_members.h"
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
+#include "cli/json.h"
 #include "cli/open_design.h"
 #include "interchange/kicad_import.h"
 
@@ -66,14 +66,14 @@ void AddBusesOf(const Orin::IBlock& block, const LabelRules& rules, std::vector<
     }
 }
 
-nlohmann::ordered_json AsJson(const std::vector<BusEntry>& buses) {
-    auto answer = nlohmann::ordered_json::array();
+Json AsJson(const std::vector<BusEntry>& buses) {
+    Json answer = Json::EmptyList();
     for (const BusEntry& bus : buses)
-        answer.push_back({{"block", bus.block},
-                          {"sheet", bus.sheet},
-                          {"label", bus.label},
-                          {"source", bus.source},
-                          {"members", bus.members}});
+        answer.Add({{"block", bus.block},
+                    {"sheet", bus.sheet},
+                    {"label", bus.label},
+                    {"source", bus.source},
+                    {"members", bus.members}});
     return answer;
 }
 

@@ -1,8 +1,7 @@
 #include "cli/connector_targets.h"
 
-#include <nlohmann/json.hpp>
-
 #include "cli/console.h"
+#include "cli/json.h"
 #include "cli/sheet_connectors.h"
 
 namespace Quill::Cli {
@@ -25,8 +24,8 @@ ExitCode ShowTargets(const TargetsOptions& options, bool nextOnly) {
         answer.push_back(*next);
     }
     if (options.json) {
-        const nlohmann::ordered_json list = AsJson(answer);
-        PrintJson(!nextOnly ? list : answer.empty() ? nlohmann::ordered_json() : list.front());
+        const Json list = AsJson(answer);
+        PrintJson(!nextOnly ? list : answer.empty() ? Json() : list.If<Json::List>()->front());
     } else if (!answer.empty()) {
         PrintText(AsTable(answer));
     }

@@ -2,10 +2,9 @@
 #include <algorithm>
 #include <optional>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/json.h"
 #include "cli/sheet_connectors.h"
 
 namespace Quill::Cli {
@@ -19,14 +18,14 @@ struct Options {
     bool json = false;
 };
 
-nlohmann::ordered_json ByLabel(const std::vector<ConnectorEntry>& connectors) {
-    auto answer = nlohmann::ordered_json::object();
+Json ByLabel(const std::vector<ConnectorEntry>& connectors) {
+    Json answer = Json::EmptyObject();
     for (auto connector = connectors.begin(); connector != connectors.end();) {
         const std::string& label = connector->label;
-        auto joined = nlohmann::ordered_json::array();
+        auto joined = Json::EmptyList();
         for (; connector != connectors.end() && connector->label == label; ++connector)
-            joined.push_back(AsJson(*connector));
-        answer[label] = std::move(joined);
+            joined.Add(AsJson(*connector));
+        answer.Add(label, std::move(joined));
     }
     return answer;
 }

@@ -1,5 +1,4 @@
 // quill connectors lonely: sheet connectors that lead nowhere.
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"

@@ -6,9 +6,9 @@
 #include <iostream>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 #include <unistd.h>
 
+#include "cli/json.h"
 #include "text/utf8.h"
 
 namespace Quill::Cli {
@@ -66,8 +66,8 @@ void Say(std::string_view message) {
     std::cerr << "quill: " << Printable(message) << '\n';
 }
 
-void PrintJson(const nlohmann::ordered_json& answer, int indent) {
-    const std::string text = answer.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+void PrintJson(const Json& answer, int indent) {
+    const std::string text = answer.Text(indent);
     // Outside of texts JSON has no characters above U+007F, and of control characters the line feed alone.
     std::string printable;
     for (std::string_view rest = text; !rest.empty();) {

@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
+#include "cli/json.h"
 
 namespace Quill::Cli {
 
@@ -20,8 +20,7 @@ void Say(std::string_view message);
 // An answer to standard output. Control characters as above are escaped, so that they are data for a reader of JSON and
 // nothing for a terminal; bytes that are not UTF-8, which JSON cannot hold, become U+FFFD. On one line, or indented by
 // as many blanks.
-constexpr int OneLine = -1;
-void PrintJson(const nlohmann::ordered_json& answer, int indent = 2);
+void PrintJson(const Json& answer, int indent = 2);
 
 // An answer for people to standard output: printable, and with its line ends.
 void PrintText(std::string_view text);
@@ -31,7 +30,7 @@ void PrintLines(const std::vector<std::string>& lines);
 
 // An answer in the form that was asked for.
 template <class T>
-void Print(bool json, const T& answer, nlohmann::ordered_json (*asJson)(const std::type_identity_t<T>&),
+void Print(bool json, const T& answer, Json (*asJson)(const std::type_identity_t<T>&),
            std::string (*asText)(const std::type_identity_t<T>&)) {
     if (json) {
         PrintJson(asJson(answer));

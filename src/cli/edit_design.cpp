@@ -1,9 +1,8 @@
 #include "cli/edit_design.h"
 
-#include <nlohmann/json.hpp>
-
 #include "cli/console.h"
 #include "cli/design_lookup.h"
+#include "cli/json.h"
 
 namespace Quill::Cli {
 
@@ -31,8 +30,8 @@ ExitCode EditDesign(const EditOptions& options, const OpenDesign& design, const 
 
 ExitCode PrintChanges(const EditOptions& options, const Changes& changes) {
     if (options.json) {
-        nlohmann::ordered_json answer{{"dryRun", options.dryRun}, {"changes", changes.sentences}};
-        answer.update(changes.fields);
+        Json answer{{"dryRun", options.dryRun}, {"changes", changes.sentences}};
+        answer.AddMembersOf(changes.fields);
         PrintJson(answer);
         return Done;
     }

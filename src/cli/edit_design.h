@@ -6,9 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/command.h"
+#include "cli/json.h"
 #include "cli/open_design.h"
 
 namespace Quill::Cli {
@@ -24,11 +23,11 @@ void AddEditOptions(const Syntax& command, EditOptions& options);
 
 // What an edit did: a sentence for each thing, and what a program wants to know besides, as members of a JSON object.
 struct Changes {
-    Changes(std::vector<std::string> said, nlohmann::ordered_json known = nlohmann::ordered_json::object())
+    Changes(std::vector<std::string> said, Json known = Json::EmptyObject())
         : sentences(std::move(said)), fields(std::move(known)) {}
 
     std::vector<std::string> sentences;
-    nlohmann::ordered_json fields;
+    Json fields;
 };
 
 using EditAction = std::function<Changes(const OpenDesign&)>;

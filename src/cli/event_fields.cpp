@@ -1,9 +1,10 @@
 #include "cli/event_fields.h"
 
-#include <limits>
 #include <optional>
+#include <utility>
 
 #include "cli/command.h"
+#include "cli/json.h"
 #include "interchange/index_text.h"
 #include "interchange/words.h"
 
@@ -11,28 +12,33 @@ namespace Quill::Cli {
 
 namespace {
 
-[[noreturn]] void Refuse(const EventJson& value, const char* wanted) {
-    throw CommandError(value.dump(-1, ' ', false, EventJson::error_handler_t::replace) + " is not " + wanted);
+[[noreturn]] void Refuse(const Json& value, const char* wanted) {
+    throw CommandError(value.Text() + " is not " + wanted);
 }
 
 template <class T>
-void ReadNumber(const EventJson& value, T& number) {
-    if (!value.is_number_integer()) Refuse(value, "a whole number");
-    // Numbers without a sign may be larger than the others.
-    const bool fits = value.is_number_unsigned()
-                          ? value.get<std::uint64_t>() <= static_cast<std::uint64_t>(std::numeric_limits<T>::max())
-                          : value.get<std::int64_t>() >= static_cast<std::int64_t>(std::numeric_limits<T>::min());
-    if (!fits) Refuse(value, "a number that fits");
-    number = value.get<T>();
+void ReadNumber(const Json& value, T& number) {
+    const auto store = [&](auto read) {
+        if (!std::in_range<T>(read)) Refuse(value, "a number that fits");
+        number = static_cast<T>(read);
+    };
+    if (const auto* const withSign = value.If<std::int64_t>()) {
+        store(*withSign);
+    } else if (const auto* const withoutSign = value.If<std::uint64_t>()) {
+        store(*withoutSign);
+    } else {
+        Refuse(value, "a whole number");
+    }
 }
 
-const EventJson& List(const EventJson& value) {
-    if (!value.is_array()) Refuse(value, "a list");
-    return value;
+const Json::List& List(const Json& value) {
+    const auto* const list = value.If<Json::List>();
+    if (list == nullptr) Refuse(value, "a list");
+    return *list;
 }
 
 template <class E>
-E WordIn(const EventJson& value) {
+E WordIn(const Json& value) {
     std::string word;
     ReadField(value, word);
     const std::optional<E> known = Interchange::ValueOf<E>(word);
@@ -42,18 +48,18 @@ E WordIn(const EventJson& value) {
 
 }  // namespace
 
-const EventJson& Member(const EventJson& object, const char* name) {
-    if (!object.is_object()) Refuse(object, "an object");
-    const auto found = object.find(name);
-    if (found == object.end()) throw CommandError(std::string(name) + " is missing");
+const Json& Member(const Json& object, const char* name) {
+    if (object.If<Json::Object>() == nullptr) Refuse(object, "an object");
+    const Json* const found = object.Find(name);
+    if (found == nullptr) throw CommandError(std::string(name) + " is missing");
     return *found;
 }
 
-EventJson FieldOf(const Orin::Index& index) {
+Json FieldOf(const Orin::Index& index) {
     return index.IsEmpty() ? std::string() : Interchange::IndexText(index);
 }
 
-void ReadField(const EventJson& value, Orin::Index& index) {
+void ReadField(const Json& value, Orin::Index& index) {
     std::string text;
     ReadField(value, text);
     const std::optional<Orin::Index> read = text.empty() ? Orin::Index() : Interchange::ParseIndex(text);
@@ -61,16 +67,16 @@ void ReadField(const EventJson& value, Orin::Index& index) {
     index = *read;
 }
 
-EventJson FieldOf(const Orin::ListT<Orin::Index>& indexes) {
-    EventJson list = EventJson::array();
+Json FieldOf(const Orin::ListT<Orin::Index>& indexes) {
+    Json list = Json::EmptyList();
     for (const Orin::Index& index : indexes)
-        list.push_back(FieldOf(index));
+        list.Add(FieldOf(index));
     return list;
 }
 
-void ReadField(const EventJson& value, Orin::ListT<Orin::Index>& indexes) {
+void ReadField(const Json& value, Orin::ListT<Orin::Index>& indexes) {
     Orin::ListT<Orin::Index> read;
-    for (const EventJson& item : List(value)) {
+    for (const Json& item : List(value)) {
         Orin::Index index;
         ReadField(item, index);
         read.Append(index);
@@ -78,47 +84,49 @@ void ReadField(const EventJson& value, Orin::ListT<Orin::Index>& indexes) {
     indexes = read;
 }
 
-EventJson FieldOf(const Orin::String& text) {
+Json FieldOf(const Orin::String& text) {
     return std::string(text.View());
 }
 
-void ReadField(const EventJson& value, Orin::String& text) {
+void ReadField(const Json& value, Orin::String& text) {
     std::string read;
     ReadField(value, read);
     text = Orin::String(std::string_view(read));
 }
 
-void ReadField(const EventJson& value, std::string& text) {
-    if (!value.is_string()) Refuse(value, "a text");
-    text = value.get<std::string>();
+void ReadField(const Json& value, std::string& text) {
+    const auto* const read = value.If<std::string>();
+    if (read == nullptr) Refuse(value, "a text");
+    text = *read;
 }
 
-void ReadField(const EventJson& value, std::uint32_t& number) {
+void ReadField(const Json& value, std::uint32_t& number) {
     ReadNumber(value, number);
 }
 
-void ReadField(const EventJson& value, std::int64_t& number) {
+void ReadField(const Json& value, std::int64_t& number) {
     ReadNumber(value, number);
 }
 
-void ReadField(const EventJson& value, int& number) {
+void ReadField(const Json& value, int& number) {
     ReadNumber(value, number);
 }
 
-void ReadField(const EventJson& value, bool& flag) {
-    if (!value.is_boolean()) Refuse(value, "true or false");
-    flag = value.get<bool>();
+void ReadField(const Json& value, bool& flag) {
+    const auto* const read = value.If<bool>();
+    if (read == nullptr) Refuse(value, "true or false");
+    flag = *read;
 }
 
 // ---- How a piece of a net is drawn ----
 
-EventJson FieldOf(const Orin::NetDataQuill& data) {
-    EventJson joints = EventJson::array();
+Json FieldOf(const Orin::NetDataQuill& data) {
+    Json joints = Json::EmptyList();
     for (const Orin::ListSegmentsQuillJoint& joint : data.segments.joints)
-        joints.push_back({joint.id, joint.position.x, joint.position.y, FieldOf(joint.attached)});
-    EventJson segments = EventJson::array();
+        joints.Add(Json::List{joint.id, joint.position.x, joint.position.y, FieldOf(joint.attached)});
+    Json segments = Json::EmptyList();
     for (const Orin::ListSegmentsQuillSegment& segment : data.segments.segments)
-        segments.push_back({segment.id, segment.from, segment.to});
+        segments.Add(Json::List{segment.id, segment.from, segment.to});
     return {{"id", data.objectId},
             {"joints", joints},
             {"segments", segments},
@@ -127,24 +135,26 @@ EventJson FieldOf(const Orin::NetDataQuill& data) {
             {"fill", Interchange::WordOf(data.style.fill)}};
 }
 
-void ReadField(const EventJson& value, Orin::NetDataQuill& data) {
+void ReadField(const Json& value, Orin::NetDataQuill& data) {
     Orin::NetDataQuill read;
     ReadField(Member(value, "id"), read.objectId);
-    for (const EventJson& item : List(Member(value, "joints"))) {
+    for (const Json& item : List(Member(value, "joints"))) {
         Orin::ListSegmentsQuillJoint joint;
-        if (List(item).size() != 4) Refuse(item, "a joint");
-        ReadField(item[0], joint.id);
-        ReadField(item[1], joint.position.x);
-        ReadField(item[2], joint.position.y);
-        ReadField(item[3], joint.attached);
+        const Json::List& parts = List(item);
+        if (parts.size() != 4) Refuse(item, "a joint");
+        ReadField(parts[0], joint.id);
+        ReadField(parts[1], joint.position.x);
+        ReadField(parts[2], joint.position.y);
+        ReadField(parts[3], joint.attached);
         read.segments.joints.Append(joint);
     }
-    for (const EventJson& item : List(Member(value, "segments"))) {
+    for (const Json& item : List(Member(value, "segments"))) {
         Orin::ListSegmentsQuillSegment segment;
-        if (List(item).size() != 3) Refuse(item, "a segment");
-        ReadField(item[0], segment.id);
-        ReadField(item[1], segment.from);
-        ReadField(item[2], segment.to);
+        const Json::List& parts = List(item);
+        if (parts.size() != 3) Refuse(item, "a segment");
+        ReadField(parts[0], segment.id);
+        ReadField(parts[1], segment.from);
+        ReadField(parts[2], segment.to);
         read.segments.segments.Append(segment);
     }
     ReadField(Member(value, "width"), read.style.width);

@@ -4,10 +4,10 @@
 #include <string_view>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/event_fields.h"
+#include "cli/json.h"
 #include "cli/whole_file.h"
 #include "text/ascii.h"
 #include "text/utf8.h"
@@ -18,27 +18,31 @@ namespace {
 
 constexpr const char* Format = "quill-events";
 constexpr int Version = 1;
+constexpr int Deepest = 8;  // more than any line that is written
 
 // JSON holds no bytes that are not UTF-8: such a text becomes {"hex": "4D6FFC"}.
-EventJson WithoutBytes(const EventJson& arguments) {
-    EventJson kept = arguments;
-    for (EventJson& value : kept) {
-        if (!value.is_string() || Text::IsUtf8(value.get_ref<const std::string&>())) continue;
+Json WithoutBytes(const Json& arguments) {
+    Json kept = arguments;
+    for (Json::Member& member : *kept.If<Json::Object>()) {
+        const auto* const text = member.value.If<std::string>();
+        if (text == nullptr || Text::IsUtf8(*text)) continue;
         std::string digits;
-        for (const char c : value.get_ref<const std::string&>())
+        for (const char c : *text)
             digits += fmt::format("{:02X}", static_cast<unsigned char>(c));
-        value = {{"hex", digits}};
+        member.value = {{"hex", digits}};
     }
     return kept;
 }
 
-EventJson WithBytes(const EventJson& kept) {
-    if (!kept.is_object()) throw CommandError("arguments are no object");
-    EventJson arguments = kept;
-    for (EventJson& value : arguments) {
-        if (!value.is_object() || value.size() != 1 || !value.contains("hex")) continue;
+Json WithBytes(const Json& kept) {
+    Json arguments = kept;
+    auto* const members = arguments.If<Json::Object>();
+    if (members == nullptr) throw CommandError("arguments are no object");
+    for (Json::Member& member : *members) {
+        const Json* const hex = member.value.Find("hex");
+        if (hex == nullptr || member.value.If<Json::Object>()->size() != 1) continue;
         std::string digits;
-        ReadField(value["hex"], digits);
+        ReadField(*hex, digits);
         std::string bytes;
         for (std::size_t i = 0; i < digits.size(); i += 2) {
             const int high = Text::HexDigit(digits[i]);
@@ -46,21 +50,12 @@ EventJson WithBytes(const EventJson& kept) {
             if (high < 0 || low < 0) throw CommandError(digits + " is not two hexadecimal digits a byte");
             bytes += static_cast<char>(high * 16 + low);
         }
-        value = bytes;
+        member.value = bytes;
     }
     return arguments;
 }
 
-// A line of a record. Deeper ones than any that is written are refused, since what handles JSON goes down with it.
-EventJson ParseLine(std::string_view text) {
-    constexpr int Deepest = 8;
-    return EventJson::parse(text, [](int depth, EventJson::parse_event_t, const EventJson&) {
-        if (depth > Deepest) throw CommandError("Is nested too deep");
-        return true;
-    });
-}
-
-void CheckHeading(const EventJson& heading) {
+void CheckHeading(const Json& heading) {
     std::string format;
     int version = 0;
     ReadField(Member(heading, "format"), format);
@@ -69,7 +64,14 @@ void CheckHeading(const EventJson& heading) {
     if (version != Version) throw CommandError(fmt::format("Version {} of records is not known", version));
 }
 
-HeardEvent FromJson(const EventJson& json) {
+Json AsJson(const HeardEvent& event, bool withTimes, const Json& arguments) {
+    Json json{{"line", event.line}};
+    if (withTimes) json.Add("waited", event.waited.count());
+    json.AddMembersOf({{"observer", event.event.observer}, {"event", event.event.name}, {"arguments", arguments}});
+    return json;
+}
+
+HeardEvent FromJson(const Json& json) {
     HeardEvent heard;
     std::uint32_t line = 0;
     std::int64_t waited = 0;
@@ -85,25 +87,14 @@ HeardEvent FromJson(const EventJson& json) {
 
 }  // namespace
 
-EventJson AsJson(const HeardEvent& event, bool withTimes) {
-    EventJson json{{"line", event.line}};
-    if (withTimes) json["waited"] = event.waited.count();
-    json["observer"] = event.event.observer;
-    json["event"] = event.event.name;
-    json["arguments"] = event.event.arguments;
-    return json;
+Json AsJson(const HeardEvent& event, bool withTimes) {
+    return AsJson(event, withTimes, event.event.arguments);
 }
 
 void WriteRecord(const std::string& path, const std::string& design, const std::vector<HeardEvent>& events) {
-    const auto line = [](const EventJson& json) {
-        return json.dump(-1, ' ', false, EventJson::error_handler_t::replace) + '\n';
-    };
-    std::string text = line({{"format", Format}, {"version", Version}, {"design", design}});
-    for (const HeardEvent& event : events) {
-        EventJson json = AsJson(event, true);
-        json["arguments"] = WithoutBytes(event.event.arguments);
-        text += line(json);
-    }
+    std::string text = Json{{"format", Format}, {"version", Version}, {"design", design}}.Text() + '\n';
+    for (const HeardEvent& event : events)
+        text += AsJson(event, true, WithoutBytes(event.event.arguments)).Text() + '\n';
     ReplaceFile(path, text);
 }
 
@@ -113,14 +104,12 @@ void ReadRecord(const std::string& path, const std::function<void(const HeardEve
     for (std::size_t number = 1; !rest.empty() || number == 1; ++number) {
         const std::size_t end = std::min(rest.find('\n'), rest.size());
         try {
-            const EventJson json = ParseLine(rest.substr(0, end));
+            const Json json = Json::Parse(rest.substr(0, end), Deepest);
             if (number == 1) {
                 CheckHeading(json);
             } else {
                 next(FromJson(json));
             }
-        } catch (const nlohmann::json::exception&) {
-            throw CommandError(fmt::format("{}:{}: This is no JSON", path, number));
         } catch (const CommandError& error) {
             throw CommandError(fmt::format("{}:{}: {}", path, number, error.what()));
         }

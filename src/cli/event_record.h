@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/events.h"
+#include "cli/json.h"
 
 namespace Quill::Cli {
 
@@ -17,7 +18,7 @@ struct HeardEvent {
 };
 
 // The form of `quill events --json`; without the time where not `withTimes`.
-nlohmann::ordered_json AsJson(const HeardEvent& event, bool withTimes);
+Json AsJson(const HeardEvent& event, bool withTimes);
 
 // Puts a record of the events in the place of `path`. Throws a CommandError as ReplaceFile does.
 void WriteRecord(const std::string& path, const std::string& design, const std::vector<HeardEvent>& events);

@@ -7,6 +7,7 @@
 
 #include "cli/command.h"
 #include "cli/event_fields.h"
+#include "cli/json.h"
 #include "events/orin_event_dispatcher.h"
 
 namespace Quill::Cli {
@@ -49,9 +50,9 @@ public:
     template <class Description, class... Values>
     void operator()(const Description& operation, const Values&... values) const noexcept {
         try {
-            EventJson arguments = EventJson::object();
+            Json arguments = Json::EmptyObject();
             std::size_t at = 0;
-            ((arguments[operation.fields[at++]] = FieldOf(values)), ...);
+            (arguments.Add(operation.fields[at++], FieldOf(values)), ...);
             m_sink({m_observer, operation.name, std::move(arguments)});
         } catch (...) {
             if (!m_failure) m_failure = std::current_exception();
@@ -66,7 +67,7 @@ private:
 
 // Calls the operation with arguments that are read first.
 template <class Observer, class... Arguments>
-void Play(const Operation<Observer, Arguments...>& operation, Observer& observer, const EventJson& arguments) {
+void Play(const Operation<Observer, Arguments...>& operation, Observer& observer, const Json& arguments) {
     std::tuple<std::decay_t<Arguments>...> values;
     const auto read = [&](const char* field, auto& value) {
         if (field != nullptr) ReadField(Member(arguments, field), value);
@@ -83,13 +84,13 @@ void Play(const Operation<Observer, Arguments...>& operation, Observer& observer
 template <class Observer>
 struct Row {
     const char* name;
-    void (*play)(Observer& observer, const EventJson& arguments);
+    void (*play)(Observer& observer, const Json& arguments);
 };
 
 template <const auto& TheOperation, class Observer>
 constexpr Row<Observer> RowOf() {
     return {TheOperation.name,
-            [](Observer& observer, const EventJson& arguments) { Play(TheOperation, observer, arguments); }};
+            [](Observer& observer, const Json& arguments) { Play(TheOperation, observer, arguments); }};
 }
 
 template <class Observer, std::size_t Count>

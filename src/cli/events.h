@@ -7,17 +7,16 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
+#include "cli/json.h"
 #include "orin/orin.h"
 
 namespace Quill::Cli {
 
 // One call of an observer.
 struct Event {
-    std::string observer;              // "schematic", "navigator", "database" or "client"
-    std::string name;                  // of the operation
-    nlohmann::ordered_json arguments;  // by their names; indexes as docs/design-json.md has them, bytes as they are
+    std::string observer;  // "schematic", "navigator", "database" or "client"
+    std::string name;      // of the operation
+    Json arguments;        // by their names; indexes as docs/design-json.md has them, bytes as they are
 };
 
 // An observer of each kind, which write down what they are called with. All operations are for the thread that owns

@@ -4,13 +4,13 @@
 #include <thread>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
 #include "cli/event_clock.h"
 #include "cli/event_record.h"
+#include "cli/json.h"
 #include "cli/open_design.h"
 #include "cli/whole_file.h"
 #include "events/orin_event_dispatcher.h"
@@ -32,16 +32,16 @@ struct Options {
 };
 
 // The value of an argument; in quotation marks where its end would not be seen.
-std::string ValueText(const nlohmann::ordered_json& value) {
-    if (!value.is_string()) return value.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-    const std::string text = value.get<std::string>();
-    return text.empty() || text.find_first_of(" ,") != std::string::npos ? '"' + text + '"' : text;
+std::string ValueText(const Json& value) {
+    const auto* const text = value.If<std::string>();
+    if (text == nullptr) return value.Text();
+    return text->empty() || text->find_first_of(" ,") != std::string::npos ? '"' + *text + '"' : *text;
 }
 
 // "object net:12, block block:1, label OUT"
-std::string Details(const nlohmann::ordered_json& arguments) {
+std::string Details(const Json& arguments) {
     std::string details;
-    for (const auto& [name, value] : arguments.items()) {
+    for (const auto& [name, value] : *arguments.If<Json::Object>()) {
         if (!details.empty()) details += ", ";
         details += name + " " + ValueText(value);
     }
@@ -51,7 +51,7 @@ std::string Details(const nlohmann::ordered_json& arguments) {
 void Print(const std::vector<HeardEvent>& events, const Options& options) {
     if (options.json) {
         for (const HeardEvent& event : events)
-            PrintJson(AsJson(event, !options.noTimes), OneLine);
+            PrintJson(AsJson(event, !options.noTimes), Json::OneLine);
         return;
     }
     std::vector<Table::Column> columns{{"Line", Table::Align::Right}};

@@ -1,19 +1,17 @@
 // quill flows: the design flows, and what holds for a design in each.
 #include <optional>
 
-#include <nlohmann/json.hpp>
-
 #include "attributes/attribute_names.h"
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/flow_lookup.h"
+#include "cli/json.h"
 #include "config/flow_type_info.h"
 
 namespace Quill::Cli {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using AttrNames = NQuillUtils::NAttributeNames::CQuillAttrNames;
 
 struct Options {
@@ -63,9 +61,9 @@ Json FlowAsJson(const CFlow& flow) {
 }
 
 Json AsJson(const std::list<CFlow>& flows) {
-    auto answer = Json::array();
+    Json answer = Json::EmptyList();
     for (const CFlow& flow : flows)
-        answer.push_back(FlowAsJson(flow));
+        answer.Add(FlowAsJson(flow));
     return answer;
 }
 
@@ -84,8 +82,10 @@ std::string AsTable(const std::list<CFlow>& flows) {
 Json NamesAsJson(const CFlow& flow) {
     AttrNames names(flow.GetType());
     Json answer = FlowAsJson(flow);
+    Json attributes;
     for (const AttributeRow& row : Attributes)
-        answer["attributes"][row.what] = (names.*row.name)();
+        attributes.Add(row.what, (names.*row.name)());
+    answer.Add("attributes", std::move(attributes));
     return answer;
 }
 

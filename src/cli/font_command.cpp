@@ -1,9 +1,9 @@
 // quill font: what a font string says.
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/json.h"
 #include "config/font_string_parser.h"
 
 namespace Quill::Cli {
@@ -11,8 +11,6 @@ namespace Quill::Cli {
 namespace {
 
 using Parser = Fonts::CFontStringParser;
-using Json = nlohmann::ordered_json;
-
 struct Options {
     std::string text;
     bool json = false;
@@ -21,14 +19,14 @@ struct Options {
 Json AsJson(const Parser::CFontData& font) {
     Json answer{{"text", Parser::toString(font)}, {"style", font.Style()}, {"custom", font.Custom()}};
     if (font.Custom())
-        answer.update({{"face", font.FontFace()},
-                       {"styleName", font.FontStyle()},
-                       {"weight", font.FontWeight()},
-                       {"strikeout", font.FontStrikeout()},
-                       {"underline", font.FontUnderline()},
-                       {"bold", font.FontBold()},
-                       {"italic", font.FontItalic()},
-                       {"charset", font.FontCharset()}});
+        answer.AddMembersOf({{"face", font.FontFace()},
+                             {"styleName", font.FontStyle()},
+                             {"weight", font.FontWeight()},
+                             {"strikeout", font.FontStrikeout()},
+                             {"underline", font.FontUnderline()},
+                             {"bold", font.FontBold()},
+                             {"italic", font.FontItalic()},
+                             {"charset", font.FontCharset()}});
     return answer;
 }
 
@@ -36,8 +34,10 @@ Json AsJson(const Parser::CFontData& font) {
 std::string AsTable(const Parser::CFontData& font) {
     Table table({{"Field"}, {"Value"}});
     const Json fields = AsJson(font);
-    for (const auto& [name, value] : fields.items())
-        table.AddRow({name, value.is_string() ? value.get<std::string>() : value.dump()});
+    for (const auto& [name, value] : *fields.If<Json::Object>()) {
+        const auto* const text = value.If<std::string>();
+        table.AddRow({name, text != nullptr ? *text : value.Text()});
+    }
     return table.Render(HasColours());
 }
 

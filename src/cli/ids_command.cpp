@@ -3,20 +3,18 @@
 #include <optional>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
 #include "cli/graphics.h"
+#include "cli/json.h"
 #include "cli/open_design.h"
 #include "ids/id_generator.h"
 
 namespace Quill::Cli {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // The ids of one kind.
 struct Ids {
@@ -66,12 +64,12 @@ std::vector<Ids> IdsOf(const Orin::ContainerT<const Orin::IBlock>& block,
 }
 
 Json AsJson(const std::vector<Ids>& all) {
-    auto answer = Json::object();
+    Json answer = Json::EmptyObject();
     for (const Ids& ids : all)
-        answer[ids.kind] = {{"used", ids.used.size()},
-                            {"highest", ids.used.empty() ? Json() : Json(ids.used.back())},
-                            {"next", ids.next ? Json(*ids.next) : Json()},
-                            {"doubled", ids.Doubled()}};
+        answer.Add(ids.kind, {{"used", ids.used.size()},
+                              {"highest", ids.used.empty() ? Json() : Json(ids.used.back())},
+                              {"next", ids.next ? Json(*ids.next) : Json()},
+                              {"doubled", ids.Doubled()}});
     return answer;
 }
 

@@ -4,11 +4,11 @@
 #include <unordered_map>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
+#include "cli/json.h"
 #include "cli/open_design.h"
 
 namespace Quill::Cli {
@@ -154,10 +154,10 @@ std::vector<std::pair<std::string, std::uint64_t>> Totals(const Counts& counts) 
             {"configurations", counts.configs}};
 }
 
-nlohmann::ordered_json AsJson(const OpenDesign& design, const Counts& counts) {
-    nlohmann::ordered_json kinds;
+Json AsJson(const OpenDesign& design, const Counts& counts) {
+    Json kinds;
     for (const auto& [kind, count] : Totals(counts))
-        kinds[kind] = count;
+        kinds.Add(kind, count);
     return {{"design", design.name}, {"pages", counts.pages}, {"counts", kinds}};
 }
 

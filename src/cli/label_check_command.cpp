@@ -1,10 +1,9 @@
 // quill label check: whether a text may be a label.
 #include <iostream>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/json.h"
 #include "labels/label_utils.h"
 
 namespace Quill::Cli {
@@ -31,9 +30,9 @@ constexpr Question Questions[] = {
 
 ExitCode Run(const Options& options) {
     if (options.json) {
-        nlohmann::ordered_json answer{{"text", options.text}};
+        Json answer{{"text", options.text}};
         for (const Question& question : Questions)
-            answer[question.name] = question.ask(options.text);
+            answer.Add(question.name, question.ask(options.text));
         PrintJson(answer);
     } else {
         Table table({{"Question"}, {"Answer"}});

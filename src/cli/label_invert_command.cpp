@@ -1,8 +1,6 @@
 // quill label invert: the label of the inverted signal.
 #include <iostream>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/command.h"
 #include "cli/console.h"
 #include "labels/label_utils.h"

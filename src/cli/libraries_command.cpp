@@ -1,8 +1,8 @@
 // quill libraries: the symbol libraries of a central library.
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/json.h"
 #include "config/symbol_library_finder.h"
 
 namespace Quill::Cli {
@@ -17,10 +17,10 @@ struct Options {
     bool json = false;
 };
 
-nlohmann::ordered_json AsJson(const Libraries& libraries) {
-    auto answer = nlohmann::ordered_json::array();
+Json AsJson(const Libraries& libraries) {
+    Json answer = Json::EmptyList();
     for (const auto* const library : libraries)
-        answer.push_back({{"alias", library->GetAlias()}, {"table", library->IsMega()}, {"path", library->GetPath()}});
+        answer.Add({{"alias", library->GetAlias()}, {"table", library->IsMega()}, {"path", library->GetPath()}});
     return answer;
 }
 

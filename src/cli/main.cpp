@@ -2,7 +2,10 @@
 #include <exception>
 #include <iostream>
 
+#include <CLI/CLI.hpp>
+
 #include "cli/command.h"
+#include "cli/command_tree.h"
 #include "cli/console.h"
 #include "cli/manual.h"
 #include "orin/result.h"
@@ -88,7 +91,7 @@ void AddGenerateOption(CLI::App& app) {
     const auto generate = [&app](const std::string& name) {
         for (const ManualForm& form : ManualForms)
             if (form.name == name) {
-                std::cout << form.write(app);
+                std::cout << form.write(CommandTree(app));
                 throw CLI::Success();
             }
         throw CLI::ValidationError("--generate", "There is no form " + name);

@@ -153,9 +153,8 @@ void Describe(const CommandInfo& command, Page& page) {
 
 }  // namespace
 
-std::string ManPage(const CLI::App& app) {
-    const std::vector<CommandInfo> tree = CommandTree(app);
-    const CommandInfo& program = tree.front();
+std::string ManPage(const std::vector<CommandInfo>& commands) {
+    const CommandInfo& program = commands.front();
     Page page;
     page.Request(fmt::format(".TH QUILL 1 \"\" \"{}\" \"User Commands\"", Escaped("quill " QUILL_VERSION)));
     page.Request(".nh");
@@ -179,7 +178,7 @@ std::string ManPage(const CLI::App& app) {
     for (const ArgumentInfo& option : program.options)
         page.Term(TermOf(option), DescriptionOf(option));
     page.Section("COMMANDS");
-    for (const CommandInfo& command : tree)
+    for (const CommandInfo& command : commands)
         if (!command.words.empty()) Describe(command, page);
     page.Terms("EXIT STATUS", ExitStatus);
     page.Terms("ENVIRONMENT", Environment);

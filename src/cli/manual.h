@@ -2,20 +2,21 @@
 #pragma once
 
 #include <string>
-#include <string_view>
+#include <vector>
 
-#include <CLI/CLI.hpp>
+#include "cli/command_tree.h"
 
 namespace Quill::Cli {
 
-std::string ManPage(const CLI::App& app);
-std::string BashCompletion(const CLI::App& app);
-std::string ZshCompletion(const CLI::App& app);
+// Each takes what CommandTree gives.
+std::string ManPage(const std::vector<CommandInfo>& commands);
+std::string BashCompletion(const std::vector<CommandInfo>& commands);
+std::string ZshCompletion(const std::vector<CommandInfo>& commands);
 
 // The forms of the manual, for the hidden option --generate.
 struct ManualForm {
     const char* name;
-    std::string (*write)(const CLI::App& app);
+    std::string (*write)(const std::vector<CommandInfo>& commands);
 };
 inline constexpr ManualForm ManualForms[] = {{"man", ManPage}, {"bash", BashCompletion}, {"zsh", ZshCompletion}};
 

@@ -1,8 +1,8 @@
 // quill map: what a name-map file says.
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/json.h"
 #include "cli/whole_file.h"
 #include "config/map_cfg_file.h"
 
@@ -17,10 +17,10 @@ struct Options {
     bool json = false;
 };
 
-nlohmann::ordered_json AsJson(const Pairs& pairs) {
-    auto answer = nlohmann::ordered_json::object();
+Json AsJson(const Pairs& pairs) {
+    Json answer = Json::EmptyObject();
     for (const auto& [key, value] : pairs)
-        answer[key] = value;
+        answer.Add(key, value);
     return answer;
 }
 

@@ -3,11 +3,11 @@
 #include <optional>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
+#include "cli/json.h"
 #include "cli/open_design.h"
 #include "designdata/net_names_collector.h"
 
@@ -49,10 +49,10 @@ std::map<std::string, Counts> CountNets(const Orin::IBlock& block) {
     return counts;
 }
 
-nlohmann::ordered_json AsJson(const std::vector<NetName>& names) {
-    auto answer = nlohmann::ordered_json::array();
+Json AsJson(const std::vector<NetName>& names) {
+    Json answer = Json::EmptyList();
     for (const NetName& name : names)
-        answer.push_back(
+        answer.Add(
             {{"block", name.block}, {"name", name.name}, {"nets", name.counts.nets}, {"pins", name.counts.pins}});
     return answer;
 }

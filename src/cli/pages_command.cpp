@@ -1,9 +1,9 @@
 // quill pages: all pages of a design, numbered.
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
+#include "cli/json.h"
 #include "cli/page_list.h"
 #include "cli/page_options.h"
 
@@ -17,16 +17,16 @@ struct Options {
     bool json = false;
 };
 
-nlohmann::ordered_json AsJson(const std::vector<PageEntry>& pages) {
-    auto answer = nlohmann::ordered_json::array();
+Json AsJson(const std::vector<PageEntry>& pages) {
+    Json answer = Json::EmptyList();
     for (const PageEntry& page : pages)
-        answer.push_back({{"number", page.number},
-                          {"name", page.id.name},
-                          {"block", page.block},
-                          {"sheet", page.sheet},
-                          {"path", page.way},
-                          {"printOrder", page.printOrder},
-                          {"excluded", page.excluded}});
+        answer.Add({{"number", page.number},
+                    {"name", page.id.name},
+                    {"block", page.block},
+                    {"sheet", page.sheet},
+                    {"path", page.way},
+                    {"printOrder", page.printOrder},
+                    {"excluded", page.excluded}});
     return answer;
 }
 

@@ -1,12 +1,11 @@
 // quill reuse: the marks of blocks that are placed as a whole.
 #include <optional>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
 #include "cli/edit_design.h"
+#include "cli/json.h"
 #include "properties/reuse_block.h"
 #include "properties/stored_attribute.h"
 
@@ -28,10 +27,10 @@ struct BlockEntry {
     bool isTopLevel = false;
 };
 
-nlohmann::ordered_json AsJson(const std::vector<BlockEntry>& blocks) {
-    auto answer = nlohmann::ordered_json::array();
+Json AsJson(const std::vector<BlockEntry>& blocks) {
+    Json answer = Json::EmptyList();
     for (const BlockEntry& block : blocks)
-        answer.push_back({{"block", block.name}, {"reuse", block.isReuse}, {"topLevel", block.isTopLevel}});
+        answer.Add({{"block", block.name}, {"reuse", block.isReuse}, {"topLevel", block.isTopLevel}});
     return answer;
 }
 

@@ -1,10 +1,9 @@
 #include "cli/save_points.h"
 
-#include <nlohmann/json.hpp>
-
 #include "attributes/common_rollback_ops.h"
 #include "cli/command.h"
 #include "cli/design_lookup.h"
+#include "cli/json.h"
 #include "designdb/editor.h"
 #include "properties/stored_attribute.h"
 
@@ -93,7 +92,7 @@ void MakeSavePoint(const OpenDesign& design, const SavePoint& point) {
     }
 }
 
-nlohmann::ordered_json AsJson(const SavePoint& point) {
+Json AsJson(const SavePoint& point) {
     return {{"name", point.name}, {"date", point.date}, {"comment", point.comment}, {"menu", point.MenuText()}};
 }
 

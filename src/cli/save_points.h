@@ -4,9 +4,8 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/edit_design.h"
+#include "cli/json.h"
 #include "cli/open_design.h"
 
 namespace Quill::Cli {
@@ -47,6 +46,6 @@ SavePoint FindSavePoint(const OpenDesign& design, const std::string& name);
 // failed Orin::Result, and there is none then.
 void MakeSavePoint(const OpenDesign& design, const SavePoint& point);
 
-nlohmann::ordered_json AsJson(const SavePoint& point);
+Json AsJson(const SavePoint& point);
 
 }  // namespace Quill::Cli

@@ -1,8 +1,8 @@
 // quill savepoint list: what a design can be restored to.
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
+#include "cli/json.h"
 #include "cli/save_points.h"
 
 namespace Quill::Cli {
@@ -14,10 +14,10 @@ struct Options {
     bool json = false;
 };
 
-nlohmann::ordered_json ListAsJson(const std::vector<SavePoint>& points) {
-    auto answer = nlohmann::ordered_json::array();
+Json ListAsJson(const std::vector<SavePoint>& points) {
+    Json answer = Json::EmptyList();
     for (const SavePoint& point : points)
-        answer.push_back(AsJson(point));
+        answer.Add(AsJson(point));
     return answer;
 }
 

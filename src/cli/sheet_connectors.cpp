@@ -5,11 +5,10 @@
 #include <map>
 #include <set>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
+#include "cli/json.h"
 #include "cli/progress.h"
 #include "pages/page_traverser.h"
 
@@ -176,7 +175,7 @@ std::vector<ConnectorEntry> SheetConnectors::Targets(const ConnectorEntry& from)
     return entries;
 }
 
-nlohmann::ordered_json AsJson(const ConnectorEntry& connector) {
+Json AsJson(const ConnectorEntry& connector) {
     return {{"key", connector.data.key},
             {"block", connector.block},
             {"sheet", connector.sheet},
@@ -184,12 +183,12 @@ nlohmann::ordered_json AsJson(const ConnectorEntry& connector) {
             {"symbol", connector.symbol}};
 }
 
-nlohmann::ordered_json AsJson(const std::vector<ConnectorEntry>& connectors) {
-    auto answer = nlohmann::ordered_json::array();
+Json AsJson(const std::vector<ConnectorEntry>& connectors) {
+    Json answer = Json::EmptyList();
     for (const ConnectorEntry& connector : connectors) {
-        nlohmann::ordered_json object{{"label", connector.label}};
-        object.update(AsJson(connector));
-        answer.push_back(std::move(object));
+        Json object{{"label", connector.label}};
+        object.AddMembersOf(AsJson(connector));
+        answer.Add(std::move(object));
     }
     return answer;
 }

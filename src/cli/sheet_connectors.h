@@ -5,8 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
+#include "cli/json.h"
 #include "cli/open_design.h"
 #include "sheets/sheet_connectors_cache.h"
 
@@ -59,9 +58,9 @@ private:
 };
 
 // Members of the JSON object of one connector; the label is not among them.
-nlohmann::ordered_json AsJson(const ConnectorEntry& connector);
+Json AsJson(const ConnectorEntry& connector);
 // An array of such objects, each with its label in front.
-nlohmann::ordered_json AsJson(const std::vector<ConnectorEntry>& connectors);
+Json AsJson(const std::vector<ConnectorEntry>& connectors);
 std::string AsTable(const std::vector<ConnectorEntry>& connectors);
 
 }  // namespace Quill::Cli

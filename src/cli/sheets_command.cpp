@@ -2,11 +2,11 @@
 #include <optional>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
+#include "cli/json.h"
 #include "cli/open_design.h"
 #include "sheets/sheet_name.h"
 #include "sheets/sheet_range.h"
@@ -40,14 +40,13 @@ SheetEntry Read(const Orin::IGroup& sheet) {
     return entry;
 }
 
-nlohmann::ordered_json AsJson(const std::vector<SheetEntry>& sheets) {
-    using Json = nlohmann::ordered_json;
-    auto answer = Json::array();
+Json AsJson(const std::vector<SheetEntry>& sheets) {
+    Json answer = Json::EmptyList();
     for (const SheetEntry& sheet : sheets)
-        answer.push_back({{"sheet", sheet.name},
-                          {"id", sheet.id ? Json(*sheet.id) : Json()},
-                          {"objects", sheet.objects},
-                          {"excluded", sheet.excluded}});
+        answer.Add({{"sheet", sheet.name},
+                    {"id", sheet.id ? Json(*sheet.id) : Json()},
+                    {"objects", sheet.objects},
+                    {"excluded", sheet.excluded}});
     return answer;
 }
 

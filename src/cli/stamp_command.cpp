@@ -1,12 +1,11 @@
 // quill stamp: the date stamps of sheets and symbols.
 #include <optional>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
 #include "cli/edit_design.h"
+#include "cli/json.h"
 #include "labels/time_stamp.h"
 #include "text/number.h"
 
@@ -85,14 +84,14 @@ std::string TimeOf(const std::string& stamp) {
     return seconds.Ok() ? time_stamp::at(seconds.value, time_stamp::formatted) : std::string();
 }
 
-nlohmann::ordered_json AsJson(const std::vector<Stamped>& all) {
-    auto answer = nlohmann::ordered_json::array();
+Json AsJson(const std::vector<Stamped>& all) {
+    Json answer = Json::EmptyList();
     for (const Stamped& stamped : all)
-        answer.push_back({{"kind", stamped.Kind()},
-                          {"block", stamped.block},
-                          {"name", stamped.name},
-                          {"stamp", stamped.stamp},
-                          {"time", TimeOf(stamped.stamp)}});
+        answer.Add({{"kind", stamped.Kind()},
+                    {"block", stamped.block},
+                    {"name", stamped.name},
+                    {"stamp", stamped.stamp},
+                    {"time", TimeOf(stamped.stamp)}});
     return answer;
 }
 

@@ -1,8 +1,6 @@
 // quill symbols: the symbols of a library.
 #include <filesystem>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/whole_file.h"

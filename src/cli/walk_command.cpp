@@ -1,34 +1,37 @@
 // quill walk: everything that is drawn on a sheet.
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/design_lookup.h"
 #include "cli/graphics.h"
+#include "cli/json.h"
 #include "cli/open_design.h"
 
 namespace Quill::Cli {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 Json IdAsJson(Orin::ItemId id) {
     return IsId(id) ? Json(id) : Json();
 }
 
 Json AsJson(const std::vector<Graphic>& graphics) {
-    auto answer = Json::array();
+    Json answer = Json::EmptyList();
     for (const Graphic& graphic : graphics) {
-        Json object{{"kind", graphic.kind}, {"id", IdAsJson(graphic.id)}, {"at", {graphic.at.x, graphic.at.y}}};
-        if (graphic.attributeId) object["attributeId"] = *graphic.attributeId;
-        if (!graphic.text.empty()) object["text"] = graphic.text;
+        Json object{
+            {"kind", graphic.kind}, {"id", IdAsJson(graphic.id)}, {"at", Json::List{graphic.at.x, graphic.at.y}}};
+        if (graphic.attributeId) object.Add("attributeId", *graphic.attributeId);
+        if (!graphic.text.empty()) object.Add("text", graphic.text);
+        Json joints;
         for (const Orin::ListSegmentsQuillJoint& joint : graphic.joints)
-            object["joints"].push_back(IdAsJson(joint.id));
+            joints.Add(IdAsJson(joint.id));
+        Json segments;
         for (const Orin::ListSegmentsQuillSegment& segment : graphic.segments)
-            object["segments"].push_back(IdAsJson(segment.id));
-        answer.push_back(std::move(object));
+            segments.Add(IdAsJson(segment.id));
+        if (!graphic.joints.empty()) object.Add("joints", std::move(joints));
+        if (!graphic.segments.empty()) object.Add("segments", std::move(segments));
+        answer.Add(std::move(object));
     }
     return answer;
 }

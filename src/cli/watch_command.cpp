@@ -9,8 +9,6 @@
 #include <optional>
 #include <thread>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/command.h"
 #include "cli/console.h"
 #include "config/dir_watch.h"
@@ -78,7 +76,7 @@ void RequireFolder(const std::string& folder) {
 
 void Report(const Options& options, std::uint32_t change) {
     if (options.json) {
-        PrintJson({{"change", change}, {"folder", options.folder}}, OneLine);
+        PrintJson({{"change", change}, {"folder", options.folder}}, Json::OneLine);
     } else {
         PrintText(Printable(options.folder) + " has changed\n");
     }

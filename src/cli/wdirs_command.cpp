@@ -2,8 +2,6 @@
 #include <algorithm>
 #include <optional>
 
-#include <nlohmann/json.hpp>
-
 #include "cli/command.h"
 #include "cli/console.h"
 #include "cli/flow_lookup.h"

@@ -60,9 +60,9 @@ std::string ArgumentsOf(const CommandInfo& command) {
 }
 
 // The function that leads to the commands below one.
-std::string Branch(const CommandInfo& command, const std::vector<CommandInfo>& tree) {
+std::string Branch(const CommandInfo& command, const std::vector<CommandInfo>& commands) {
     std::string list, cases;
-    for (const CommandInfo& other : tree) {
+    for (const CommandInfo& other : commands) {
         if (other.words.size() != command.words.size() + 1 ||
             !std::equal(command.words.begin(), command.words.end(), other.words.begin()))
             continue;
@@ -87,11 +87,10 @@ std::string Branch(const CommandInfo& command, const std::vector<CommandInfo>& t
 
 }  // namespace
 
-std::string ZshCompletion(const CLI::App& app) {
-    const std::vector<CommandInfo> tree = CommandTree(app);
+std::string ZshCompletion(const std::vector<CommandInfo>& commands) {
     std::string script = "#compdef quill\n\n";
-    for (const CommandInfo& command : tree)
-        script += ArgumentsOf(command) + Branch(command, tree);
+    for (const CommandInfo& command : commands)
+        script += ArgumentsOf(command) + Branch(command, commands);
     // Called by the completion system with the file as a function, or read by "source" and registered.
     return script +
            "if [[ $funcstack[1] == _quill ]]; then\n"

@@ -35,6 +35,12 @@ public:
     bool operator==(const SheetName& other) const;
     bool operator!=(const SheetName& other) const;
 
+    // The names of the next three are reserved, and other programs rely on them.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreserved-identifier"
+#endif
+
     // The number. A text is read as a decimal integer at its beginning: white space, a sign, then digits up to the
     // first other character ("12b" is 12). A text without one reads as 0, one too large as the nearest integer.
     // The name stays the text that it is.
@@ -44,6 +50,10 @@ public:
     // becomes "5".
     int& __Number() noexcept;
     int* __NumberPtr() noexcept;
+
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 
 private:
     friend struct detail::SheetNameConstants;
