@@ -45,7 +45,7 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/quillutils70.pc.in quillutils70.pc @ONL
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/quillutils70.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)
 
-if(QUILL_BUILD_TOOLS)
+if(TARGET quill)
     set_target_properties(quill PROPERTIES INSTALL_RPATH "$ORIGIN/${quill_lib_from_bin}")
     install(TARGETS quill RUNTIME COMPONENT tools)
     if(TARGET quill_manual)

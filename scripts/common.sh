@@ -135,7 +135,7 @@ preset_groups() {
     release) echo build tools sqlite ;;
     bench) echo build tools sqlite bench ;;
     asan) echo build tools sqlite test clang fuzz ;;
-    m32) echo build test m32 ;;
+    m32) echo build tools sqlite test m32 ;;
     mingw) echo build test mingw ;;
     mingw32) echo build test mingw32 ;;
     package) echo build tools sqlite package ;;
