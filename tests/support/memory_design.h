@@ -2,9 +2,10 @@
 #pragma once
 
 #include <fstream>
-#include <iterator>
 #include <memory>
+#include <sstream>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -16,8 +17,9 @@
 namespace Tests {
 
 inline std::string FileText(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return std::move(text).str();
 }
 
 struct MemoryDesign {
