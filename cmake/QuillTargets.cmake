@@ -29,6 +29,16 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(quill_flags INTERFACE -Wno-null-dereference -Wno-restrict -Wzero-as-null-pointer-constant)
 endif()
 
+# quill_precompile(TARGET [HEADERS...]): the standard headers that most files include, and others, are read once for the
+# whole target. The presets for daily work and for packages do without, so that a file that misses an include is found.
+function(quill_precompile target)
+    if(QUILL_PRECOMPILE)
+        target_precompile_headers(${target} PRIVATE <algorithm> <atomic> <chrono> <cstdint> <functional> <iostream> <list>
+            <map> <memory> <mutex> <optional> <set> <string> <string_view> <unordered_map> <unordered_set> <utility>
+            <vector> ${ARGN})
+    endif()
+endfunction()
+
 # quill_library(NAME): one of the installed libraries, with a versioned file name. Its sources come from the folders, by
 # quill_sources.
 function(quill_library name)
