@@ -113,7 +113,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Quill::Utils::IdGenerator<Quill::Utils::ObjectId, 0> generator;
     Require(static_cast<bool>(generator.Init(design.blockHandle, sheet)));
     Quill::Utils::ObjectId id;
-    Require(static_cast<bool>(generator.GetNext(id)) && id.Value() > 0 && id.Value() < Quill::Utils::ReservedId);
+    Require(static_cast<bool>(generator.GetNext(id)) && id.Value() > 0 && id.Value() <= Quill::Utils::ReservedId);
 
     Quill::PageTraverser pages(design.snapshot, "top", Quill::EViewMode::Logical);
     pages.setAlgorithm(Quill::EAlgorithm::DepthFirst, Quill::ECompAlgorithm::Custom);
