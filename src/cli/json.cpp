@@ -12,7 +12,7 @@ namespace {
 
 using Tree = nlohmann::ordered_json;
 
-// Both go as deep as the value, which is an answer, whose depth its command fixes, or was read with a limit.
+// All go as deep as the value, which is an answer, whose depth its command fixes, or was read with a limit.
 // NOLINTBEGIN(misc-no-recursion)
 Tree TreeOf(const Json& value) {
     if (const auto* const flag = value.If<bool>()) return *flag;
@@ -63,9 +63,32 @@ Json ValueOf(const Tree& tree) {
             return {};
     }
 }
-// NOLINTEND(misc-no-recursion)
 
 }  // namespace
+
+Json::Json(const Json& other) {
+    if (const auto* const list = other.If<List>()) {
+        m_value.emplace<List>(*list);
+    } else if (const auto* const object = other.If<Object>()) {
+        m_value.emplace<Object>(*object);
+    } else if (const auto* const text = other.If<std::string>()) {
+        m_value = *text;
+    } else if (const auto* const flag = other.If<bool>()) {
+        m_value = *flag;
+    } else if (const auto* const number = other.If<std::int64_t>()) {
+        m_value = *number;
+    } else if (const auto* const natural = other.If<std::uint64_t>()) {
+        m_value = *natural;
+    } else if (const auto* const real = other.If<double>()) {
+        m_value = *real;
+    }
+}
+// NOLINTEND(misc-no-recursion)
+
+Json& Json::operator=(const Json& other) {
+    *this = Json(other);
+    return *this;
+}
 
 Json::Json(double number) : m_value(number) {}
 Json::Json(const char* text) : m_value(std::string(text)) {}

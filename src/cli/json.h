@@ -25,6 +25,11 @@ public:
     using Object = std::vector<Member>;
 
     Json() noexcept;
+    Json(const Json& other);
+    Json(Json&& other) noexcept;
+    Json& operator=(const Json& other);
+    Json& operator=(Json&& other) noexcept;
+    ~Json();
     template <std::same_as<bool> T>
     Json(T flag);
     template <std::signed_integral T>
@@ -79,6 +84,9 @@ struct Json::Member {
 
 // Here, where the type of the members is whole.
 inline Json::Json() noexcept = default;
+inline Json::Json(Json&& other) noexcept = default;
+inline Json& Json::operator=(Json&& other) noexcept = default;
+inline Json::~Json() = default;
 
 template <std::same_as<bool> T>
 Json::Json(T flag) : m_value(flag) {}
