@@ -68,7 +68,7 @@ Json AsJson(const std::vector<Ids>& all) {
     for (const Ids& ids : all)
         answer.Add(ids.kind, {{"used", ids.used.size()},
                               {"highest", ids.used.empty() ? Json() : Json(ids.used.back())},
-                              {"next", ids.next ? Json(*ids.next) : Json()},
+                              {"next", ids.next},
                               {"doubled", ids.Doubled()}});
     return answer;
 }

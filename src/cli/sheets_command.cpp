@@ -43,10 +43,7 @@ SheetEntry Read(const Orin::IGroup& sheet) {
 Json AsJson(const std::vector<SheetEntry>& sheets) {
     Json answer = Json::EmptyList();
     for (const SheetEntry& sheet : sheets)
-        answer.Add({{"sheet", sheet.name},
-                    {"id", sheet.id ? Json(*sheet.id) : Json()},
-                    {"objects", sheet.objects},
-                    {"excluded", sheet.excluded}});
+        answer.Add({{"sheet", sheet.name}, {"id", sheet.id}, {"objects", sheet.objects}, {"excluded", sheet.excluded}});
     return answer;
 }
 
