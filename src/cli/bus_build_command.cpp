@@ -13,7 +13,7 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct BusBuildOptions {
     std::vector<std::string> nets;
     std::optional<std::string> old;
     std::optional<std::string> design;
@@ -23,13 +23,13 @@ struct Options {
 };
 
 // The new label of a bus that had the label `old`.
-std::string Rebuilt(const std::string& old, const Options& options, const LabelRules& rules) {
+std::string Rebuilt(const std::string& old, const BusBuildOptions& options, const LabelRules& rules) {
     MembersOf(old, rules);  // reports what the library must not be given: contents that go in a circle
     std::list<std::string> nets(options.nets.begin(), options.nets.end());
     return BusContents::Utils::BuildBusLabel(old, nets, options.bracketSingles, LimiterText(rules.limiter));
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunBusBuild(const BusBuildOptions& options) {
     const LabelRules rules = RulesOf(options.design, options.limiter);
     const RulesService service(rules);
     std::vector<std::string> nets = options.nets;
@@ -48,7 +48,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddBusBuildCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<BusBuildOptions>();
     const Syntax command = line.Add(
         "bus build", "Build a bus label out of nets",
         "Neighbours whose numbers are 1 apart become a range; nets without brackets come last. With --old, the\n"
@@ -58,7 +58,7 @@ void AddBusBuildCommand(CommandLine& line) {
         "  quill bus build 'D[3]' 'D[2]' 'D[1]' CLK\n"
         "  quill bus build 'D(0)' 'D(1)' --limiter '()'\n"
         "  quill bus build --old '{CLK}2' CLK CLK CLK",
-        [options] { return Run(*options); });
+        [options] { return RunBusBuild(*options); });
     command.Option("NET", options->nets, "nets in their order").Required();
     command.Option("--old", options->old, "the label that the bus had");
     command.Flag("--bracket-singles", options->bracketSingles, "write a single net as D[3], not as D3");

@@ -15,9 +15,9 @@ namespace {
 using BusContents::Utils::ResolvedContents;
 using BusContents::Utils::ResolveStatus;
 
-constexpr std::size_t MaximumLength = 1U << 20;
+constexpr std::size_t MaximumContents = 1U << 20;
 
-struct Options {
+struct BusContentsOptions {
     std::string design;
     bool json = false;
 };
@@ -33,7 +33,7 @@ struct NamedBus {
             case ResolveStatus::Cycle:
                 return fmt::format("circle: {}", fmt::join(resolved.cycle, ", "));
             case ResolveStatus::TooLong:
-                return fmt::format("longer than {} bytes", MaximumLength);
+                return fmt::format("longer than {} bytes", MaximumContents);
             case ResolveStatus::Ok:
                 break;
         }
@@ -62,14 +62,14 @@ std::string AsTable(const std::vector<NamedBus>& buses) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunBusContents(const BusContentsOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     const LabelRules rules = RulesOfProject();
     std::vector<NamedBus> buses;
     ExitCode code = Done;
     for (const auto& [name, contents] : rules.contents) {
         buses.push_back(
-            {name, contents, BusContents::Utils::resolve_bus_contents_checked(name, rules.contents, MaximumLength)});
+            {name, contents, BusContents::Utils::resolve_bus_contents_checked(name, rules.contents, MaximumContents)});
         if (buses.back().Fault().empty()) continue;
         Say("Bus " + name + " stands for no nets: " + buses.back().Fault());
         code = NegativeAnswer;
@@ -81,13 +81,13 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddBusContentsCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<BusContentsOptions>();
     const Syntax command = line.Add("bus contents", "List the named buses of a design with what they contain",
                                     "Exit code 1 when buses list each other in a circle.\n"
                                     "\n"
                                     "Examples:\n"
                                     "  quill bus contents examples/vibration-recorder.json",
-                                    [options] { return Run(*options); });
+                                    [options] { return RunBusContents(*options); });
     AddDesignArgument(command, options->design);
     AddJsonFlag(command, options->json);
 }

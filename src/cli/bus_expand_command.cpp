@@ -9,14 +9,14 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct BusExpandOptions {
     std::string label;
     std::optional<std::string> design;
     std::optional<std::string> limiter;
     bool json = false;
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunBusExpand(const BusExpandOptions& options) {
     const LabelRules rules = RulesOf(options.design, options.limiter);
     const std::vector<std::string> members = MembersOf(options.label, rules);
     if (options.json) {
@@ -30,7 +30,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddBusExpandCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<BusExpandOptions>();
     const Syntax command = line.Add(
         "bus expand", "List the nets that a bus label stands for",
         "The label is a list of nets, ranges such as D[7:0], and bundles such as {CLK,D[1:0]}2. With a design,\n"
@@ -41,7 +41,7 @@ void AddBusExpandCommand(CommandLine& line) {
         "  quill bus expand 'D[7:0],CLK'\n"
         "  quill bus expand 'D(3:0)' --limiter '()'\n"
         "  quill bus expand SPI --design examples/vibration-recorder.json --json",
-        [options] { return Run(*options); });
+        [options] { return RunBusExpand(*options); });
     command.Option("LABEL", options->label, "bus label").Required();
     AddRuleOptions(command, options->design, options->limiter);
     AddJsonFlag(command, options->json);

@@ -18,7 +18,7 @@ namespace {
 
 namespace Attributes = Interchange::KicadAttributes;
 
-struct Options {
+struct BusesOptions {
     std::string design;
     std::optional<std::string> block;
     bool json = false;
@@ -87,7 +87,7 @@ std::string AsTable(const std::vector<BusEntry>& buses) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunBuses(const BusesOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     const LabelRules rules = RulesOfProject();
     std::vector<BusEntry> buses;
@@ -101,7 +101,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddBusesCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<BusesOptions>();
     const Syntax command = line.Add(
         "buses", "List the labels of all buses with the nets that they stand for",
         "Each label of a block stands once, with the first sheet that bears it. JSON has all nets, and beside the\n"
@@ -110,7 +110,7 @@ void AddBusesCommand(CommandLine& line) {
         "Examples:\n"
         "  quill buses examples/vibration-recorder.json\n"
         "  quill buses examples/vibration-recorder.json --block controller --json",
-        [options] { return Run(*options); });
+        [options] { return RunBuses(*options); });
     AddDesignArgument(command, options->design);
     command.Option("--block", options->block, "only those of the blocks of this name");
     AddJsonFlag(command, options->json);

@@ -27,7 +27,7 @@ ExitCode ShowTargets(const TargetsOptions& options, bool nextOnly) {
         const Json list = AsJson(answer);
         PrintJson(!nextOnly ? list : answer.empty() ? Json() : list.If<Json::List>()->front());
     } else if (!answer.empty()) {
-        PrintText(AsTable(answer));
+        PrintText(ConnectorTable(answer));
     }
     if (!answer.empty()) return Done;
     Say("The connector stands alone");

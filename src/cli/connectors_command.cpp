@@ -11,7 +11,7 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct ConnectorsOptions {
     std::string design;
     std::string config;
     std::optional<std::string> label;
@@ -30,14 +30,14 @@ Json ByLabel(const std::vector<ConnectorEntry>& connectors) {
     return answer;
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunConnectors(const ConnectorsOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     std::vector<ConnectorEntry> connectors = SheetConnectors(design, options.config).All();
     if (options.label) {
         const auto isOther = [&](const ConnectorEntry& connector) { return connector.label != *options.label; };
         connectors.erase(std::remove_if(connectors.begin(), connectors.end(), isOther), connectors.end());
     }
-    Print(options.json, connectors, ByLabel, AsTable);
+    Print(options.json, connectors, ByLabel, ConnectorTable);
     if (!options.label || !connectors.empty()) return Done;
     Say("There is no sheet connector with the label " + *options.label);
     return NegativeAnswer;
@@ -46,7 +46,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddConnectorsCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ConnectorsOptions>();
     const Syntax command = line.Add(
         "connectors", "List the sheet connectors of a design by their labels",
         "Connectors with one label are joined. Those of a label stand in page order; the page is its number in\n"
@@ -56,7 +56,7 @@ void AddConnectorsCommand(CommandLine& line) {
         "Examples:\n"
         "  quill connectors examples/vibration-recorder.json\n"
         "  quill connectors examples/vibration-recorder.json --label DRDY",
-        [options] { return Run(*options); });
+        [options] { return RunConnectors(*options); });
     AddDesignArgument(command, options->design);
     command.Option("--label", options->label, "only those with this label; exit code 1 when there are none");
     AddConfigOption(command, options->config);

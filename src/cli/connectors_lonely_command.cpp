@@ -8,13 +8,13 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct ConnectorsLonelyOptions {
     std::string design;
     std::string config;
     bool json = false;
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunConnectorsLonely(const ConnectorsLonelyOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     SheetConnectors connectors(design, options.config);
     std::vector<ConnectorEntry> lonely;
@@ -23,7 +23,7 @@ ExitCode Run(const Options& options) {
     if (options.json) {
         PrintJson(AsJson(lonely));
     } else if (!lonely.empty()) {
-        PrintText(AsTable(lonely));
+        PrintText(ConnectorTable(lonely));
     }
     return lonely.empty() ? Done : NegativeAnswer;
 }
@@ -31,13 +31,13 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddConnectorsLonelyCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ConnectorsLonelyOptions>();
     const Syntax command = line.Add("connectors lonely", "List the sheet connectors without another end",
                                     "Exit code 1 when there are any.\n"
                                     "\n"
                                     "Examples:\n"
                                     "  quill connectors lonely examples/vibration-recorder.json",
-                                    [options] { return Run(*options); });
+                                    [options] { return RunConnectorsLonely(*options); });
     AddDesignArgument(command, options->design);
     AddConfigOption(command, options->config);
     AddJsonFlag(command, options->json);

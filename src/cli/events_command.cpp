@@ -21,7 +21,7 @@ namespace {
 
 using NQuillUtils::NEvents::CORINEventDispatcher;
 
-struct Options {
+struct EventsOptions {
     std::string design;
     std::string edits;
     std::string record;
@@ -48,7 +48,7 @@ std::string Details(const Json& arguments) {
     return details;
 }
 
-void Print(const std::vector<HeardEvent>& events, const Options& options) {
+void Print(const std::vector<HeardEvent>& events, const EventsOptions& options) {
     if (options.json) {
         for (const HeardEvent& event : events)
             PrintJson(AsJson(event, !options.noTimes), Json::OneLine);
@@ -68,7 +68,7 @@ void Print(const std::vector<HeardEvent>& events, const Options& options) {
 }
 
 // What the steps of the script raise in the design. `failure` is filled when a step fails.
-std::vector<HeardEvent> Listen(OpenDesign& design, const Options& options, const std::vector<ScriptStep>& steps,
+std::vector<HeardEvent> Listen(OpenDesign& design, const EventsOptions& options, const std::vector<ScriptStep>& steps,
                                std::exception_ptr& failure) {
     const std::unique_ptr<Orin::OrinPI> client = design.database.Connect("edits");
     Orin::ContainerT<const Orin::ISnapshot> edited;
@@ -100,7 +100,7 @@ std::vector<HeardEvent> Listen(OpenDesign& design, const Options& options, const
     return heard;
 }
 
-ExitCode Follow(const Options& options) {
+ExitCode Follow(const EventsOptions& options) {
     const std::vector<ScriptStep> steps = ParseEditScript(options.edits, ReadWholeFile(options.edits));
     OpenDesign read = ReadDesign(options.design);
     OpenDesign design = read.isStored ? CopyOf(read) : std::move(read);
@@ -115,7 +115,7 @@ ExitCode Follow(const Options& options) {
     return Done;
 }
 
-ExitCode Replay(const Options& options) {
+ExitCode Replay(const EventsOptions& options) {
     std::vector<HeardEvent> heard;
     const HeardEvent* current = nullptr;
     EventListeners listeners([&](Event event) { heard.push_back({std::move(event), current->line, current->waited}); });
@@ -128,7 +128,7 @@ ExitCode Replay(const Options& options) {
     return Done;
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunEvents(const EventsOptions& options) {
     if (!options.replay.empty()) return Replay(options);
     if (options.edits.empty()) throw CommandError("DESIGN and EDITS are required, or --replay");
     return Follow(options);
@@ -137,7 +137,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddEventsCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<EventsOptions>();
     const Syntax command = line.Add(
         "events", "Show which events an application would hear of edits",
         "A second thread carries out the edit script EDITS (docs/edit-script.md) on the design in memory; the\n"
@@ -149,7 +149,7 @@ void AddEventsCommand(CommandLine& line) {
         "  quill events board.qdb rename.edits\n"
         "  quill events board.qdb rename.edits --all --json --record rename.events\n"
         "  quill events --replay rename.events",
-        [options] { return Run(*options); });
+        [options] { return RunEvents(*options); });
     const Parameter design =
         command.Option("DESIGN", options->design, "design file (.qdb), JSON, or the root schematic of a KiCad design");
     const Parameter edits = command.Option("EDITS", options->edits, "edit script");

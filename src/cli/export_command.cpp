@@ -6,12 +6,12 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct ExportOptions {
     std::string design;
     std::string target;
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunExport(const ExportOptions& options) {
     WriteDesign(options.target, ReadDesign(options.design));
     return Done;
 }
@@ -19,7 +19,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddExportCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ExportOptions>();
     const Syntax command =
         line.Add("export", "Write a design in another form",
                  "A design file (.qdb) that is there is left alone; a JSON file is replaced. Save points\n"
@@ -28,7 +28,7 @@ void AddExportCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill export board.qdb -o board.json\n"
                  "  quill export examples/vibration-recorder.json -o recorder.qdb",
-                 [options] { return Run(*options); });
+                 [options] { return RunExport(*options); });
     AddDesignArgument(command, options->design);
     command.Option("-o,--output", options->target, "file to write: JSON, or a design file when it ends in .qdb")
         .Required();

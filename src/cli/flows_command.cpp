@@ -14,7 +14,7 @@ namespace {
 
 using AttrNames = NQuillUtils::NAttributeNames::CQuillAttrNames;
 
-struct Options {
+struct FlowsOptions {
     std::optional<std::string> flow;
     bool json = false;
 };
@@ -25,7 +25,7 @@ struct AttributeRow {
 };
 
 // In the order of attributes/attribute_names.h.
-constexpr AttributeRow Attributes[] = {
+constexpr AttributeRow AttributeRows[] = {
     {"globalSignalName", &AttrNames::globalSignalName},
     {"partNumber", &AttrNames::partNumber},
     {"refDesignator", &AttrNames::refDesignator},
@@ -83,7 +83,7 @@ Json NamesAsJson(const CFlow& flow) {
     AttrNames names(flow.GetType());
     Json answer = FlowAsJson(flow);
     Json attributes;
-    for (const AttributeRow& row : Attributes)
+    for (const AttributeRow& row : AttributeRows)
         attributes.Add(row.what, (names.*row.name)());
     answer.Add("attributes", std::move(attributes));
     return answer;
@@ -92,12 +92,12 @@ Json NamesAsJson(const CFlow& flow) {
 std::string NamesAsTable(const CFlow& flow) {
     AttrNames names(flow.GetType());
     Table table({{"Attribute"}, {"Name"}});
-    for (const AttributeRow& row : Attributes)
+    for (const AttributeRow& row : AttributeRows)
         table.AddRow({row.what, (names.*row.name)()});
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunFlows(const FlowsOptions& options) {
     if (options.flow) {
         Print(options.json, FindFlow(*options.flow), NamesAsJson, NamesAsTable);
     } else {
@@ -109,7 +109,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddFlowsCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<FlowsOptions>();
     const Syntax command =
         line.Add("flows", "List the design flows, or the attribute names of one",
                  "With the kind of libraries that a flow works with, its settings and map file, and the\n"
@@ -119,7 +119,7 @@ void AddFlowsCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill flows\n"
                  "  quill flows netlist",
-                 [options] { return Run(*options); });
+                 [options] { return RunFlows(*options); });
     command.Option("FLOW", options->flow, "name or type of a flow");
     AddJsonFlag(command, options->json);
 }

@@ -11,7 +11,7 @@ namespace Quill::Cli {
 namespace {
 
 using Parser = Fonts::CFontStringParser;
-struct Options {
+struct FontOptions {
     std::string text;
     bool json = false;
 };
@@ -41,7 +41,7 @@ std::string AsTable(const Parser::CFontData& font) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunFont(const FontOptions& options) {
     Parser::CFontData font;
     Parser::fromString(options.text, font);
     Print(options.json, font, AsJson, AsTable);
@@ -51,7 +51,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddFontCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<FontOptions>();
     const Syntax command =
         line.Add("font", "Show what the font string of a text says",
                  "It is the number of a style, or for a custom font the number and eight fields with |\n"
@@ -59,7 +59,7 @@ void AddFontCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill font '3|Arial|0|700|0|0|1|0|0'",
-                 [options] { return Run(*options); });
+                 [options] { return RunFont(*options); });
     command.Option("TEXT", options->text, "font string").Required();
     AddJsonFlag(command, options->json);
 }

@@ -83,7 +83,7 @@ std::string AsTable(const std::vector<Ids>& all) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const SheetOptions& options) {
+ExitCode RunIds(const SheetOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     const Orin::ContainerT<const Orin::IBlock> block = FindBlock(*design.snapshot, options.block);
     const std::vector<Ids> all = IdsOf(block, FindSheet(*block, options.sheet));
@@ -108,7 +108,7 @@ void AddIdsCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill ids examples/vibration-recorder.json controller 1",
-                 [options] { return Run(*options); });
+                 [options] { return RunIds(*options); });
     AddSheetOptions(command, *options);
 }
 

@@ -6,13 +6,13 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct ImportOptions {
     std::string root;
     std::string target;
     Interchange::KicadOptions kicad;
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunImport(const ImportOptions& options) {
     if (IsSchematicPath(options.target))
         throw CommandError(options.target + ": A schematic is not overwritten with a design file");
     WriteDesign(options.target, ImportDesign(options.root, options.kicad));
@@ -22,7 +22,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddImportCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ImportOptions>();
     const Syntax command =
         line.Add("import", "Write a KiCad schematic down as a design file",
                  "Warnings go to standard error. When the schematic cannot be imported, or the file not be written,\n"
@@ -31,7 +31,7 @@ void AddImportCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill import board.kicad_sch -o board.qdb\n"
                  "  quill import board.kicad_sch -o board.json --merge-flat-sheets --allow-missing",
-                 [options] { return Run(*options); });
+                 [options] { return RunImport(*options); });
     command.Option("ROOT", options->root, "root schematic (.kicad_sch)").Required();
     command.Option("-o,--output", options->target, "file to write: JSON, or a design file when it ends in .qdb")
         .Required();

@@ -19,7 +19,7 @@ using Orin::ContainerT;
 using Orin::Index;
 using Orin::IteratorT;
 
-struct Options {
+struct InfoOptions {
     std::string design;
     std::string config;
     bool json = false;
@@ -184,7 +184,7 @@ std::string RenderTables(const OpenDesign& design, const Counts& counts) {
     return out + '\n' + table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunInfo(const InfoOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     const Counts counts = CountDesign(design, options.config);
     if (options.json) {
@@ -198,7 +198,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddInfoCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<InfoOptions>();
     const Syntax command = line.Add(
         "info", "Say what is in a design",
         "Pages are the sheets at each place of the hierarchy; everything else is counted once for each block.\n"
@@ -206,7 +206,7 @@ void AddInfoCommand(CommandLine& line) {
         "Examples:\n"
         "  quill info examples/vibration-recorder.json\n"
         "  quill info --json examples/vibration-recorder.json",
-        [options] { return Run(*options); });
+        [options] { return RunInfo(*options); });
     AddDesignArgument(command, options->design);
     AddConfigOption(command, options->config);
     AddJsonFlag(command, options->json);

@@ -10,7 +10,7 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct LabelCheckOptions {
     std::string text;
     bool json = false;
 };
@@ -28,7 +28,7 @@ constexpr Question Questions[] = {
     {"partlyInverted", "inverted in part", LabelInversionUtils::IsPartial},
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunLabelCheck(const LabelCheckOptions& options) {
     if (options.json) {
         Json answer{{"text", options.text}};
         for (const Question& question : Questions)
@@ -46,7 +46,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddLabelCheckCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<LabelCheckOptions>();
     const Syntax command = line.Add(
         "label check", "Say whether a text may be a label, and whether it is inverted",
         "A label holds no backslash. One that names a net is not | alone and holds none of @ $ ' \" ; \\ < > { } *\n"
@@ -54,7 +54,7 @@ void AddLabelCheckCommand(CommandLine& line) {
         "\n"
         "Examples:\n"
         "  quill label check '~RESET'",
-        [options] { return Run(*options); });
+        [options] { return RunLabelCheck(*options); });
     command.Option("TEXT", options->text, "the text").Required();
     AddJsonFlag(command, options->json);
 }

@@ -9,13 +9,13 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct LabelInvertOptions {
     std::string text;
     bool off = false;
     bool json = false;
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunLabelInvert(const LabelInvertOptions& options) {
     std::string label = options.text;
     LabelInversionUtils::Set(label, !options.off);
     if (options.json) {
@@ -29,14 +29,14 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddLabelInvertCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<LabelInvertOptions>();
     const Syntax command = line.Add("label invert", "Make a label inverted as a whole",
                                     "Inversion marks of parts go. With --off all marks go.\n"
                                     "\n"
                                     "Examples:\n"
                                     "  quill label invert 'R~W'\n"
                                     "  quill label invert '~RESET' --off",
-                                    [options] { return Run(*options); });
+                                    [options] { return RunLabelInvert(*options); });
     command.Option("TEXT", options->text, "the label").Required();
     command.Flag("--off", options->off, "make it not inverted");
     AddJsonFlag(command, options->json);

@@ -12,7 +12,7 @@ namespace {
 using zolt::filesystem::path;
 using Libraries = std::vector<CSymbolLibsFinder::CSymbolLibsData*>;
 
-struct Options {
+struct LibrariesOptions {
     std::string file;
     bool json = false;
 };
@@ -31,7 +31,7 @@ std::string AsTable(const Libraries& libraries) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunLibraries(const LibrariesOptions& options) {
     // The finder looks in the file's folder and knows none of a bare name.
     const path file = path(options.file).parent_path().empty() ? path(".") / options.file : path(options.file);
     const path folder = file.parent_path() / "SymbolLibs";
@@ -45,7 +45,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddLibrariesCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<LibrariesOptions>();
     const Syntax command =
         line.Add("libraries", "List the symbol libraries of a central library",
                  "They are the folders in the folder SymbolLibs beside FILE, the central library's own\n"
@@ -53,7 +53,7 @@ void AddLibrariesCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill libraries central/central.lmc",
-                 [options] { return Run(*options); });
+                 [options] { return RunLibraries(*options); });
     command.Option("FILE", options->file, "the central library's file").Required();
     AddJsonFlag(command, options->json);
 }

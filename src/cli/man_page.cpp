@@ -38,7 +38,7 @@ constexpr const char* Session[] = {
 };
 
 // Text as the formatter takes it: nothing in it is a command.
-std::string Escaped(std::string_view text) {
+std::string EscapedRoff(std::string_view text) {
     std::string escaped;
     bool beginsLine = true;
     for (const char c : text) {
@@ -62,13 +62,13 @@ class Page {
 public:
     void Request(std::string_view request) { m_text += fmt::format("{}\n", request); }
     void Section(std::string_view title) { Request(fmt::format(".SH {}", title)); }
-    void Text(std::string_view text) { Request(Escaped(text)); }
+    void Text(std::string_view text) { Request(EscapedRoff(text)); }
 
     template <std::size_t Count>
     void Terms(const char* section, const Paragraph (&paragraphs)[Count]) {
         Section(section);
         for (const Paragraph& paragraph : paragraphs)
-            Term("\\fB" + Escaped(paragraph.term) + "\\fR", paragraph.text);
+            Term("\\fB" + EscapedRoff(paragraph.term) + "\\fR", paragraph.text);
     }
     // `term` may hold requests of the formatter.
     void Term(const std::string& term, std::string_view text) {
@@ -108,15 +108,16 @@ private:
 std::string TermOf(const ArgumentInfo& option) {
     std::string term;
     for (const std::string& spelling : option.spellings)
-        term += (term.empty() ? "\\fB" : ", \\fB") + Escaped(spelling) + "\\fR";
-    if (!option.placeholder.empty()) term += " \\fI" + Escaped(option.placeholder) + "\\fR";
+        term += (term.empty() ? "\\fB" : ", \\fB") + EscapedRoff(spelling) + "\\fR";
+    if (!option.placeholder.empty()) term += " \\fI" + EscapedRoff(option.placeholder) + "\\fR";
     return term;
 }
 
 std::string SynopsisOf(const CommandInfo& command) {
-    std::string synopsis = "\\fB" + Escaped(command.Call("quill")) + "\\fR";
+    std::string synopsis = "\\fB" + EscapedRoff(command.Call("quill")) + "\\fR";
     for (const ArgumentInfo& argument : command.positionals) {
-        const std::string name = "\\fI" + Escaped(argument.placeholder) + (argument.isRepeated ? "\\fR..." : "\\fR");
+        const std::string name =
+            "\\fI" + EscapedRoff(argument.placeholder) + (argument.isRepeated ? "\\fR..." : "\\fR");
         synopsis += argument.isRequired ? " " + name : " [" + name + "]";
     }
     for (const ArgumentInfo& option : command.options)
@@ -138,13 +139,13 @@ std::string DescriptionOf(const ArgumentInfo& argument) {
 }
 
 void Describe(const CommandInfo& command, Page& page) {
-    page.Request(".SS " + Escaped(command.Call("quill")));
+    page.Request(".SS " + EscapedRoff(command.Call("quill")));
     page.Text(command.summary + '.');
     if (!command.isComplete) return;
     page.Request(".PP");
     page.Request(SynopsisOf(command));
     for (const ArgumentInfo& positional : command.positionals)
-        page.Term("\\fI" + Escaped(positional.placeholder) + "\\fR", DescriptionOf(positional));
+        page.Term("\\fI" + EscapedRoff(positional.placeholder) + "\\fR", DescriptionOf(positional));
     for (const ArgumentInfo& option : command.options)
         if (!IsHelp(option)) page.Term(TermOf(option), DescriptionOf(option));
     page.Paragraphs(command.details);
@@ -156,7 +157,7 @@ void Describe(const CommandInfo& command, Page& page) {
 std::string ManPage(const std::vector<CommandInfo>& commands) {
     const CommandInfo& program = commands.front();
     Page page;
-    page.Request(fmt::format(".TH QUILL 1 \"\" \"{}\" \"User Commands\"", Escaped("quill " QUILL_VERSION)));
+    page.Request(fmt::format(".TH QUILL 1 \"\" \"{}\" \"User Commands\"", EscapedRoff("quill " QUILL_VERSION)));
     page.Request(".nh");
     page.Request(".ad l");
     page.Section("NAME");

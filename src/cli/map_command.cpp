@@ -12,7 +12,7 @@ namespace {
 
 using Pairs = std::map<std::string, std::string>;
 
-struct Options {
+struct MapOptions {
     std::string file;
     bool json = false;
 };
@@ -31,7 +31,7 @@ std::string AsTable(const Pairs& pairs) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunMap(const MapOptions& options) {
     ReadWholeFile(options.file);  // says why where the library would take nothing and say nothing
     MapCfgFile map;
     map.load(options.file);
@@ -43,7 +43,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddMapCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<MapOptions>();
     const Syntax command =
         line.Add("map", "Show what a name-map file says",
                  "The file is read as pairs of texts in double quotes; of several pairs with one key the\n"
@@ -51,7 +51,7 @@ void AddMapCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill map \"$TOVE_HOME/standard/map.cfg\"",
-                 [options] { return Run(*options); });
+                 [options] { return RunMap(*options); });
     command.Option("FILE", options->file, "name-map file").Required();
     AddJsonFlag(command, options->json);
 }

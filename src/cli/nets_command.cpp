@@ -15,13 +15,13 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct NetsOptions {
     std::string design;
     std::optional<std::string> block;
     bool json = false;
 };
 
-struct Counts {
+struct NetCounts {
     unsigned nets = 0;
     unsigned pins = 0;
 };
@@ -29,12 +29,12 @@ struct Counts {
 struct NetName {
     std::string block;
     std::string name;  // empty for all nets without one
-    Counts counts;
+    NetCounts counts;
 };
 
 // How many nets of the block bear each label, and how many pins they connect.
-std::map<std::string, Counts> CountNets(const Orin::IBlock& block) {
-    std::map<std::string, Counts> counts;
+std::map<std::string, NetCounts> CountNets(const Orin::IBlock& block) {
+    std::map<std::string, NetCounts> counts;
     Orin::IteratorT<const Orin::INet> nets;
     Need(block.GetIterNets(nets));
     for (; nets; ++nets) {
@@ -42,7 +42,7 @@ std::map<std::string, Counts> CountNets(const Orin::IBlock& block) {
         Need(nets->GetIterPinsConnected(pins));
         int count = 0;
         Need(pins.GetCount(count));
-        Counts& here = counts[LabelOf(*nets)];
+        NetCounts& here = counts[LabelOf(*nets)];
         ++here.nets;
         here.pins += static_cast<unsigned>(count);
     }
@@ -66,14 +66,14 @@ std::string AsTable(const std::vector<NetName>& names) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunNets(const NetsOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     NetsNamesCollector collector;
     collector.AttachObserver(design.snapshot);
     std::vector<NetName> names;
     for (const Orin::ContainerT<const Orin::IBlock>& block :
          options.block ? FindBlocks(*design.snapshot, *options.block) : AllBlocks(*design.snapshot)) {
-        std::map<std::string, Counts> counts = CountNets(*block);
+        std::map<std::string, NetCounts> counts = CountNets(*block);
         for (const std::string& name : collector.GetExistingNames(IndexOf(*block)))
             names.push_back({NameOf(*block), name, counts[name]});
     }
@@ -84,7 +84,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddNetsCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<NetsOptions>();
     const Syntax command =
         line.Add("nets", "List the net names in use in each block",
                  "With how many nets bear the name and how many pins they connect. Nets without a name\n"
@@ -93,7 +93,7 @@ void AddNetsCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill nets examples/lamp/lamp.kicad_sch\n"
                  "  quill nets examples/vibration-recorder.json controller --json",
-                 [options] { return Run(*options); });
+                 [options] { return RunNets(*options); });
     AddDesignArgument(command, options->design);
     command.Option("BLOCK", options->block, "only the blocks of this name");
     AddJsonFlag(command, options->json);

@@ -11,7 +11,7 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct PagesOptions {
     std::string design;
     PageOptions pages;
     bool json = false;
@@ -39,7 +39,7 @@ std::string AsTable(const std::vector<PageEntry>& pages) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunPages(const PagesOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     const PageOptions& order = options.pages;
     const PageList list = ListPages(design, order.config, order.Algorithm(), order.ChildAlgorithm());
@@ -52,7 +52,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddPagesCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<PagesOptions>();
     const Syntax command = line.Add(
         "pages", "List all pages of a design with their numbers",
         "A page is a sheet at one place of the hierarchy. Excluded pages stand at their places and have no number,\n"
@@ -74,7 +74,7 @@ void AddPagesCommand(CommandLine& line) {
         "  quill pages examples/vibration-recorder.json\n"
         "  quill pages --order print examples/vibration-recorder.json\n"
         "  quill pages --children refdes --descending --json examples/vibration-recorder.json",
-        [options] { return Run(*options); });
+        [options] { return RunPages(*options); });
     AddDesignArgument(command, options->design);
     AddPageOptions(command, options->pages);
     AddJsonFlag(command, options->json);

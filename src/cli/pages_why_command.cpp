@@ -15,7 +15,7 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct PagesWhyOptions {
     std::string design;
     std::string page;
     PageOptions pages;
@@ -177,7 +177,7 @@ private:
     std::vector<std::string> m_steps;
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunPagesWhy(const PagesWhyOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     const PageList list =
         ListPages(design, options.pages.config, options.pages.Algorithm(), options.pages.ChildAlgorithm());
@@ -196,7 +196,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddPagesWhyCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<PagesWhyOptions>();
     const Syntax command =
         line.Add("pages why", "Tell step by step how a page came by its number",
                  "The page is its number by the order given, or its name (\"quill pages\" tells both).\n"
@@ -204,7 +204,7 @@ void AddPagesWhyCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill pages why examples/vibration-recorder.json 29\n"
                  "  quill pages why examples/lamp/lamp.kicad_sch 3 --order print",
-                 [options] { return Run(*options); });
+                 [options] { return RunPagesWhy(*options); });
     AddDesignArgument(command, options->design);
     command.Option("PAGE", options->page, "number or name of the page").Required();
     AddPageOptions(command, options->pages);

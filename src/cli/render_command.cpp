@@ -10,14 +10,14 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct RenderOptions {
     std::string design;
     std::string page;
     std::string target;
     std::string config;
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunRender(const RenderOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     PageMap map(design, options.config);
     const std::string svg = Drawing::SvgFile(map.PictureOf(map.Find(options.page)));
@@ -32,7 +32,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddRenderCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<RenderOptions>();
     const Syntax command =
         line.Add("render", "Draw a page as an SVG picture",
                  "PAGE is a number by \"quill pages\" in its default order, or a name. The file needs\n"
@@ -41,7 +41,7 @@ void AddRenderCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill render examples/lamp/lamp.kicad_sch 1 -o lamp.svg\n"
                  "  quill render examples/vibration-recorder.json 3 -o - | display",
-                 [options] { return Run(*options); });
+                 [options] { return RunRender(*options); });
     AddDesignArgument(command, options->design);
     command.Option("PAGE", options->page, "number or name of the page").Required();
     command.Option("-o,--output", options->target, "file to write; \"-\" is standard output").Required();

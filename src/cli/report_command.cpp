@@ -7,13 +7,13 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct ReportOptions {
     std::string design;
     std::string target;
     std::string config;
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunReport(const ReportOptions& options) {
     ReportFolder folder(options.target);
     const OpenDesign design = ReadDesign(options.design);
     PageMap map(design, options.config);
@@ -29,7 +29,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddReportCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ReportOptions>();
     const Syntax command =
         line.Add("report", "Write a design down for a browser",
                  "Open index.html of the folder: the tree of the pages, and for each page its picture\n"
@@ -39,7 +39,7 @@ void AddReportCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill report examples/vibration-recorder.json -o recorder-report",
-                 [options] { return Run(*options); });
+                 [options] { return RunReport(*options); });
     AddDesignArgument(command, options->design);
     command.Option("-o,--output", options->target, "folder to write").Required();
     AddConfigOption(command, options->config);

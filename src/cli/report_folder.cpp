@@ -22,10 +22,6 @@ namespace {
 constexpr char Marker[] = ".quill-report";
 constexpr std::string_view MarkerHead = "Report of quill. The files:";
 
-[[noreturn]] void Fail(const std::string& name, int code) {
-    throw CommandError(name + ": " + std::generic_category().message(code != 0 ? code : EIO));
-}
-
 // Exchanges two folders in one step, so that there is no moment without one. False where the system or the file system
 // cannot.
 bool Exchange(const fs::path& a, const fs::path& b) {
@@ -66,7 +62,7 @@ void RemoveReport(const fs::path& folder, const std::set<std::string>& files) {
 fs::path WholePath(const std::string& folder) {
     std::error_code fault;
     const fs::path path = fs::weakly_canonical(fs::absolute(folder, fault), fault);
-    if (fault) Fail(folder, fault.value());
+    if (fault) ThrowFileError(folder, fault.value());
     return path.has_filename() ? path : path.parent_path();
 }
 
@@ -78,7 +74,7 @@ ReportFolder::ReportFolder(const std::string& target) : m_name(target), m_target
     if (mkdir(m_new.c_str(), 0777) != 0) {
         const int code = errno;
         m_new.clear();
-        Fail(m_name, code);
+        ThrowFileError(m_name, code);
     }
 }
 
@@ -90,11 +86,11 @@ void ReportFolder::CheckPlace() const {
     std::error_code fault;
     const fs::file_status status = fs::status(m_target, fault);
     if (status.type() == fs::file_type::not_found) return;
-    if (fault) Fail(m_name, fault.value());
-    if (status.type() != fs::file_type::directory) Fail(m_name, ENOTDIR);
+    if (fault) ThrowFileError(m_name, fault.value());
+    if (status.type() != fs::file_type::directory) ThrowFileError(m_name, ENOTDIR);
     const std::set<std::string> known = FilesOfReport(m_target);
     fs::directory_iterator entries(m_target, fault);
-    if (fault) Fail(m_name, fault.value());
+    if (fault) ThrowFileError(m_name, fault.value());
     for (const fs::directory_entry& entry : entries) {
         const std::string file = entry.path().filename().string();
         if (known.empty()) throw CommandError(m_name + ": Is neither empty nor an earlier report");
@@ -116,7 +112,7 @@ void ReportFolder::Add(const std::string& name, std::string_view content) {
         }
     }
     if (file >= 0 && close(file) != 0 && code == 0) code = errno;
-    if (code != 0) Fail(m_name, code);
+    if (code != 0) ThrowFileError(m_name, code);
 }
 
 void ReportFolder::TakePlace() {
@@ -131,17 +127,17 @@ void ReportFolder::TakePlace() {
         m_new.clear();
         return;
     }
-    if (errno != ENOTEMPTY && errno != EEXIST) Fail(m_name, errno);
+    if (errno != ENOTEMPTY && errno != EEXIST) ThrowFileError(m_name, errno);
     CheckPlace();
     const std::set<std::string> files = FilesOfReport(m_target);
     fs::path old = m_new;
     if (!Exchange(m_new, m_target)) {
         old = m_target.string() + fmt::format(".{}.old", getpid());
-        if (!Rename(m_target, old)) Fail(m_name, errno);
+        if (!Rename(m_target, old)) ThrowFileError(m_name, errno);
         if (!Rename(m_new, m_target)) {
             const int code = errno;
             static_cast<void>(Rename(old, m_target));
-            Fail(m_name, code);
+            ThrowFileError(m_name, code);
         }
     }
     m_new.clear();

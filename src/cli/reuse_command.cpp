@@ -15,7 +15,7 @@ namespace {
 
 using Utils::ReuseBlock;
 
-struct Options {
+struct ReuseOptions {
     EditOptions edit;
     std::string block;
     std::string mark;
@@ -74,7 +74,7 @@ Changes Mark(const OpenDesign& design, const std::string& name, bool on) {
     return {{"Block " + name + " is " + (on ? "now" : "no longer") + " marked as a reuse block"}};
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunReuse(const ReuseOptions& options) {
     if (options.block.empty()) return List(options.edit);
     if (options.mark.empty()) throw CommandError("BLOCK needs on or off behind it");
     return EditDesign(options.edit, [&options](const OpenDesign& design) {
@@ -85,7 +85,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddReuseCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ReuseOptions>();
     const Syntax command =
         line.Add("reuse", "List the blocks with their reuse marks, or set one",
                  "A reuse block is prepared content that is placed as a whole. Without BLOCK all blocks\n"
@@ -94,7 +94,7 @@ void AddReuseCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill reuse examples/vibration-recorder.json\n"
                  "  quill reuse board.json power on",
-                 [options] { return Run(*options); });
+                 [options] { return RunReuse(*options); });
     AddEditOptions(command, options->edit);
     command.Option("BLOCK", options->block, "name of the block");
     command.Option("MARK", options->mark, "on or off").OneOf({"on", "off"});

@@ -12,7 +12,7 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct SavepointAddOptions {
     EditOptions edit;
     std::optional<std::string> name;
     std::string comment;
@@ -31,7 +31,7 @@ std::string FreshName(const std::vector<SavePoint>& points) {
     return fmt::format("{}", number);
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunSavepointAdd(const SavepointAddOptions& options) {
     const OpenDesign design = OpenDesignFile(options.edit.design, !options.edit.dryRun);
     const std::vector<SavePoint> points = ListSavePoints(design);
     const SavePoint point{options.name ? *options.name : FreshName(points),
@@ -45,7 +45,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddSavepointAddCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SavepointAddOptions>();
     const Syntax command =
         line.Add("savepoint add", "Keep a design as it is now, so that it can be restored",
                  "Costs nothing until something changes. Without NAME the save point is called by a\n"
@@ -54,7 +54,7 @@ void AddSavepointAddCommand(CommandLine& line) {
                  "Examples:\n"
                  "  quill savepoint add board.qdb\n"
                  "  quill savepoint add board.qdb routed --comment 'before the second revision'",
-                 [options] { return Run(*options); });
+                 [options] { return RunSavepointAdd(*options); });
     AddEditOptions(command, options->edit);
     command.Option("NAME", options->name, "name of the save point");
     command.Option("--comment", options->comment, "what people are to know of it");

@@ -9,7 +9,7 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct SavepointListOptions {
     std::string design;
     bool json = false;
 };
@@ -28,7 +28,7 @@ std::string AsTable(const std::vector<SavePoint>& points) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunSavepointList(const SavepointListOptions& options) {
     const OpenDesign design = OpenDesignFile(options.design, false);
     Print(options.json, ListSavePoints(design), ListAsJson, AsTable);
     return Done;
@@ -37,7 +37,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddSavepointListCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SavepointListOptions>();
     const Syntax command =
         line.Add("savepoint list", "List the save points of a design, oldest first",
                  "As the rollback menu of an application shows them: the time in your time zone and the\n"
@@ -45,7 +45,7 @@ void AddSavepointListCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill savepoint list board.qdb",
-                 [options] { return Run(*options); });
+                 [options] { return RunSavepointList(*options); });
     AddDesignArgument(command, options->design);
     AddJsonFlag(command, options->json);
 }

@@ -7,7 +7,7 @@ namespace Quill::Cli {
 
 namespace {
 
-ExitCode Run(const SavePointOptions& options) {
+ExitCode RunSavepointRemove(const SavePointOptions& options) {
     const OpenDesign design = OpenDesignFile(options.edit.design, !options.edit.dryRun);
     const SavePoint point = FindSavePoint(design, options.name);
     if (!options.edit.dryRun) Need(design.database.RemoveSnapshot(point.name.c_str()));
@@ -21,7 +21,7 @@ void AddSavepointRemoveCommand(CommandLine& line) {
     const Syntax command = line.Add("savepoint remove", "Remove a save point; the design stays as it is",
                                     "Examples:\n"
                                     "  quill savepoint remove board.qdb routed",
-                                    [options] { return Run(*options); });
+                                    [options] { return RunSavepointRemove(*options); });
     AddSavePointOptions(command, *options);
 }
 

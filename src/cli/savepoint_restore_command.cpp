@@ -8,7 +8,7 @@ namespace Quill::Cli {
 
 namespace {
 
-ExitCode Run(const SavePointOptions& options) {
+ExitCode RunSavepointRestore(const SavePointOptions& options) {
     const OpenDesign design = OpenDesignFile(options.edit.design, !options.edit.dryRun);
     const SavePoint point = FindSavePoint(design, options.name);
     return EditDesign(options.edit, design, [&point](const OpenDesign& restored) -> Changes {
@@ -29,7 +29,7 @@ void AddSavepointRestoreCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill savepoint restore board.qdb routed",
-                 [options] { return Run(*options); });
+                 [options] { return RunSavepointRestore(*options); });
     AddSavePointOptions(command, *options);
 }
 

@@ -14,7 +14,7 @@ using Orin::EObjectType;
 using Orin::Index;
 using Kind = ScriptObject::Kind;
 
-Orin::String Text(const std::string& text) {
+Orin::String AsString(const std::string& text) {
     return Orin::String(std::string_view(text));
 }
 
@@ -33,10 +33,10 @@ void Rollback(ScriptRun& run, const ScriptStep&) {
     run.Require(run.Snapshot().RollbackTransaction());
 }
 void SavePoint(ScriptRun& run, const ScriptStep& step) {
-    run.Require(run.Editor().MakeSavePoint(Text(step.texts[0])));
+    run.Require(run.Editor().MakeSavePoint(AsString(step.texts[0])));
 }
 void Restore(ScriptRun& run, const ScriptStep& step) {
-    run.Require(run.Editor().RestoreSavePoint(Text(step.texts[0])));
+    run.Require(run.Editor().RestoreSavePoint(AsString(step.texts[0])));
 }
 
 void Lock(ScriptRun& run, const ScriptStep& step) {
@@ -63,7 +63,7 @@ void Add(ScriptRun& run, const ScriptStep& step) {
     if (object.kind == Kind::Design || object.kind == Kind::Index || object.kind == Kind::Variable)
         run.Fail("An object is added by its kind and name, not as " + object.Text());
     const auto block = [&] { return run.Find(Outer(object, Kind::Block, 1)); };
-    const Orin::String name = Text(object.names.back());
+    const Orin::String name = AsString(object.names.back());
     Editor& editor = run.Editor();
     Index added;
     switch (object.kind) {
@@ -126,16 +126,17 @@ void Delete(ScriptRun& run, const ScriptStep& step) {
 }
 
 void Rename(ScriptRun& run, const ScriptStep& step) {
-    run.Require(run.Editor().SetName(run.Find(step, 0), Text(step.texts[0])));
+    run.Require(run.Editor().SetName(run.Find(step, 0), AsString(step.texts[0])));
 }
-void Label(ScriptRun& run, const ScriptStep& step) {
-    run.Require(run.Editor().SetLabel(run.Find(step, 0), Text(step.texts[0])));
+void SetLabel(ScriptRun& run, const ScriptStep& step) {
+    run.Require(run.Editor().SetLabel(run.Find(step, 0), AsString(step.texts[0])));
 }
 void Set(ScriptRun& run, const ScriptStep& step) {
-    run.Require(run.Editor().SetAttribute(run.Find(step, 0), Text(step.texts[0]), Text(step.texts[1]), step.family));
+    run.Require(
+        run.Editor().SetAttribute(run.Find(step, 0), AsString(step.texts[0]), AsString(step.texts[1]), step.family));
 }
 void Unset(ScriptRun& run, const ScriptStep& step) {
-    run.Require(run.Editor().RemoveAttribute(run.Find(step, 0), Text(step.texts[0]), step.family));
+    run.Require(run.Editor().RemoveAttribute(run.Find(step, 0), AsString(step.texts[0]), step.family));
 }
 
 // The set of the enumerators that the words stand for.
@@ -219,7 +220,7 @@ constexpr ScriptVerb Verbs[] = {
     {"o=", "add", Add},
     {"o", "delete", Delete},
     {"ot", "rename", Rename},
-    {"ot", "label", Label},
+    {"ot", "label", SetLabel},
     {"ottf", "set", Set},
     {"otf", "unset", Unset},
     {"ow", "type", Type},

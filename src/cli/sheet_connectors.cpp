@@ -193,7 +193,7 @@ Json AsJson(const std::vector<ConnectorEntry>& connectors) {
     return answer;
 }
 
-std::string AsTable(const std::vector<ConnectorEntry>& connectors) {
+std::string ConnectorTable(const std::vector<ConnectorEntry>& connectors) {
     using Align = Table::Align;
     Table table({{"Label"}, {"Page", Align::Right}, {"Path"}, {"Block"}, {"Sheet"}, {"Symbol"}, {"Key"}});
     for (const ConnectorEntry& connector : connectors)

@@ -61,6 +61,6 @@ private:
 Json AsJson(const ConnectorEntry& connector);
 // An array of such objects, each with its label in front.
 Json AsJson(const std::vector<ConnectorEntry>& connectors);
-std::string AsTable(const std::vector<ConnectorEntry>& connectors);
+std::string ConnectorTable(const std::vector<ConnectorEntry>& connectors);
 
 }  // namespace Quill::Cli

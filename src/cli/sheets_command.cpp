@@ -15,7 +15,7 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct SheetsOptions {
     std::string design;
     std::string block;
     bool json = false;
@@ -56,7 +56,7 @@ std::string AsTable(const std::vector<SheetEntry>& sheets) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunSheets(const SheetsOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     SheetRange range;
     range.Init(FindBlock(*design.snapshot, options.block));
@@ -70,7 +70,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddSheetsCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SheetsOptions>();
     const Syntax command =
         line.Add("sheets", "List the sheets of a block in their order",
                  "With the id that a sheet keeps when it is renamed, how many objects stand on it, and\n"
@@ -78,7 +78,7 @@ void AddSheetsCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill sheets examples/vibration-recorder.json controller",
-                 [options] { return Run(*options); });
+                 [options] { return RunSheets(*options); });
     AddDesignArgument(command, options->design);
     command.Option("BLOCK", options->block, "name of the block").Required();
     AddJsonFlag(command, options->json);

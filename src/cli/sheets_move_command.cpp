@@ -8,14 +8,14 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct SheetsMoveOptions {
     SheetEditOptions edit;
     std::vector<std::string> sheets;
     std::optional<std::string> before;
     std::optional<std::string> after;
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunSheetsMove(const SheetsMoveOptions& options) {
     return EditOrder(options.edit, [&options](SheetRange& range) {
         const std::vector<SheetRange::Sheet> sheets = SheetsIn(range, options.sheets);
         const std::string& name = options.before ? *options.before : *options.after;
@@ -30,14 +30,14 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddSheetsMoveCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SheetsMoveOptions>();
     const Syntax command = line.Add("sheets move", "Move sheets within the order of their block",
                                     "They keep the order that they have among themselves.\n"
                                     "\n"
                                     "Examples:\n"
                                     "  quill sheets move board.json controller 4 5 --before 2\n"
                                     "  quill sheets move board.json controller TEST --after 1 --dry-run",
-                                    [options] { return Run(*options); });
+                                    [options] { return RunSheetsMove(*options); });
     AddSheetEditOptions(command, options->edit);
     command.Option("SHEET", options->sheets, "names of the sheets").Required();
     const Syntax side = command.OneOfGroup("place");

@@ -11,12 +11,12 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct SheetsNewOptions {
     SheetEditOptions edit;
     std::optional<std::string> base;
 };
 
-Changes AddSheet(const OpenDesign& design, const Options& options) {
+Changes AddSheet(const OpenDesign& design, const SheetsNewOptions& options) {
     SheetRange range = SheetsOf(design, options.edit.block);
     std::string name;
     if (options.base) {
@@ -38,14 +38,14 @@ Changes AddSheet(const OpenDesign& design, const Options& options) {
     return {{"Block " + options.edit.block + " has a new sheet " + name}, {{"sheet", name}, {"id", id}}};
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunSheetsNew(const SheetsNewOptions& options) {
     return EditDesign(options.edit.edit, [&options](const OpenDesign& design) { return AddSheet(design, options); });
 }
 
 }  // namespace
 
 void AddSheetsNewCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SheetsNewOptions>();
     const Syntax command =
         line.Add("sheets new", "Give a block one more sheet, behind the others",
                  "It is called by a fresh number, or by the name given, with _1, _2, ... where that is\n"
@@ -53,7 +53,7 @@ void AddSheetsNewCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill sheets new board.json controller --name TEST",
-                 [options] { return Run(*options); });
+                 [options] { return RunSheetsNew(*options); });
     AddSheetEditOptions(command, options->edit);
     command.Option("--name", options->base, "name of the sheet");
 }

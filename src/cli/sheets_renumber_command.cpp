@@ -12,7 +12,7 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct SheetsRenumberOptions {
     SheetEditOptions edit;
     std::vector<std::string> sheets;
     SheetRange::NumberingInfo numbering;
@@ -43,7 +43,7 @@ void RefuseClashes(const SheetRange& range, const std::vector<SheetRange::Sheet>
     if (!clashes.empty()) throw CommandError("Names would be taken twice: " + clashes);
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunSheetsRenumber(const SheetsRenumberOptions& options) {
     return EditDesign(options.edit.edit, [&options](const OpenDesign& design) {
         SheetRange range = SheetsOf(design, options.edit.block);
         std::vector<SheetRange::Sheet> sheets = SheetsIn(range, options.sheets);
@@ -65,7 +65,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddSheetsRenumberCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SheetsRenumberOptions>();
     const Syntax command = line.Add(
         "sheets renumber", "Name the sheets of a block by a numbering",
         "All sheets, or the ones named, in the order of the block. Refused, with the names, when one would be\n"
@@ -74,7 +74,7 @@ void AddSheetsRenumberCommand(CommandLine& line) {
         "Examples:\n"
         "  quill sheets renumber board.json controller\n"
         "  quill sheets renumber board.json controller 3 TEST --prefix A --start 10 --step 10",
-        [options] { return Run(*options); });
+        [options] { return RunSheetsRenumber(*options); });
     AddSheetEditOptions(command, options->edit);
     command.Option("SHEET", options->sheets, "names of the sheets; all of the block when there are none");
     command.Option("--prefix", options->numbering.prefix, "what stands before the number");

@@ -16,7 +16,7 @@ namespace {
 using Orin::ContainerT;
 using Utils::time_stamp;
 
-struct Options {
+struct StampOptions {
     EditOptions edit;
     std::optional<std::string> block;
     std::optional<std::string> name;
@@ -61,7 +61,7 @@ void Collect(const ContainerT<const Orin::IBlock>& block, const std::optional<st
 }
 
 // What the command line names, in the order of the design: sheets of a block, then its symbols.
-std::vector<Stamped> Find(const OpenDesign& design, const Options& options) {
+std::vector<Stamped> Find(const OpenDesign& design, const StampOptions& options) {
     std::vector<Stamped> found;
     bool isThere = !options.block;
     Orin::IteratorT<const Orin::IBlock> blocks;
@@ -103,7 +103,7 @@ std::string AsTable(const std::vector<Stamped>& all) {
 }
 
 // The stamp to write; empty to remove it.
-std::string NewStamp(const Options& options) {
+std::string NewStamp(const StampOptions& options) {
     if (options.remove) return {};
     const time_stamp::mode mode = options.raw ? time_stamp::raw : time_stamp::formatted;
     if (*options.moment == "now") return time_stamp::current(mode);
@@ -120,7 +120,7 @@ bool Write(const ContainerT<const T>& object, const std::string& stamp) {
     return time_stamp::write(*writable, stamp.c_str());
 }
 
-std::vector<std::string> Stamp(const OpenDesign& design, const Options& options, const std::string& stamp) {
+std::vector<std::string> Stamp(const OpenDesign& design, const StampOptions& options, const std::string& stamp) {
     std::vector<std::string> sentences;
     for (const Stamped& stamped : Find(design, options)) {
         if (stamped.stamp == stamp) continue;
@@ -132,7 +132,7 @@ std::vector<std::string> Stamp(const OpenDesign& design, const Options& options,
     return sentences;
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunStamp(const StampOptions& options) {
     if (options.moment || options.remove) {
         const std::string stamp = NewStamp(options);
         return EditDesign(options.edit, [&](const OpenDesign& design) { return Stamp(design, options, stamp); });
@@ -146,7 +146,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddStampCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<StampOptions>();
     const Syntax command =
         line.Add("stamp", "List, set or remove the date stamps of sheets and symbols",
                  "A stamp says when its sheet or symbol was last changed. Without BLOCK those of all\n"
@@ -156,7 +156,7 @@ void AddStampCommand(CommandLine& line) {
                  "  quill stamp examples/vibration-recorder.json\n"
                  "  quill stamp board.json controller 1 --set now\n"
                  "  quill stamp board.json --set 1700000000 --raw",
-                 [options] { return Run(*options); });
+                 [options] { return RunStamp(*options); });
     AddEditOptions(command, options->edit);
     command.Option("BLOCK", options->block, "name of the block");
     command.Option("NAME", options->name, "name of the sheet or symbol");

@@ -7,13 +7,11 @@
 
 namespace Quill::Cli {
 
-using Orin::DesignDb::Database;
-
 bool IsStoredPath(std::string_view path) {
     return path.ends_with(".qdb");
 }
 
-bool OpenStoredDesign(const std::string& path, bool toWrite, Database& database, Orin::String& name) {
+bool OpenStoredDesign(const std::string& path, bool toWrite, Orin::DesignDb::Database& database, Orin::String& name) {
     using namespace Orin::DesignDb;
     if (!LooksLikeDesignFile(path)) return false;
     const EFileAccess access = toWrite ? EFileAccess::Write : EFileAccess::Read;

@@ -12,7 +12,7 @@ namespace {
 
 using zolt::filesystem::path;
 
-struct Options {
+struct SymbolsOptions {
     std::string folder;
     bool json = false;
 };
@@ -35,7 +35,7 @@ bool HasTable(const std::string& folder) {
     return false;
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunSymbols(const SymbolsOptions& options) {
     const bool fromTable = HasTable(options.folder);
     CSymbolFinder finder;
     finder.SearchSymbols(options.folder.c_str(), fromTable);
@@ -51,7 +51,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddSymbolsCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SymbolsOptions>();
     const Syntax command =
         line.Add("symbols", "List the symbols of a symbol library",
                  "Those in the table sym.tbl of a library that has one and a sym.lib, else the files in\n"
@@ -59,7 +59,7 @@ void AddSymbolsCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill symbols central/SymbolLibs/analog",
-                 [options] { return Run(*options); });
+                 [options] { return RunSymbols(*options); });
     command.Option("FOLDER", options->folder, "folder of the library").Required();
     AddJsonFlag(command, options->json);
 }

@@ -77,7 +77,7 @@ std::string AsTable(const std::vector<Graphic>& graphics) {
     return table.Render(HasColours());
 }
 
-ExitCode Run(const SheetOptions& options) {
+ExitCode RunWalk(const SheetOptions& options) {
     const OpenDesign design = ReadDesign(options.design);
     const Orin::ContainerT<const Orin::IBlock> block = FindBlock(*design.snapshot, options.block);
     const std::vector<Graphic> graphics = GraphicsOf(block, FindSheet(*block, options.sheet));
@@ -94,7 +94,7 @@ void AddWalkCommand(CommandLine& line) {
                                     "\n"
                                     "Examples:\n"
                                     "  quill walk examples/lamp/lamp.kicad_sch channel 1",
-                                    [options] { return Run(*options); });
+                                    [options] { return RunWalk(*options); });
     AddSheetOptions(command, *options);
 }
 

@@ -22,7 +22,7 @@ using std::chrono::microseconds;
 
 constexpr microseconds Cycle = std::chrono::seconds(1);
 
-struct Options {
+struct WatchOptions {
     std::string folder;
     std::optional<std::uint32_t> count;
     std::optional<double> timeout;  // seconds
@@ -74,7 +74,7 @@ void RequireFolder(const std::string& folder) {
     throw CommandError(folder + ": " + (fault ? fault.message() : "Is no folder"));
 }
 
-void Report(const Options& options, std::uint32_t change) {
+void Report(const WatchOptions& options, std::uint32_t change) {
     if (options.json) {
         PrintJson({{"change", change}, {"folder", options.folder}}, Json::OneLine);
     } else {
@@ -83,7 +83,7 @@ void Report(const Options& options, std::uint32_t change) {
     if (!std::cout.flush()) throw CommandError("Standard output cannot be written");
 }
 
-ExitCode Run(const Options& options) {
+ExitCode RunWatch(const WatchOptions& options) {
     RequireFolder(options.folder);
     const Clock::time_point start = Clock::now();
     DirWatch watch;
@@ -111,7 +111,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddWatchCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<WatchOptions>();
     const Syntax command =
         line.Add("watch", "Print a line for every change of a folder",
                  "When files in it are modified, but not those in folders below. A folder that the system\n"
@@ -121,7 +121,7 @@ void AddWatchCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill watch designs --count 1 --timeout 60",
-                 [options] { return Run(*options); });
+                 [options] { return RunWatch(*options); });
     command.Option("DIR", options->folder, "the folder").Required();
     command.Option("--count", options->count, "end after so many changes").Between(1U, 1000000000U);
     command.Option("--timeout", options->timeout, "end after so many seconds").Between(0.0, 1e9);

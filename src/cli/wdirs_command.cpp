@@ -11,12 +11,12 @@ namespace Quill::Cli {
 
 namespace {
 
-struct Options {
+struct WdirsOptions {
     std::optional<std::string> flow;
     bool json = false;
 };
 
-ExitCode Run(const Options& options) {
+ExitCode RunWdirs(const WdirsOptions& options) {
     std::vector<std::string> folders;
     const bool known =
         options.flow ? WdirUtils::GetWDIRs(folders, FindFlow(*options.flow).GetType()) : WdirUtils::GetWDIRs(folders);
@@ -34,7 +34,7 @@ ExitCode Run(const Options& options) {
 }  // namespace
 
 void AddWdirsCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<WdirsOptions>();
     const Syntax command =
         line.Add("wdirs", "List the folders in which design-support files are looked for",
                  "In their order: those of QUILL_WDIRS, and with FLOW, a name or a type, those of its\n"
@@ -42,7 +42,7 @@ void AddWdirsCommand(CommandLine& line) {
                  "\n"
                  "Examples:\n"
                  "  quill wdirs netlist",
-                 [options] { return Run(*options); });
+                 [options] { return RunWdirs(*options); });
     command.Option("FLOW", options->flow, "name or type of a flow");
     AddJsonFlag(command, options->json);
 }

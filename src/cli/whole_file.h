@@ -14,4 +14,7 @@ std::string ReadWholeFile(const std::string& path);
 // regular file. A link stays, and what it leads to is replaced.
 void ReplaceFile(const std::string& path, std::string_view content);
 
+// A CommandError that says of the file what the number of a system error means; 0 stands for an error without number.
+[[noreturn]] void ThrowFileError(const std::string& path, int code);
+
 }  // namespace Quill::Cli

@@ -25,7 +25,7 @@ namespace {
 
 // What `use` gives; what it throws, as a failure that names the file.
 template <class Use>
-Result Guarded(const std::string& path, Use&& use) noexcept {
+Result AsResult(const std::string& path, Use&& use) noexcept {
     try {
         try {
             return use();
@@ -62,7 +62,7 @@ public:
     SqliteStore(std::string path, EFileAccess access) : m_path(std::move(path)), m_access(access) {}
 
     Result Load(const ProjectContent& content) override {
-        return Guarded(m_path, [&]() -> Result {
+        return AsResult(m_path, [&]() -> Result {
             FileState state;
             CheckHeader(m_path);
             if (m_access == EFileAccess::Write) m_lock.emplace(m_path);
@@ -96,7 +96,7 @@ private:
     Result Keep(Write&& write) {
         const std::lock_guard lock(m_mutex);
         if (!m_writer) return Result(EErrorCode::StoreFailed, String((m_path + ": " + m_refusal).c_str()));
-        return Guarded(m_path, [&]() -> Result {
+        return AsResult(m_path, [&]() -> Result {
             std::optional<StoreFault> fault;
             try {
                 WriteTransaction transaction(*m_file);
@@ -230,7 +230,7 @@ public:
     Creation(const std::string& path, const String& design) : m_path(path), m_design(design) {}
 
     Result Write(const ProjectContent& content, RefPtr<Store>& store) override {
-        return Guarded(m_path, [&]() -> Result {
+        return AsResult(m_path, [&]() -> Result {
             if (std::filesystem::exists(std::filesystem::symlink_status(m_path)))
                 return Result(EErrorCode::AlreadyExists, String(m_path.c_str()));
             RefPtr<SqliteStore> made(new SqliteStore(m_path, EFileAccess::Write));
@@ -248,7 +248,7 @@ private:
 }  // namespace
 
 Result CreateDesignFile(const Database& database, const std::string& path, const String& design) {
-    return Guarded(path, [&]() -> Result {
+    return AsResult(path, [&]() -> Result {
         const std::string name = AbsoluteName(path);
         Creation creation(name, design);
         return BindStored(database, creation);
@@ -257,7 +257,7 @@ Result CreateDesignFile(const Database& database, const std::string& path, const
 
 Result OpenDesignFile(Database& database, const String& project, const std::string& path, EFileAccess access,
                       String& design) {
-    return Guarded(path, [&]() -> Result {
+    return AsResult(path, [&]() -> Result {
         const RefPtr<SqliteStore> store(new SqliteStore(AbsoluteName(path), access));
         Result made = CreateStored(database, project, store);
         if (made) design = store->Design();

@@ -13,9 +13,8 @@ using Orin::EHorizontalAlign;
 using Orin::EVerticalAlign;
 using Orin::Point;
 
-// Of the height of a capital letter; letters are about as wide, their lines stand further apart.
+// Letters are about as wide as a capital is high.
 constexpr std::int64_t WidthPercent = 95;
-constexpr std::int64_t LinePercent = 160;
 
 constexpr std::size_t MostCharacters = 40;  // of a label
 

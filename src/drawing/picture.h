@@ -20,6 +20,8 @@ inline constexpr std::int64_t MostTextHeight = 10'000'000'000;
 
 inline constexpr std::int64_t Millimetre = 1'000'000;
 inline constexpr std::int64_t DefaultTextHeight = 1'270'000;
+// From one line of a text to the next, of its height.
+inline constexpr std::int64_t LinePercent = 160;
 
 constexpr std::int64_t Bounded(std::int64_t length) noexcept {
     return std::clamp(length, -MostCoordinate, MostCoordinate);

@@ -55,7 +55,6 @@ constexpr const char* Anchors[] = {nullptr, "middle", "end"};
 
 // Letters are so much larger than the capitals by whose height designs go.
 constexpr std::int64_t FontPercent = 135;
-constexpr std::int64_t LinePercent = 160;
 
 void AppendLength(std::string& out, std::int64_t nanometres) {
     if (nanometres < 0) out += '-';

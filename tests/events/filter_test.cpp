@@ -182,7 +182,7 @@ struct Registered {
         EXPECT_EQ(observer.log, told);
     }
 };
-using Plain = Registered<Tests::Recording<EventObserver>>;
+using RegisteredPlain = Registered<Tests::Recording<EventObserver>>;
 
 std::string Same(const std::string& callback, const Index& parent, const Index& object, int kind) {
     return kCallbacks.at(callback).typed == 2 ? Line(callback, parent, object, kind, 1)
@@ -209,14 +209,14 @@ void CheckCases(Registered<Observer> registered, std::initializer_list<std::span
 
 TEST(EventFilter, EachCallbackIsHandedOnTranslatedOrDroppedOnTheOwnerThreadAndOffIt) {
     using Dispatcher = CORINEventDispatcher;
-    CheckCases(Plain(&Dispatcher::AddEventObserver), {kPlain});
+    CheckCases(RegisteredPlain(&Dispatcher::AddEventObserver), {kPlain});
     CheckCases(Registered<Tests::RecordingEx>(&Dispatcher::AddEventObserverEx), {kEx, kExHandedOn});
     CheckCases(Registered<Tests::RecordingNavigator>(&Dispatcher::AddEventObserverNavigator),
                {kNavigator, kNavigatorHandedOn});
 }
 
 TEST(EventFilter, EachCallbackDropsTheTypesThatItsRuleNames) {
-    Plain registered(&CORINEventDispatcher::AddEventObserver);
+    RegisteredPlain registered(&CORINEventDispatcher::AddEventObserver);
     for (const auto& [name, callback] : kCallbacks) {
         if (callback.typed == 0) continue;
         SCOPED_TRACE(name);

@@ -25,11 +25,11 @@ struct Provider final : NQuillUtils::NEvents::IInvalidClientProvider {
 TEST(NotificationData, ARecordReplaysItsCallbackWithItsArguments) {
     Tests::Recording<Orin::EventObserver> o;
     Tests::RecordingClient c;
-    struct Case {
+    struct Replayed {
         Data record;
         const char* want;
     };
-    Case cases[] = {
+    Replayed cases[] = {
         {{Type::OnBeforeDelete, &o, kFirst, kSecond, 47, true}, "BeforeDelete 5:1 14:2 47 1"},
         {{Type::OnAfterImport, &o, kSecond, 1, false}, "AfterImport 14:2 1 0"},
         {{Type::OnUnLock, &o, kSecond, "a", "b"}, "UnLock 14:2 'a' 'b'"},
@@ -46,7 +46,7 @@ TEST(NotificationData, ARecordReplaysItsCallbackWithItsArguments) {
         {{Type::OnAfterTransaction, static_cast<Orin::EventObserver*>(nullptr), 0UL}, ""},
         {{Type::OnAfterTransaction, &c}, ""},
     };
-    for (Case& one : cases) {
+    for (Replayed& one : cases) {
         SCOPED_TRACE(one.want);
         o.log.clear();
         c.log.clear();

@@ -5,29 +5,6 @@ namespace Orin::DesignDb {
 
 namespace {
 
-bool BearsType(const CompRecord& comp, std::uint32_t types) {
-    return types == 0 || (comp.types.Bits() & types) != 0;
-}
-
-RefPtr<const IComp> MakeDefinition(const SessionRef& session, const Graph& graph, Slot slot) {
-    return MakeComp(session, graph, slot);
-}
-
-Slot AboveInComps(const Graph& graph, Slot block, Slot last) {
-    const BlockRecord* const record = graph.Find<BlockRecord>(block);
-    return record != nullptr ? record->comps.Above(last) : 0;
-}
-
-Slot AboveInNets(const Graph& graph, Slot block, Slot last) {
-    const BlockRecord* const record = graph.Find<BlockRecord>(block);
-    return record != nullptr ? record->nets.Above(last) : 0;
-}
-
-Slot AboveInBuses(const Graph& graph, Slot block, Slot last) {
-    const BlockRecord* const record = graph.Find<BlockRecord>(block);
-    return record != nullptr ? record->buses.Above(last) : 0;
-}
-
 class BlockFace final : public Face<IBlock, BlockRecord> {
 public:
     BlockFace(const SessionRef& session, Slot slot, const Index& index) noexcept : Face(session, slot, index) {}
@@ -70,7 +47,7 @@ public:
         });
     }
     Result GetIterNets(IteratorT<const INet>& nets) const override {
-        return Iterate<NetRecord>("IBlock::GetIterNets", nets, AboveInNets, MakeNet);
+        return Iterate<NetRecord>("IBlock::GetIterNets", nets, AboveIn<BlockRecord, &BlockRecord::nets>, MakeNet);
     }
     Result GetListOwnedGroups(ListT<GroupInfo>& groups, EGroupType type) const override {
         return GetListOwnedGroups(groups, GroupTypes(type));
@@ -105,11 +82,11 @@ public:
         });
     }
     Result GetIterComps(IteratorT<const IComp>& comps, const CompTypes& types) const override {
-        return Iterate<CompRecord>("IBlock::GetIterComps", comps, AboveInComps, MakeDefinition, BearsType,
-                                   types.Bits());
+        return Iterate<CompRecord>("IBlock::GetIterComps", comps, AboveIn<BlockRecord, &BlockRecord::comps>,
+                                   MakeDefinition, BearsType, types.Bits());
     }
     Result GetIterBuses(IteratorT<const IBus>& buses) const override {
-        return Iterate<BusRecord>("IBlock::GetIterBuses", buses, AboveInBuses, MakeBus);
+        return Iterate<BusRecord>("IBlock::GetIterBuses", buses, AboveIn<BlockRecord, &BlockRecord::buses>, MakeBus);
     }
 
 private:

@@ -110,6 +110,9 @@ private:
 
 RefPtr<const IBlock> MakeBlock(const SessionRef& session, const Graph& graph, Slot slot);
 RefPtr<const IComp> MakeComp(const SessionRef& session, const Graph& graph, Slot slot, const PathNode* place = nullptr);
+inline RefPtr<const IComp> MakeDefinition(const SessionRef& session, const Graph& graph, Slot slot) {
+    return MakeComp(session, graph, slot);
+}
 RefPtr<const IPin> MakePin(const SessionRef& session, const Graph& graph, Slot slot);
 RefPtr<const INet> MakeNet(const SessionRef& session, const Graph& graph, Slot slot);
 RefPtr<const IBus> MakeBus(const SessionRef& session, const Graph& graph, Slot slot);
@@ -188,11 +191,16 @@ private:
     Accept m_accept;
 };
 
-// The slots of a set of the record at `parent`, for SlotSource.
-template <class Record, auto Set>
+// For SlotSource: the slots of a set of the record at `parent`.
+template <class Record, SlotSet Record::*Set>
 Slot AboveIn(const Graph& graph, Slot parent, Slot last) {
     const Record* const record = graph.Find<Record>(parent);
-    return record != nullptr ? Set(*record).Above(last) : 0;
+    return record != nullptr ? (record->*Set).Above(last) : 0;
+}
+
+// For SlotSource: whether a component is of one of the types, or of any when there are none.
+inline bool BearsType(const CompRecord& comp, std::uint32_t types) {
+    return types == 0 || (comp.types.Bits() & types) != 0;
 }
 
 // Objects of a list of slots as it was when the iteration began.

@@ -5,21 +5,6 @@ namespace Orin::DesignDb {
 
 namespace {
 
-Slot AboveInBuses(const Graph& graph, Slot net, Slot last) {
-    const NetRecord* const record = graph.Find<NetRecord>(net);
-    return record != nullptr ? record->buses.Above(last) : 0;
-}
-
-Slot AboveInPins(const Graph& graph, Slot net, Slot last) {
-    const NetRecord* const record = graph.Find<NetRecord>(net);
-    return record != nullptr ? record->pins.Above(last) : 0;
-}
-
-Slot AboveInNets(const Graph& graph, Slot bus, Slot last) {
-    const BusRecord* const record = graph.Find<BusRecord>(bus);
-    return record != nullptr ? record->nets.Above(last) : 0;
-}
-
 // An iteration over what `parent` is connected to.
 template <class Element, class Interface>
 Result IterateConnected(const SessionRef& session, Slot parent, IteratorT<const Interface>& iterator,
@@ -46,7 +31,9 @@ public:
     }
     Result GetIterBusesConnected(IteratorT<const IBus>& buses) const override {
         Result result = Read("INet::GetIterBusesConnected", [](const Graph&, const NetRecord&) { return Result(); });
-        return result ? IterateConnected<BusRecord>(m_session, m_slot, buses, AboveInBuses, MakeBus) : result;
+        return result ? IterateConnected<BusRecord>(m_session, m_slot, buses, AboveIn<NetRecord, &NetRecord::buses>,
+                                                    MakeBus)
+                      : result;
     }
     Result GetLabel(String& label) const override {
         return Read("INet::GetLabel", [&](const Graph&, const NetRecord& net) -> Result {
@@ -73,7 +60,9 @@ public:
     }
     Result GetIterPinsConnected(IteratorT<const IPin>& pins) const override {
         Result result = Read("INet::GetIterPinsConnected", [](const Graph&, const NetRecord&) { return Result(); });
-        return result ? IterateConnected<PinRecord>(m_session, m_slot, pins, AboveInPins, MakePin) : result;
+        return result
+                   ? IterateConnected<PinRecord>(m_session, m_slot, pins, AboveIn<NetRecord, &NetRecord::pins>, MakePin)
+                   : result;
     }
 };
 
@@ -98,7 +87,9 @@ public:
     }
     Result GetIterNetsConnected(IteratorT<const INet>& nets) const override {
         Result result = Read("IBus::GetIterNetsConnected", [](const Graph&, const BusRecord&) { return Result(); });
-        return result ? IterateConnected<NetRecord>(m_session, m_slot, nets, AboveInNets, MakeNet) : result;
+        return result
+                   ? IterateConnected<NetRecord>(m_session, m_slot, nets, AboveIn<BusRecord, &BusRecord::nets>, MakeNet)
+                   : result;
     }
     Result GetLabel(String& label) const override {
         return Read("IBus::GetLabel", [&](const Graph&, const BusRecord& bus) -> Result {

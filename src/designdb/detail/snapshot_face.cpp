@@ -26,14 +26,6 @@ Slot AboveInRoots(const Graph& graph, Slot, Slot last) {
     return next;
 }
 
-bool BearsType(const CompRecord& comp, std::uint32_t types) {
-    return types == 0 || (comp.types.Bits() & types) != 0;
-}
-
-RefPtr<const IComp> MakeDefinition(const SessionRef& session, const Graph& graph, Slot slot) {
-    return MakeComp(session, graph, slot);
-}
-
 // What resolves indexes for a session.
 class Resolver final : public ObjectResolver {
 public:

@@ -12,7 +12,7 @@ namespace {
 using Utils::Present;
 using Utils::Require;
 
-constexpr std::int64_t DotRadius = 500'000;
+constexpr std::int64_t JunctionRadius = 500'000;
 constexpr int EndsOfDot = 3;
 
 struct Joint {
@@ -45,7 +45,7 @@ void AddWiring(const Orin::ListSegmentsQuill& wiring, const Orin::LineStyle& sty
     dot.fill = Orin::EFill::Outline;
     for (const Orin::ListSegmentsQuillJoint& joint : wiring.joints)
         if (const Joint& at = joints.at(joint.id); at.ends >= EndsOfDot)
-            shapes.emplace_back(Circle{at.at, DotRadius, dot});
+            shapes.emplace_back(Circle{at.at, JunctionRadius, dot});
 }
 
 template <class Object>

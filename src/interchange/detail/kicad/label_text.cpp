@@ -14,12 +14,12 @@ namespace Quill::Interchange::Kicad {
 
 namespace {
 
-struct Escape {
+struct LabelEscape {
     std::string_view text;
     std::string_view becomes;
 };
 
-constexpr std::array<Escape, 14> Escapes{{
+constexpr std::array<LabelEscape, 14> LabelEscapes{{
     {"{dblquote}", "\""},
     {"{quote}", "'"},
     {"{lt}", "<"},
@@ -49,10 +49,10 @@ bool IsMarkBrace(std::string_view text, std::size_t position) {
 }
 
 // The escape at `position`, or null.
-const Escape* EscapeAt(std::string_view text, std::size_t position) {
+const LabelEscape* EscapeAt(std::string_view text, std::size_t position) {
     if (text[position] != '{' || IsMarkBrace(text, position)) return nullptr;
     const std::string_view rest = text.substr(position);
-    for (const Escape& escape : Escapes) {
+    for (const LabelEscape& escape : LabelEscapes) {
         if (rest.substr(0, escape.text.size()) == escape.text) return &escape;
     }
     return nullptr;
@@ -60,7 +60,7 @@ const Escape* EscapeAt(std::string_view text, std::size_t position) {
 
 // How many bytes the character at `position` takes: an escape is one character.
 std::size_t CharacterLength(std::string_view text, std::size_t position) {
-    const Escape* escape = EscapeAt(text, position);
+    const LabelEscape* escape = EscapeAt(text, position);
     return escape ? escape->text.size() : 1;
 }
 
@@ -73,7 +73,7 @@ std::optional<std::string> TranslatePlain(std::string_view text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
         if (c == '{') {
-            const Escape* escape = raw == 0 ? EscapeAt(text, i) : nullptr;
+            const LabelEscape* escape = raw == 0 ? EscapeAt(text, i) : nullptr;
             if (escape) {
                 result += escape->becomes;
                 i += escape->text.size() - 1;

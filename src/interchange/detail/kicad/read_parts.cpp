@@ -14,25 +14,25 @@ using Orin::EVerticalAlign;
 using Orin::Point;
 
 template <class Value, std::size_t Count>
-using Names = std::array<std::pair<std::string_view, Value>, Count>;
+using NamedValues = std::array<std::pair<std::string_view, Value>, Count>;
 
-constexpr Names<ELinePattern, 6> Patterns{{{"default", ELinePattern::Solid},
-                                           {"solid", ELinePattern::Solid},
-                                           {"dash", ELinePattern::Dash},
-                                           {"dot", ELinePattern::Dot},
-                                           {"dash_dot", ELinePattern::DashDot},
-                                           {"dash_dot_dot", ELinePattern::DashDot}}};
+constexpr NamedValues<ELinePattern, 6> Patterns{{{"default", ELinePattern::Solid},
+                                                 {"solid", ELinePattern::Solid},
+                                                 {"dash", ELinePattern::Dash},
+                                                 {"dot", ELinePattern::Dot},
+                                                 {"dash_dot", ELinePattern::DashDot},
+                                                 {"dash_dot_dot", ELinePattern::DashDot}}};
 // Every other way of filling shows something behind the items, as the background does.
-constexpr Names<EFill, 2> Fills{{{"none", EFill::None}, {"outline", EFill::Outline}}};
+constexpr NamedValues<EFill, 2> Fills{{{"none", EFill::None}, {"outline", EFill::Outline}}};
 
-constexpr Names<GraphicKind, 8> Graphics{{{"polyline", GraphicKind::Line},
-                                          {"bezier", GraphicKind::Bezier},
-                                          {"rectangle", GraphicKind::Rectangle},
-                                          {"arc", GraphicKind::Arc},
-                                          {"circle", GraphicKind::Circle},
-                                          {"text", GraphicKind::Text},
-                                          {"text_box", GraphicKind::TextBox},
-                                          {"table_cell", GraphicKind::TextBox}}};
+constexpr NamedValues<GraphicKind, 8> Graphics{{{"polyline", GraphicKind::Line},
+                                                {"bezier", GraphicKind::Bezier},
+                                                {"rectangle", GraphicKind::Rectangle},
+                                                {"arc", GraphicKind::Arc},
+                                                {"circle", GraphicKind::Circle},
+                                                {"text", GraphicKind::Text},
+                                                {"text_box", GraphicKind::TextBox},
+                                                {"table_cell", GraphicKind::TextBox}}};
 
 constexpr double FullTurn = 360;
 

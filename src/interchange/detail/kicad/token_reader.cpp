@@ -33,12 +33,12 @@ constexpr Kind KindOf(char c) noexcept {
     return KindsOfCharacters[static_cast<unsigned char>(c)];
 }
 
-struct Escape {
+struct StringEscape {
     char letter;
     char meaning;
 };
-constexpr Escape Escapes[] = {{'n', '\n'}, {'r', '\r'}, {'t', '\t'},  {'a', '\a'}, {'b', '\b'},
-                              {'f', '\f'}, {'v', '\v'}, {'\\', '\\'}, {'"', '"'}};
+constexpr StringEscape StringEscapes[] = {{'n', '\n'}, {'r', '\r'}, {'t', '\t'},  {'a', '\a'}, {'b', '\b'},
+                                          {'f', '\f'}, {'v', '\v'}, {'\\', '\\'}, {'"', '"'}};
 
 constexpr int DigitValue(char c) noexcept {
     if (Text::IsDigit(c)) return c - '0';
@@ -132,8 +132,8 @@ std::string_view TokenReader::Decode(std::string_view raw, std::size_t offset) {
         const char letter = raw[++i];
         const bool hex = letter == 'x';
         if (!hex && DigitValue(letter) >= 8) {
-            const Escape* known = nullptr;
-            for (const Escape& escape : Escapes)
+            const StringEscape* known = nullptr;
+            for (const StringEscape& escape : StringEscapes)
                 if (escape.letter == letter) known = &escape;
             text += known != nullptr ? known->meaning : letter;
             continue;
