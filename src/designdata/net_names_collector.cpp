@@ -6,6 +6,7 @@
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include "designdata/result_rule.h"
 #include "labels/time_stamp.h"
 #include "orin/design_objects.h"
 #include "orin/observers.h"
@@ -18,10 +19,7 @@ namespace {
 
 using Snapshot = Orin::ContainerT<const Orin::ISnapshot>;
 using Names = std::set<std::string>;
-
-void Require(const Orin::Result& result) {
-    if (!result) throw result;
-}
+using Utils::Require;
 
 }  // namespace
 

@@ -5,6 +5,8 @@
 #include <unordered_set>
 #include <utility>
 
+#include "designdata/object_index.h"
+#include "designdata/result_rule.h"
 #include "orin/design_objects.h"
 #include "orin/uid_manager.h"
 #include "pages/composite_order_supplier.h"
@@ -29,21 +31,12 @@ using Sheet = Orin::ContainerT<const Orin::IGroup>;
 using Snapshot = Orin::ContainerT<const Orin::ISnapshot>;
 using detail::PageKey;
 using detail::PageTree;
+using Utils::IndexOf;
+using Utils::Require;
 
 constexpr const char* WorkingDesign = "QUILL";
 constexpr const char* ExcludedAttribute = "ExcludeFromPrintout";
 constexpr unsigned FirstNumber = 1;
-
-void ThrowIfFailed(const Orin::Result& result) {
-    if (!result) throw Orin::Result(result);
-}
-
-template <class T>
-Orin::Index IndexOf(const Orin::ContainerT<T>& object) {
-    Orin::Index index;
-    static_cast<void>(object->GetIndex(index));  // stays empty when the database does not tell
-    return index;
-}
 
 // The sheets of a block in the order of its sheet range, or, when that cannot be loaded, in the order in which the
 // block lists them. Throws the failed Orin::Result when they cannot be listed either.
@@ -63,7 +56,7 @@ std::vector<Sheet> ListSheets(const Block& block) {
     constexpr Orin::GroupTypes SheetTypes =
         Orin::GroupTypes(Orin::EGroupType::Sheet) | Orin::EGroupType::GeneratedSheet;
     Orin::ListT<Orin::GroupInfo> groups;
-    ThrowIfFailed(block->GetListOwnedGroups(groups, SheetTypes));
+    Require(block->GetListOwnedGroups(groups, SheetTypes));
     for (const Orin::GroupInfo& group : groups) {
         Sheet sheet;
         if (block->GetGroup(sheet, group.index)) sheets.push_back(sheet);
@@ -79,13 +72,13 @@ bool IsExcludedBySheet(const Orin::IGroup& sheet) {
 PageObjects ObjectsOf(const Snapshot& snapshot) {
     if (!snapshot) throw Orin::Result(Orin::EErrorCode::ObjectNotFound);
     Orin::IUIDManager resolver;
-    ThrowIfFailed(snapshot->GetUIDManager(resolver));
+    Require(snapshot->GetUIDManager(resolver));
     return PageObjects(resolver);
 }
 
 Snapshot WorkingSnapshot(Orin::OrinPI& db) {
     Snapshot snapshot;
-    ThrowIfFailed(db.GetSnapshotByName(snapshot, WorkingDesign));
+    Require(db.GetSnapshotByName(snapshot, WorkingDesign));
     return snapshot;
 }
 
@@ -174,9 +167,9 @@ private:
 PageTraverser::Impl::Impl(const Snapshot& snapshot, const std::string& config, EViewMode mode)
     : configName(config), viewMode(mode), m_objects(ObjectsOf(snapshot)) {
     Orin::ContainerT<const Orin::IConfig> configuration;
-    ThrowIfFailed(snapshot->GetDefaultConfig(configuration, configName.c_str()));
-    ThrowIfFailed(configuration->GetRoot(m_rootPath));
-    ThrowIfFailed(m_rootPath->GetBlock(m_rootBlock));
+    Require(snapshot->GetDefaultConfig(configuration, configName.c_str()));
+    Require(configuration->GetRoot(m_rootPath));
+    Require(m_rootPath->GetBlock(m_rootBlock));
 }
 
 void PageTraverser::Impl::SetAlgorithm(EAlgorithm algorithm, ECompAlgorithm childOrder) {

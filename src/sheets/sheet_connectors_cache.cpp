@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "designdata/result_rule.h"
 #include "labels/time_stamp.h"
 #include "orin/design_objects.h"
 #include "orin/observers.h"
@@ -25,12 +26,9 @@ using Block = Orin::ContainerT<const Orin::IBlock>;
 using Comp = Orin::ContainerT<const Orin::IComp>;
 using Snapshot = Orin::ContainerT<const Orin::ISnapshot>;
 using Hierarchy = Orin::ListT<Orin::Index>;
+using Utils::Require;
 
 constexpr const char* ClientName = "SheetConnectorsCache";
-
-void ThrowIfFailed(const Orin::Result& result) {
-    if (!result) throw Orin::Result(result);
-}
 
 void AppendIndex(std::string& text, const Orin::Index& index) {
     Text::AppendNumber(text, index.Low());
@@ -167,15 +165,15 @@ void CSheetConnectorsCache::CImpl::Attach(const Snapshot& snapshot) {
 void CSheetConnectorsCache::CImpl::Open(const Snapshot& snapshot) {
     if (!snapshot) throw Orin::Result(Orin::EErrorCode::ObjectNotFound);
     Orin::SnapshotInfo info;
-    ThrowIfFailed(snapshot->GetInfo(info));
+    Require(snapshot->GetInfo(info));
     std::string client = ClientName + Utils::time_stamp::current(Utils::time_stamp::raw) + ':';
     client += info.snapshotName.View();
-    ThrowIfFailed(m_database.AttachSubClient(info.projectName, client.c_str()));
+    Require(m_database.AttachSubClient(info.projectName, client.c_str()));
     m_hasClient = true;
     Snapshot observed;
-    ThrowIfFailed(m_database.GetSnapshotByName(observed, info.snapshotName));
-    ThrowIfFailed(observed->GetUIDManager(m_objects));
-    ThrowIfFailed(observed->AddEventObserver(this));
+    Require(m_database.GetSnapshotByName(observed, info.snapshotName));
+    Require(observed->GetUIDManager(m_objects));
+    Require(observed->AddEventObserver(this));
     m_snapshot = observed;
 }
 
@@ -211,9 +209,9 @@ bool CSheetConnectorsCache::CImpl::Reload() {
     // From here on, since what an event tells of later may have been read before.
     m_isStale = false;
     try {
-        ThrowIfFailed(m_snapshot->GetUIDManager(found.objects));
+        Require(m_snapshot->GetUIDManager(found.objects));
         Orin::IteratorT<const Orin::IBlock> block;
-        ThrowIfFailed(m_snapshot->GetIterBlocks(block));
+        Require(m_snapshot->GetIterBlocks(block));
         for (; block; ++block) {
             Orin::String name;
             if (IsSchematic(*block) && block->GetName(name) && IsRootOf(block, *m_snapshot, name))

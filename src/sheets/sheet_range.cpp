@@ -7,6 +7,8 @@
 #include <unordered_set>
 #include <utility>
 
+#include "designdata/object_index.h"
+#include "designdata/result_rule.h"
 #include "properties/property_mangler.h"
 #include "sheets/detail/transaction_guard.h"
 #include "sheets/detail/used_ids.h"
@@ -16,8 +18,6 @@
 
 namespace Quill {
 
-using detail::ThrowIfFailed;
-
 struct SheetRange::Entry {
     Sheet group;
     double position = 0.0;  // between operations the place in the range, counted from 1
@@ -25,6 +25,9 @@ struct SheetRange::Entry {
 };
 
 namespace {
+
+using Utils::IndexOf;
+using Utils::Require;
 
 // What a sheet without an order of its own counts as: behind every sheet that has one.
 constexpr double NoOrder = 2147483647.0;
@@ -39,13 +42,6 @@ double ReadOrder(const Orin::IGroup& sheet, const Orin::String& attribute) {
     if (!sheet.GetAttribute(attribute, value)) return NoOrder;
     const double order = Text::ParseDouble(value.View()).value;
     return order == 0.0 ? NoOrder : order;
-}
-
-template <class T>
-Orin::Index IndexOf(const Orin::ContainerT<T>& object) {
-    Orin::Index index;
-    if (object) static_cast<void>(object->GetIndex(index));  // stays empty when the database does not tell
-    return index;
 }
 
 // The name of the sheet at `place`, counted from 0.
@@ -107,11 +103,11 @@ void SheetRange::Impl::Load(Block block) {
 
     if (!block) throw Orin::Result(Orin::EErrorCode::ObjectNotFound);
     Snapshot snapshot;
-    ThrowIfFailed(block->GetParentSnapshot(snapshot));
+    Require(block->GetParentSnapshot(snapshot));
     Orin::ListT<Orin::GroupInfo> groups;
     Orin::GroupTypes sheetTypes(Orin::EGroupType::Sheet);
     sheetTypes |= Orin::EGroupType::GeneratedSheet;
-    ThrowIfFailed(block->GetListOwnedGroups(groups, sheetTypes));
+    Require(block->GetListOwnedGroups(groups, sheetTypes));
 
     loaded.m_block = block;
     loaded.m_snapshot = snapshot;
@@ -231,8 +227,8 @@ void SheetRange::Impl::WriteOrder(const std::vector<Placed>& order) const {
     detail::TransactionGuard guard(m_snapshot);
     for (const Write& write : writes) {
         Orin::MutableContainerT<Orin::IGroup> group;
-        ThrowIfFailed(Orin::LockerT<Orin::IGroup>::Lock(write.sheet, group));
-        ThrowIfFailed(group->SetAttribute(attribute, Orin::String(Text::Render(write.position))));
+        Require(Orin::LockerT<Orin::IGroup>::Lock(write.sheet, group));
+        Require(group->SetAttribute(attribute, Orin::String(Text::Render(write.position))));
     }
     guard.Commit();
 }
@@ -312,10 +308,10 @@ bool SheetRange::Init(const Block& block) {
 bool SheetRange::Init(Snapshot snapshot, const char* blockName) {
     if (!snapshot) throw Orin::Result(Orin::EErrorCode::ObjectNotFound);
     Orin::ListT<Orin::BlockInfo> found;
-    ThrowIfFailed(snapshot->FindBlock(found, Orin::String(blockName), {}));
+    Require(snapshot->FindBlock(found, Orin::String(blockName), {}));
     if (found.Count() != 1) return false;
     Block block;
-    ThrowIfFailed(snapshot->GetBlock(block, std::as_const(found).Front().index));
+    Require(snapshot->GetBlock(block, std::as_const(found).Front().index));
     return Init(block);
 }
 
@@ -447,8 +443,8 @@ bool SheetRange::Renumber(const std::vector<Sheet>& sheets, const NumberingInfo&
     detail::TransactionGuard guard(m_impl->Design());
     for (std::size_t i = 0; i < sheets.size(); ++i) {
         Orin::MutableContainerT<Orin::IGroup> group;
-        ThrowIfFailed(Orin::LockerT<Orin::IGroup>::Lock(sheets[i], group));
-        ThrowIfFailed(group->SetName(Orin::String(NumberedName(info, i))));
+        Require(Orin::LockerT<Orin::IGroup>::Lock(sheets[i], group));
+        Require(group->SetName(Orin::String(NumberedName(info, i))));
     }
     guard.Commit();
     return true;

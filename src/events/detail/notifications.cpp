@@ -1,5 +1,6 @@
 #include "events/detail/notifications.h"
 
+#include "designdata/object_index.h"
 #include "text/number.h"
 
 namespace NQuillUtils::NEvents {
@@ -14,15 +15,10 @@ ContainerT<const Orin::IBlock> RequireBlock(const IUIDManager& objects, const In
 
 namespace {
 
+using Quill::Utils::IndexOf;
+
 std::string TextOf(const Orin::String& text) {
     return std::string(text.View());
-}
-
-template <class Object>
-Index IndexOf(const ContainerT<const Object>& object) {
-    Index index;
-    if (object) object->GetIndex(index);
-    return index;
 }
 
 template <class Object>

@@ -2,14 +2,18 @@
 
 #include <utility>
 
+#include "designdata/result_rule.h"
+
 namespace Quill::detail {
+
+using Utils::Require;
 
 TransactionGuard::TransactionGuard(const Orin::ContainerT<const Orin::ISnapshot>& snapshot) : m_snapshot(snapshot) {
     if (!m_snapshot) throw Orin::Result(Orin::EErrorCode::ObjectNotFound);
     bool active = false;
-    ThrowIfFailed(m_snapshot->IsTransactionActive(active));
+    Require(m_snapshot->IsTransactionActive(active));
     if (active) return;
-    ThrowIfFailed(m_snapshot->BeginTransaction(Orin::ETransactionType::Edit));
+    Require(m_snapshot->BeginTransaction(Orin::ETransactionType::Edit));
     m_owns = true;
 }
 
@@ -24,7 +28,7 @@ void TransactionGuard::Commit() {
         m_owns = false;
     else
         RollBack();  // a commit that failed leaves the transaction active
-    ThrowIfFailed(result);
+    Require(result);
 }
 
 void TransactionGuard::RollBack() noexcept {

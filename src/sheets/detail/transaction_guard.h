@@ -7,15 +7,11 @@
 
 namespace Quill::detail {
 
-inline void ThrowIfFailed(const Orin::Result& result) {
-    if (!result) throw Orin::Result(result);
-}
-
 // Lives around a group of writes. It begins a transaction of its own unless the caller has one already; then the writes
 // join the caller's, and the guard neither commits nor rolls back: the caller alone knows what else belongs to it.
 //
 //     TransactionGuard guard(snapshot);
-//     ThrowIfFailed(group->SetName(name));   // leaving the scope rolls back
+//     Require(group->SetName(name));   // leaving the scope rolls back
 //     guard.Commit();
 class TransactionGuard {
 public:
