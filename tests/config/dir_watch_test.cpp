@@ -17,7 +17,6 @@
 #endif
 
 using Quill::DirWatch;
-using Tests::Native;
 using Tests::SetBack;
 using Tests::TemporaryFolder;
 namespace fs = std::filesystem;

@@ -12,7 +12,6 @@
 namespace Quill::Testing {
 namespace {
 
-using Orin::EErrorCode;
 using Orin::DesignDb::Testing::FaultInjector;
 using Numbers = std::vector<unsigned>;
 
