@@ -6,6 +6,11 @@ if(QUILL_BUILD_FUZZERS AND NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     message(FATAL_ERROR "The fuzzers need clang: use the preset asan.")
 endif()
 
+if(NOT QUILL_BUILD_FUZZERS)
+    add_library(fuzz_replay OBJECT ${PROJECT_SOURCE_DIR}/fuzz/replay_main.cpp)
+    target_link_libraries(fuzz_replay PRIVATE quill_flags)
+endif()
+
 # quill_fuzzer(NAME SOURCES ... LIBRARIES ... [SEEDS ...]): the program NAME_fuzz. Its inputs are those of corpus/NAME,
 # and SEEDS, which the source tree holds for other ends. The fuzzers find both in the file NAME_fuzz.seeds. The target
 # fuzzers builds all of them.
@@ -25,7 +30,7 @@ function(quill_fuzzer name)
         list(JOIN seeds "\n" lines)
         file(CONFIGURE OUTPUT ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${target}.seeds CONTENT "${lines}\n" @ONLY)
     else()
-        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/fuzz/replay_main.cpp)
+        target_link_libraries(${target} PRIVATE fuzz_replay)
         add_test(NAME Fuzz.${name} COMMAND ${target} ${seeds})
         set_tests_properties(Fuzz.${name} PROPERTIES LABELS fuzz TIMEOUT 300)
     endif()

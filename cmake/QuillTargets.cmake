@@ -29,18 +29,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # This compiler sees null dereferences and overlapping copies in the standard library's own inline code. Zeros for
     # null pointers the other one sees where there are none.
     target_compile_options(quill_flags INTERFACE -Wno-null-dereference -Wno-restrict -Wzero-as-null-pointer-constant)
-endif()
-
-# quill_precompile(TARGET [HEADERS...]): the standard headers that most files include, and others, are read once for the
-# whole target. Only clang's preset does so: the others find a file that misses an include, and g++ warns of more mistakes
-# that are none when it has read the standard library beforehand.
-function(quill_precompile target)
-    if(QUILL_PRECOMPILE)
-        target_precompile_headers(${target} PRIVATE <algorithm> <atomic> <chrono> <cstdint> <functional> <iostream> <list>
-            <map> <memory> <mutex> <optional> <set> <string> <string_view> <unordered_map> <unordered_set> <utility>
-            <vector> ${ARGN})
+    if(CMAKE_UNITY_BUILD)
+        target_compile_options(quill_flags INTERFACE -Wno-subobject-linkage)  # see quill_test
     endif()
-endfunction()
+endif()
 
 # quill_library(NAME): one of the installed libraries, with a versioned file name. Its sources come from the folders, by
 # quill_sources.
@@ -65,10 +57,11 @@ endfunction()
 function(quill_sources target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS")
     target_sources(${target} PRIVATE ${arg_SOURCES})
-    # The ports tell the system's headers what they want of them before they include the first.
+    # The ports tell the system's headers what they want of them before they include the first, so nothing may be merged
+    # with them.
     list(FILTER arg_SOURCES INCLUDE REGEX "_(posix|win32)\\.cpp$")
     list(TRANSFORM arg_SOURCES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
-    set_source_files_properties(${arg_SOURCES} TARGET_DIRECTORY ${target} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+    set_source_files_properties(${arg_SOURCES} TARGET_DIRECTORY ${target} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
     if(arg_HEADERS)
         target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/src FILES ${arg_HEADERS})
     endif()

@@ -11,9 +11,8 @@ esac
 # Two clones in different places compile the same files: ccache is to see them as the same.
 export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$(dirname "$source_dir")}
 export CCACHE_NOHASHDIR=${CCACHE_NOHASHDIR:-1}
-# Headers are known from the compiler's own list of them, and precompiled ones are nothing special.
+# Headers are known from the compiler's own list of them.
 export CCACHE_DEPEND=${CCACHE_DEPEND:-1}
-export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros}
 
 say() { printf '%s\n' "$*"; }
 

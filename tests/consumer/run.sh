@@ -42,6 +42,7 @@ c++ -std=c++20 "$consumer/consumer.cpp" -o "$work/by_pkg_config" \
     $(PKG_CONFIG_PATH=$(dirname "$pc") pkg-config --cflags --libs quillutils70) "-Wl,-rpath,$library_dir"
 try 'pkg-config' "$work/by_pkg_config"
 
-cmake -G Ninja -S "$consumer" -B "$work/static" -DQUILL_SOURCE_DIR="$source_dir" -DBUILD_SHARED_LIBS=OFF >/dev/null
+cmake -G Ninja -S "$consumer" -B "$work/static" -DQUILL_SOURCE_DIR="$source_dir" -DBUILD_SHARED_LIBS=OFF \
+    -DCMAKE_UNITY_BUILD=ON >/dev/null
 cmake --build "$work/static" --target consumer >/dev/null
 try 'part of a build, static libraries' "$work/static/consumer"
