@@ -31,9 +31,8 @@ public:
     }
     Result GetIterBusesConnected(IteratorT<const IBus>& buses) const override {
         Result result = Read("INet::GetIterBusesConnected", [](const Graph&, const NetRecord&) { return Result(); });
-        return result ? IterateConnected<BusRecord>(m_session, m_slot, buses, AboveIn<NetRecord, &NetRecord::buses>,
-                                                    MakeBus)
-                      : result;
+        if (!result) return result;
+        return IterateConnected<BusRecord>(m_session, m_slot, buses, AboveIn<NetRecord, &NetRecord::buses>, MakeBus);
     }
     Result GetLabel(String& label) const override {
         return Read("INet::GetLabel", [&](const Graph&, const NetRecord& net) -> Result {
@@ -60,9 +59,8 @@ public:
     }
     Result GetIterPinsConnected(IteratorT<const IPin>& pins) const override {
         Result result = Read("INet::GetIterPinsConnected", [](const Graph&, const NetRecord&) { return Result(); });
-        return result
-                   ? IterateConnected<PinRecord>(m_session, m_slot, pins, AboveIn<NetRecord, &NetRecord::pins>, MakePin)
-                   : result;
+        if (!result) return result;
+        return IterateConnected<PinRecord>(m_session, m_slot, pins, AboveIn<NetRecord, &NetRecord::pins>, MakePin);
     }
 };
 
@@ -87,9 +85,8 @@ public:
     }
     Result GetIterNetsConnected(IteratorT<const INet>& nets) const override {
         Result result = Read("IBus::GetIterNetsConnected", [](const Graph&, const BusRecord&) { return Result(); });
-        return result
-                   ? IterateConnected<NetRecord>(m_session, m_slot, nets, AboveIn<BusRecord, &BusRecord::nets>, MakeNet)
-                   : result;
+        if (!result) return result;
+        return IterateConnected<NetRecord>(m_session, m_slot, nets, AboveIn<BusRecord, &BusRecord::nets>, MakeNet);
     }
     Result GetLabel(String& label) const override {
         return Read("IBus::GetLabel", [&](const Graph&, const BusRecord& bus) -> Result {
