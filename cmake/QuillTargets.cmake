@@ -20,10 +20,6 @@ if(QUILL_SANITIZE)
     target_compile_options(quill_flags INTERFACE -fsanitize=${QUILL_SANITIZE} -fno-sanitize=object-size
         -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(quill_flags INTERFACE -fsanitize=${QUILL_SANITIZE})
-    # What calls the libraries spends its time in them. clang builds it in half the time without optimisation.
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-        set(quill_caller_options -O0)
-    endif()
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # This compiler sees null dereferences and overlapping copies in the standard library's own inline code. Zeros for
