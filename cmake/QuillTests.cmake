@@ -54,19 +54,29 @@ function(quill_test folder)
     add_dependencies(tests_${folder} ${target})
 endfunction()
 
-# quill_static_test(FOLDER FOLDERS ... SOURCES ...): tests of a program that is linked with the code of these folders of
-# QuillUtils70, and of all that they need, as members of a static library: it gets only those that it refers to. For
-# builds with a member a file.
-function(quill_static_test folder)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "FOLDERS;SOURCES")
-    if(CMAKE_UNITY_BUILD OR WIN32 OR NOT BUILD_SHARED_LIBS)
-        return()
+# quill_static_test(NAME SOURCES ...): tests of a program for which all libraries but that of design files are one static
+# library, of whose members it gets only those that it refers to.
+function(quill_static_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES")
+    if(NOT TARGET quill_members)
+        add_library(quill_members STATIC)
+        set_target_properties(quill_members PROPERTIES LINKER_LANGUAGE CXX)
+        target_link_libraries(quill_members PUBLIC quill_text Threads::Threads)
+        foreach(library QuillUtils70 OrinPI PlatformUtils70 QuillInterfaceManager70)
+            if(WIN32)  # what is compiled for one DLL looks for the others' names in DLLs
+                get_target_property(sources ${library} SOURCES)
+                target_sources(quill_members PRIVATE ${sources})
+                list(FILTER sources INCLUDE REGEX "_win32\\.cpp$")
+                set_source_files_properties(${sources} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)  # see quill_sources
+            else()
+                target_sources(quill_members PRIVATE $<TARGET_OBJECTS:${library}>)
+            endif()
+        endforeach()
+        if(WIN32)
+            target_link_libraries(quill_members PRIVATE quill_flags $<BUILD_INTERFACE:Boost::headers>)
+            target_include_directories(quill_members PUBLIC ${PROJECT_SOURCE_DIR}/src)
+            target_compile_definitions(quill_members PUBLIC QUILL_STATIC)
+        endif()
     endif()
-    list(JOIN arg_FOLDERS "|" folders)
-    add_library(${folder}_members STATIC
-        "$<FILTER:$<TARGET_OBJECTS:QuillUtils70>,INCLUDE,/(${folders})/>" $<TARGET_OBJECTS:OrinPI>
-        $<TARGET_OBJECTS:PlatformUtils70> $<TARGET_OBJECTS:QuillInterfaceManager70>)
-    set_target_properties(${folder}_members PROPERTIES LINKER_LANGUAGE CXX)
-    target_link_libraries(${folder}_members PUBLIC quill_text Threads::Threads)
-    quill_test(${folder}_static SOURCES ${arg_SOURCES} LIBRARIES ${folder}_members)
+    quill_test(${name} SOURCES ${arg_SOURCES} LIBRARIES quill_members)
 endfunction()
