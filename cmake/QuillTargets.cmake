@@ -26,9 +26,16 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # null pointers the other one sees where there are none.
     target_compile_options(quill_flags INTERFACE -Wno-null-dereference -Wno-restrict -Wzero-as-null-pointer-constant)
     if(CMAKE_UNITY_BUILD)
-        target_compile_options(quill_flags INTERFACE -Wno-subobject-linkage)  # see quill_test
+        target_compile_options(quill_flags INTERFACE -Wno-subobject-linkage)  # see quill_merge
     endif()
 endif()
+
+# quill_merge(TARGET): the program and the tests, whose files are small and include the same large headers, are compiled by
+# eights in every build. g++ takes all but the first file for headers, whose types should not hang on unnamed namespaces.
+function(quill_merge target)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON)
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+endfunction()
 
 # quill_library(NAME): one of the installed libraries, with a versioned file name. Its sources come from the folders, by
 # quill_sources.

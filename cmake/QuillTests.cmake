@@ -31,14 +31,13 @@ function(quill_test folder)
         set(timeout 1200)
     endif()
     add_executable(${target} ${arg_SOURCES})
-    # Reading the headers takes longer than compiling tests, so those of a folder are compiled as one; g++ takes all but
-    # the first file of it for headers. Where memory comes from, compilers had better not see.
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON)
+    quill_merge(${target})
+    # Where memory comes from, compilers had better not see.
     set_source_files_properties(../support/allocation_counter.cpp PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
     target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} GTest::gmock_main quill_flags Threads::Threads)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
     # Tests spend their time in the libraries, and compilers theirs in optimising.
-    target_compile_options(${target} PRIVATE -O0 $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    target_compile_options(${target} PRIVATE -O0)
     if(QUILL_SANITIZE)
         target_compile_definitions(${target} PRIVATE QUILL_SANITIZED)
     endif()
