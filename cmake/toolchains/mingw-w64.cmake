@@ -22,20 +22,15 @@ if(NOT CMAKE_PROJECT_NAME STREQUAL "CMAKE_TRY_COMPILE" AND EXISTS /usr/include/b
     set(Boost_INCLUDE_DIR ${CMAKE_BINARY_DIR}/portable-headers)
 endif()
 
-# The programs are started by a script of the build tree, which tells wine where the compiler's own libraries are and
-# keeps wine's files in the build tree too.
+# The programs are started by a script of the build tree.
 find_program(QUILL_WINE NAMES ${quill_wine_programs} PATHS /usr/lib/wine NO_CMAKE_FIND_ROOT_PATH)
-mark_as_advanced(QUILL_WINE)
-if(QUILL_WINE AND NOT CMAKE_PROJECT_NAME STREQUAL "CMAKE_TRY_COMPILE")
+find_program(QUILL_WINESERVER NAMES wineserver PATHS /usr/lib/wine NO_CMAKE_FIND_ROOT_PATH)
+mark_as_advanced(QUILL_WINE QUILL_WINESERVER)
+if(QUILL_WINE AND QUILL_WINESERVER AND NOT CMAKE_PROJECT_NAME STREQUAL "CMAKE_TRY_COMPILE")
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libstdc++-6.dll
         OUTPUT_VARIABLE quill_runtime OUTPUT_STRIP_TRAILING_WHITESPACE)
     cmake_path(GET quill_runtime PARENT_PATH quill_runtime)
     set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_BINARY_DIR}/run-with-wine)
-    file(WRITE ${CMAKE_CROSSCOMPILING_EMULATOR} "#!/bin/sh
-export WINEPATH='${quill_runtime};/usr/${quill_triple}/lib' WINEDEBUG=-all
-export WINEPREFIX='${CMAKE_BINARY_DIR}/wine'
-exec '${QUILL_WINE}' \"$@\"
-")
-    file(CHMOD ${CMAKE_CROSSCOMPILING_EMULATOR} PERMISSIONS
-        OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+    configure_file(${CMAKE_CURRENT_LIST_DIR}/run-with-wine.in ${CMAKE_CROSSCOMPILING_EMULATOR} @ONLY
+        FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 endif()
