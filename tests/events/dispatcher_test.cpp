@@ -181,6 +181,33 @@ TEST_F(EventDispatcher, ARenamingInsideARenamingKnowsTheNameBeforeEach) {
     Dispatcher().RemoveEventObserver(&snapshot, &observer);
 }
 
+// All before-callbacks of a restore come before its first after-callback.
+TEST_F(EventDispatcher, ARestoredSavePointTellsOfEachBlockWhatItWasCalledBefore) {
+    Index other;
+    EXPECT_TRUE(editor.AddBlock({"other"}, other));
+    EXPECT_TRUE(editor.SetAttribute(other, "$$Internal_Design_Name", "same"));
+    EXPECT_TRUE(editor.MakeSavePoint("saved"));
+    for (const Index& each : {blockIndex, other}) {
+        EXPECT_TRUE(editor.SetName(each, each == other ? "other's" : "top's"));
+        EXPECT_TRUE(editor.SetAttribute(each, "colour", "red"));
+    }
+    EXPECT_TRUE(editor.SetAttribute(blockIndex, "$$Internal_Design_Name", "once"));
+    RecordingEx names;
+    RecordingNavigator roots;
+    Dispatcher().AddEventObserverEx(&snapshot, &names, "", 0);
+    Dispatcher().AddEventObserverNavigator(&snapshot, &roots, "", 0);
+    EXPECT_TRUE(editor.RestoreSavePoint("saved"));
+    Dispatcher().RemoveEventObserver(&snapshot, &names);
+    Dispatcher().RemoveEventObserver(&snapshot, &roots);
+    const auto translated = [](Log log) {
+        std::erase_if(log, [](const std::string& line) { return line.ends_with(" 1"); });  // plain ones end with "undo"
+        return log;
+    };
+    EXPECT_EQ(translated(names.log), (Log{Line("BlockNameChange", blockIndex, "top's", "top"),
+                                          Line("BlockNameChange", other, "other's", "other")}));
+    EXPECT_EQ(translated(roots.log), (Log{Line("DesignRootChange", blockIndex, "once", "")}));
+}
+
 TEST_F(EventDispatcher, AnObserverMayDispatchAndRemoveItselfAndOthers) {
     struct Unruly : Plain {
         std::function<void()> act;

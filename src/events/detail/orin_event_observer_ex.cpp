@@ -38,21 +38,33 @@ bool ChangesAttributeOfBlock(const Index& object, EEventsChange kind) {
 
 }  // namespace
 
-void TextsBeforeChange::Remember(const Index& object, const Orin::String& text) {
-    const std::lock_guard lock(m_mutex);
-    m_texts[ThisThread()].emplace_back(object, text);
+void TextsBeforeChange::Remember(const Index& object, const Orin::String& text, bool undo) {
+    const Quill::Platform::MutexLock lock(m_mutex);
+    OfThread& own = m_threads[ThisThread()];
+    if (undo)
+        own.undone.insert_or_assign(object, text);
+    else
+        own.changes.emplace_back(object, text);
 }
 
-Orin::String TextsBeforeChange::Take(const Index& object) {
-    const std::lock_guard lock(m_mutex);
-    const auto own = m_texts.find(ThisThread());
-    if (own == m_texts.end()) return {};
-    auto& texts = own->second;
-    const auto found = std::find_if(texts.rbegin(), texts.rend(), [&](const auto& one) { return one.first == object; });
-    if (found == texts.rend()) return {};
-    Orin::String text = std::move(found->second);
-    texts.erase(found.base() - 1, texts.end());
-    if (texts.empty()) m_texts.erase(own);
+std::optional<Orin::String> TextsBeforeChange::Take(const Index& object, bool undo) {
+    const Quill::Platform::MutexLock lock(m_mutex);
+    const auto thread = m_threads.find(ThisThread());
+    if (thread == m_threads.end()) return std::nullopt;
+    OfThread& own = thread->second;
+    std::optional<Orin::String> text;
+    if (undo) {
+        if (auto found = own.undone.extract(object)) text = std::move(found.mapped());
+    } else {
+        auto& changes = own.changes;
+        const auto is = [&](const auto& change) { return change.first == object; };
+        const auto found = std::find_if(changes.rbegin(), changes.rend(), is);
+        if (found != changes.rend()) {
+            text = std::move(found->second);
+            changes.erase(found.base() - 1, changes.end());
+        }
+    }
+    if (own.changes.empty() && own.undone.empty()) m_threads.erase(thread);
     return text;
 }
 
@@ -110,17 +122,17 @@ Orin::String CORINEventObserverEx::BlockName(const Index& block) const {
 void CORINEventObserverEx::OnBeforeChange(const Index& object, EEventsChange kind, bool undo) {
     if (TranslateChange(object, kind, Moment::Before)) return;
     // Remembering is no translation: the observer is told of the change to come as every plain observer is.
-    if (RenamesBlock(object, kind)) m_names.Remember(object, BlockName(object));
+    if (RenamesBlock(object, kind)) m_names.Remember(object, BlockName(object), undo);
     CORINEventObserver::OnBeforeChange(object, kind, undo);
 }
 
 void CORINEventObserverEx::OnAfterChange(const Index& object, EEventsChange kind, bool undo) {
     if (TranslateChange(object, kind, Moment::After)) return;
     if (RenamesBlock(object, kind)) {
-        const Orin::String before = m_names.Take(object);
+        const std::optional<Orin::String> before = m_names.Take(object, undo);
         const Orin::String after = BlockName(object);
-        if (before != after) {
-            Notify<Notification::Vellum::OnBlockNameChange>(m_observerEx.Get(), object, before, after);
+        if (before && *before != after) {
+            Notify<Notification::Vellum::OnBlockNameChange>(m_observerEx.Get(), object, *before, after);
             return;
         }
     }
@@ -172,7 +184,7 @@ void CORINEventObserverNavigator::OnBeforeChange(const Index& object, EEventsCha
         Notify<Notification::Navigator::OnBeforeRipBus>(m_observerEx.Get(), Objects(), object);
         return;
     }
-    if (ChangesAttributeOfBlock(object, kind)) m_designNames.Remember(object, DesignName(object));
+    if (ChangesAttributeOfBlock(object, kind)) m_designNames.Remember(object, DesignName(object), undo);
     CORINEventObserver::OnBeforeChange(object, kind, undo);
 }
 
@@ -182,10 +194,10 @@ void CORINEventObserverNavigator::OnAfterChange(const Index& object, EEventsChan
         return;
     }
     if (ChangesAttributeOfBlock(object, kind)) {
-        const Orin::String before = m_designNames.Take(object);
+        const std::optional<Orin::String> before = m_designNames.Take(object, undo);
         const Orin::String after = DesignName(object);
-        if (before != after) {
-            Notify<Notification::Navigator::OnDesignRootChange>(m_observerEx.Get(), object, before, after);
+        if (before && *before != after) {
+            Notify<Notification::Navigator::OnDesignRootChange>(m_observerEx.Get(), object, *before, after);
             return;
         }
     }

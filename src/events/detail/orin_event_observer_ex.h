@@ -2,28 +2,38 @@
 #pragma once
 
 #include <map>
-#include <mutex>
+#include <optional>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "events/detail/notifications.h"
 #include "events/detail/orin_event_observer.h"
 #include "orin/snapshot.h"
+#include "platform/annotated_mutex.h"
 
 namespace NQuillUtils::NEvents {
 
 // What a text was before a change, from the before-callback to the after-callback. Several threads may change several
-// blocks at once, and an observer may make changes of its own in between, also of the same block.
+// blocks at once, and an observer may make changes of its own in between, also of the same block. The restoring of a
+// save point calls all of its before-callbacks first, of one block as often as it has changed: hence undone changes are
+// kept by their objects.
 class TextsBeforeChange {
 public:
-    void Remember(const Index& object, const Orin::String& text);
-    // The text that this thread remembered last for the object, "" when there is none. It is forgotten, and so is what
-    // was remembered since: those changes have failed, as no after-callback came.
-    Orin::String Take(const Index& object);
+    void Remember(const Index& object, const Orin::String& text, bool undo);
+    // The text that this thread remembered last for a change of the object, which it forgets. What was remembered since
+    // for changes that are not undone is forgotten too: they have failed, as no after-callback came. Nothing when none
+    // is remembered: an earlier after-callback of the same restore has told of the change already.
+    std::optional<Orin::String> Take(const Index& object, bool undo);
 
 private:
-    std::mutex m_mutex;
-    std::map<Quill::Platform::ThreadId, std::vector<std::pair<Index, Orin::String>>> m_texts;
+    struct OfThread {
+        std::vector<std::pair<Index, Orin::String>> changes;
+        std::unordered_map<Index, Orin::String> undone;
+    };
+
+    Quill::Platform::Mutex m_mutex;
+    std::map<Quill::Platform::ThreadId, OfThread> m_threads QUILL_GUARDED_BY(m_mutex);
 };
 
 // Whether an event is translated is decided before the filter of the plain wrapper, which sees what is not translated.
