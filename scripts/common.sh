@@ -45,6 +45,8 @@ fuzz   | /usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a | libclan
 mingw  | x86_64-w64-mingw32-g++-posix | g++-mingw-w64-x86-64-posix | compiles for Windows
 mingw  | wine64                     | wine64                     | runs the Windows tests
 mingw32 | i686-w64-mingw32-g++-posix | g++-mingw-w64-i686-posix   | compiles for 32-bit Windows
+wine32 | mmdebstrap                | mmdebstrap                 | makes a 32-bit Debian to run wine in
+wine32 | arch-test                 | arch-test                  | tells whether that can run here
 abi    | abidw                      | abigail-tools              | describes the types of the libraries
 abi    | python3                    | python3                    | prints that description
 reference | doxygen                 | doxygen                    | writes the API reference
