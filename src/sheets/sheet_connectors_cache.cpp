@@ -110,8 +110,14 @@ public:
     bool IsConnectorSymbol(const std::string& key) const;
 
     bool Reload();
+    // For queries, which find nothing in a design that cannot be read.
     void ReloadIfStale() {
-        if (m_isStale) Reload();
+        if (!m_isStale) return;
+        try {
+            Reload();
+        } catch (const Orin::Result&) {
+            // It stays stale, for the next query to try.
+        }
     }
     const Designs& GetDesigns() const noexcept { return m_designs; }
     // The connectors of a label, or null when the design or the label is not known.
@@ -217,9 +223,6 @@ bool CSheetConnectorsCache::CImpl::Reload() {
             if (IsSchematic(*block) && block->GetName(name) && IsRootOf(block, *m_snapshot, name))
                 CollectDesign(name, found);
         }
-    } catch (const Orin::Result&) {
-        m_isStale = true;
-        return false;
     } catch (...) {
         m_isStale = true;
         throw;

@@ -34,12 +34,14 @@ public:
 
 // Connectors with one label on different sheets of one design are joined. The cache knows those of all designs of a
 // snapshot: a design is a block of the schematic kind that is the root of the configuration of the block's own name.
-// What it knows is collected page by page, in page order, by the first query after something made it stale: attaching,
-// new symbol keys, or a database event that adds, relabels, renames or deletes a connector. Queries take the same time
-// however many connectors there are, but for the answer's own length.
+// What it knows is collected page by page, in page order and without the pages that are excluded from printing, by the
+// first query after something made it stale: attaching, new symbol keys, or a database event that adds, relabels,
+// renames or deletes a connector. Queries take the same time however many connectors there are, but for the answer's
+// own length.
 //
 // Pointers to connectors are valid until the cache is collected again, which any query may do, attached or destroyed.
-// One thread at a time; database events may come on any thread. Nothing throws but for want of memory.
+// One thread at a time; database events may come on any thread. Nothing throws but the two reloads, and for want of
+// memory; a query finds nothing while the design cannot be read.
 class QUILLUTILS_EXPORT CSheetConnectorsCache {
 public:
     // The pin type of sheet connectors.
@@ -59,8 +61,8 @@ public:
     // Takes over which symbols are sheet connectors, then collects. Null leaves the symbols as they are; `data` is
     // borrowed for the call. The result is that of the form below.
     bool reloadSheetConnectorsList(IPinTypeComponentsData* data);
-    // Collects. False when no snapshot is attached, with everything as it was, and when the design cannot be read; then
-    // nothing is known and the cache stays stale.
+    // Collects. False when no snapshot is attached, with everything as it was. Throws the failed Result when the design
+    // cannot be read; then nothing is known and the cache stays stale.
     bool reloadSheetConnectorsCache();
 
     bool isSheetConnectorSymbol(const std::string& library, const std::string& cell, const std::string& variant);

@@ -149,13 +149,13 @@ std::vector<Family> SheetOperations() {
                        return cache.reloadSheetConnectorsCache();
                    })},
           // Failures of the page traverser end the collection too, but for those that it passes over.
-          {"reloadSheetConnectorsList", Ends, "false", "false : <|true : <",
+          {"reloadSheetConnectorsList", Ends, "thrown #", "thrown #|true : <",
            OnCache(true,
                    [](Cache& cache, Design&, Seen&) {
                        ConnectorSymbols symbols;
                        return cache.reloadSheetConnectorsList(&symbols);
                    })},
-          {"reloadSheetConnectorsCache", Ends, "false", "false : <|true : <",
+          {"reloadSheetConnectorsCache", Ends, "thrown #", "thrown #|true : <",
            OnCache(true, [](Cache& cache, Design&, Seen&) { return cache.reloadSheetConnectorsCache(); })},
           {"isSheetConnectorSymbol", "", "", "=",
            OnCache(false,

@@ -48,11 +48,12 @@ void TextsBeforeChange::Remember(const Index& object, const Orin::String& text, 
 }
 
 std::optional<Orin::String> TextsBeforeChange::Take(const Index& object, bool undo) {
+    std::optional<Orin::String> text;
+    if (!undo) text.emplace();
     const Quill::Platform::MutexLock lock(m_mutex);
     const auto thread = m_threads.find(ThisThread());
-    if (thread == m_threads.end()) return std::nullopt;
+    if (thread == m_threads.end()) return text;
     OfThread& own = thread->second;
-    std::optional<Orin::String> text;
     if (undo) {
         if (auto found = own.undone.extract(object)) text = std::move(found.mapped());
     } else {

@@ -21,9 +21,10 @@ namespace NQuillUtils::NEvents {
 class TextsBeforeChange {
 public:
     void Remember(const Index& object, const Orin::String& text, bool undo);
-    // The text that this thread remembered last for a change of the object, which it forgets. What was remembered since
-    // for changes that are not undone is forgotten too: they have failed, as no after-callback came. Nothing when none
-    // is remembered: an earlier after-callback of the same restore has told of the change already.
+    // The text that this thread remembered last for a change of the object, which it forgets; "" when the
+    // before-callback could not read it. What was remembered since is forgotten too: those changes have failed, as no
+    // after-callback came. Nothing for an undone change of which an earlier after-callback of the same restore has told
+    // already.
     std::optional<Orin::String> Take(const Index& object, bool undo);
 
 private:
