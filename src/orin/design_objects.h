@@ -93,7 +93,7 @@ public:
     virtual Result SetAttribute(const String& name, const String& value) = 0;
     virtual Result RemoveAttribute(const String& name) = 0;
     virtual Result GetAttributes(ListAttribute& attributes) const = 0;
-    // The members in their order; shares the database's list until either side changes it. `objects` is replaced.
+    // The members in their order, a list of the caller's own. `objects` is replaced.
     virtual Result GetListObjects(ListT<Index>& objects) const = 0;
     // The block, or the group, that owns this one.
     virtual Result GetOwner(Index& owner) const = 0;

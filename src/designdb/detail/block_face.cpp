@@ -16,11 +16,11 @@ public:
     }
     Result SetAttribute(const String& name, const String& value) override {
         if (const int code = Fault("IBlock::SetAttribute", m_index)) return Result(code);
-        return SetAttributeLocked(*m_session, {Record::Kind, m_slot}, 0, name, value, EAttributeType::User);
+        return SetAttributeLocked(*m_session, {Record::Kind, m_slot}, nullptr, name, value, EAttributeType::User);
     }
     Result RemoveAttribute(const String& name) override {
         if (const int code = Fault("IBlock::RemoveAttribute", m_index)) return Result(code);
-        return RemoveAttributeLocked(*m_session, {Record::Kind, m_slot}, 0, name, EAttributeType::User);
+        return RemoveAttributeLocked(*m_session, {Record::Kind, m_slot}, nullptr, name, EAttributeType::User);
     }
     Result GetAttributes(ListAttribute& attributes) const override {
         return Read("IBlock::GetAttributes", [&](const Graph&, const BlockRecord& block) -> Result {

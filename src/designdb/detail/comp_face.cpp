@@ -12,9 +12,7 @@ public:
 
     Result IsValid() const override {
         return Read("IObject::IsValid", [&](const Graph& graph, const CompRecord& comp) -> Result {
-            if (m_place == nullptr) return {};
-            const bool here = Exists(graph, *m_place) && BlockAt(graph, *m_place) == comp.block;
-            return here ? Result() : Result(EErrorCode::ObjectNotFound);
+            return Stands(graph, comp) ? Result() : Result(EErrorCode::ObjectNotFound);
         });
     }
 
@@ -29,11 +27,11 @@ public:
     }
     Result SetAttribute(const String& name, const String& value, EAttributeType type) override {
         if (const int code = Fault("IComp::SetAttribute", m_index)) return Result(code);
-        return SetAttributeLocked(*m_session, {Record::Kind, m_slot}, PathSlot(), name, value, type);
+        return SetAttributeLocked(*m_session, {Record::Kind, m_slot}, m_place, name, value, type);
     }
     Result RemoveAttribute(const String& name, EAttributeType type) override {
         if (const int code = Fault("IComp::RemoveAttribute", m_index)) return Result(code);
-        return RemoveAttributeLocked(*m_session, {Record::Kind, m_slot}, PathSlot(), name, type);
+        return RemoveAttributeLocked(*m_session, {Record::Kind, m_slot}, m_place, name, type);
     }
     Result GetAttributes(ListAttribute& attributes) const override {
         return Read("IComp::GetAttributes", [&](const Graph&, const CompRecord& comp) -> Result {
@@ -127,12 +125,14 @@ private:
         });
     }
 
-    Slot PathSlot() const noexcept { return m_place != nullptr ? m_place->slot : 0; }
     const OccurrenceAttributes* Own(const CompRecord& comp) const noexcept {
         return m_place != nullptr ? FindOccurrence(comp.occurrences, m_place->slot) : nullptr;
     }
 
-    LockKey Key() const noexcept override { return {Record::Kind, m_slot, PathSlot()}; }
+    LockKey Key() const noexcept override { return {Record::Kind, m_slot, m_place != nullptr ? m_place->slot : 0}; }
+    bool Stands(const Graph& graph, const CompRecord& comp) const noexcept override {
+        return m_place == nullptr || StandsAt(graph, *m_place, comp);
+    }
     const char* LockOperation(ELockScope scope) const noexcept override {
         return scope == ELockScope::Whole ? "LockerT<IComp>::Lock" : "LockerT<IComp>::ShallowLock";
     }

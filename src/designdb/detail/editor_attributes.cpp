@@ -10,17 +10,19 @@ namespace {
 // Which attributes an edit is about: of an object, of a component at a place, or of the design as a whole.
 struct Bearer {
     Location at;  // of kind Snapshot: the design as a whole
-    Slot path = 0;
+    const PathNode* place = nullptr;
+
+    LockKey Key() const noexcept { return {at.kind, at.slot, place != nullptr ? place->slot : 0}; }
 };
 
-// The attributes as they are; null when the object is not there or bears none.
+// The attributes as they are; null when the object is not there (any more) or bears none.
 const ListAttribute* AttributesOf(const Graph& graph, const Bearer& bearer) {
     static const ListAttribute s_none;
     if (bearer.at.kind == EObjectType::Snapshot) return &graph.attributes;
-    if (bearer.path != 0) {
+    if (bearer.place != nullptr) {
         const CompRecord* const comp = graph.Find<CompRecord>(bearer.at.slot);
-        if (comp == nullptr) return nullptr;
-        const OccurrenceAttributes* const own = FindOccurrence(comp->occurrences, bearer.path);
+        if (comp == nullptr || !StandsAt(graph, *bearer.place, *comp)) return nullptr;
+        const OccurrenceAttributes* const own = FindOccurrence(comp->occurrences, bearer.place->slot);
         return own != nullptr ? &own->attributes : &s_none;
     }
     const ListAttribute* const none = nullptr;
@@ -36,10 +38,10 @@ const ListAttribute* AttributesOf(const Graph& graph, const Bearer& bearer) {
 // Sets the attribute, or removes it when `present` is false. `all` is the list that bears it.
 void Exchange(Edit& edit, const Bearer& bearer, const ListAttribute& all, Attribute attribute, bool present) {
     const Slot slot = bearer.at.slot;
-    if (bearer.at.kind == EObjectType::Snapshot || bearer.path != 0) {
+    if (bearer.at.kind == EObjectType::Snapshot || bearer.place != nullptr) {
         ListAttribute changed = present ? WithAttribute(all, attribute.name, attribute.value, attribute.type)
                                         : WithoutAttribute(all, attribute.name.View(), attribute.type);
-        if (bearer.path != 0) return edit.Do().SetOccurrence(slot, bearer.path, std::move(changed));
+        if (bearer.place != nullptr) return edit.Do().SetOccurrence(slot, bearer.place->slot, std::move(changed));
         return edit.Do().SetDesignAttributes(std::move(changed));
     }
     VisitRecord(edit.Now(), bearer.at, 0, [&]<class Record>(const Record& record) {
@@ -60,8 +62,7 @@ Result Set(Session& session, Edit& edit, const Bearer& bearer, const String& nam
     const ListAttribute* const attributes = AttributesOf(edit.Now(), bearer);
     if (attributes == nullptr) return EErrorCode::ObjectNotFound;
     if (bearer.at.kind != EObjectType::Comp) type = EAttributeType::User;
-    const LockKey key{bearer.at.kind, bearer.at.slot, bearer.path};
-    if (Result r = edit.Permit(key, ELockScope::Shallow); !r) return r;
+    if (Result r = edit.Permit(bearer.Key(), ELockScope::Shallow); !r) return r;
     const Attribute* const before = FindAttribute(*attributes, name.View(), type);
     if (!edit.Begin(Event::SetAttribute(IndexOf(session, edit.Now(), bearer), name, value, type, before))) return {};
     const String shared = before != nullptr ? before->name : session.snapshot->attributeNames.Shared(name);
@@ -73,8 +74,7 @@ Result Remove(Session& session, Edit& edit, const Bearer& bearer, const String& 
     const ListAttribute* const attributes = AttributesOf(edit.Now(), bearer);
     if (attributes == nullptr) return EErrorCode::ObjectNotFound;
     if (bearer.at.kind != EObjectType::Comp) type = EAttributeType::User;
-    const LockKey key{bearer.at.kind, bearer.at.slot, bearer.path};
-    if (Result r = edit.Permit(key, ELockScope::Shallow); !r) return r;
+    if (Result r = edit.Permit(bearer.Key(), ELockScope::Shallow); !r) return r;
     const Attribute* const before = FindAttribute(*attributes, name.View(), type);
     if (before == nullptr) return EErrorCode::AttributeNotFound;
     if (!edit.Begin(Event::RemoveAttribute(IndexOf(session, edit.Now(), bearer), name, type, before->value))) return {};
@@ -84,17 +84,16 @@ Result Remove(Session& session, Edit& edit, const Bearer& bearer, const String& 
 
 // The bearer that an index of the editor's names.
 Bearer BearerOf(const Graph& graph, const Index& object) {
-    return {object.IsEmpty() ? Location{EObjectType::Snapshot, 0} : graph.Locate(object), 0};
+    return {object.IsEmpty() ? Location{EObjectType::Snapshot, 0} : graph.Locate(object), nullptr};
 }
 
-// The bearer at a place; an empty location when the component does not stand there.
+// The bearer at a place; an empty location when there is no such component or place.
 Bearer BearerAt(const Session& session, const Graph& graph, const Index& path, const Index& comp) {
     const PathNode* const place =
         path.GetType() == EObjectType::Path && path.Middle() == 0 ? session.Project().paths.Find(path.Low()) : nullptr;
     const Slot slot = graph.SlotOf<CompRecord>(comp);
-    if (place == nullptr || slot == 0 || !Exists(graph, *place)) return {};
-    if (graph.Find<CompRecord>(slot)->block != BlockAt(graph, *place)) return {};
-    return {{EObjectType::Comp, slot}, place->slot};
+    if (place == nullptr || slot == 0) return {};
+    return {{EObjectType::Comp, slot}, place};
 }
 
 }  // namespace
@@ -125,16 +124,17 @@ Result Editor::RemoveAttributeInPath(const Index& path, const Index& comp, const
     });
 }
 
-Result SetAttributeLocked(Session& session, Location at, Slot path, const String& name, const String& value,
+Result SetAttributeLocked(Session& session, Location at, const PathNode* place, const String& name, const String& value,
                           EAttributeType type) {
     return Perform(session, EditRight::Locked, [&](Edit& edit) {
-        return Set(session, edit, {at, path}, name, value, type);
+        return Set(session, edit, {at, place}, name, value, type);
     });
 }
 
-Result RemoveAttributeLocked(Session& session, Location at, Slot path, const String& name, EAttributeType type) {
+Result RemoveAttributeLocked(Session& session, Location at, const PathNode* place, const String& name,
+                             EAttributeType type) {
     return Perform(session, EditRight::Locked, [&](Edit& edit) {
-        return Remove(session, edit, {at, path}, name, type);
+        return Remove(session, edit, {at, place}, name, type);
     });
 }
 

@@ -87,6 +87,8 @@ protected:
     }
 
     virtual LockKey Key() const noexcept { return {Record::Kind, m_slot, 0}; }
+    // Whether the object stands where the handle found it.
+    virtual bool Stands(const Graph&, const Record&) const noexcept { return true; }
     virtual const char* LockOperation(ELockScope) const noexcept { return "LockerT::Lock"; }
 
     const SessionRef m_session;
@@ -97,7 +99,8 @@ private:
     Result AcquireLock(ELockScope scope, RefPtr<LockToken>& token) const override {
         if (const int code = Fault(LockOperation(scope), m_index)) return Result(code);
         return AcquireLocks(m_session, scope, token, [this](const Graph& graph, LockRequests& requests) -> Result {
-            if (Find(graph) == nullptr) return EErrorCode::ObjectNotFound;
+            const Record* const record = Find(graph);
+            if (record == nullptr || !Stands(graph, *record)) return EErrorCode::ObjectNotFound;
             requests.push_back({ChainOf(graph, Key()), m_index, false});
             return {};
         });
@@ -249,10 +252,11 @@ private:
 
 // ---- Edits through write handles: they need the lock that the handle stands for. ----
 
-// `at` names the object; `path` is the place of a component at a place, else 0.
-Result SetAttributeLocked(Session& session, Location at, Slot path, const String& name, const String& value,
+// `at` names the object; `place` is that of a component at a place, else null.
+Result SetAttributeLocked(Session& session, Location at, const PathNode* place, const String& name, const String& value,
                           EAttributeType type);
-Result RemoveAttributeLocked(Session& session, Location at, Slot path, const String& name, EAttributeType type);
+Result RemoveAttributeLocked(Session& session, Location at, const PathNode* place, const String& name,
+                             EAttributeType type);
 Result SetNameLocked(Session& session, Location at, const String& name);
 
 }  // namespace Orin::DesignDb

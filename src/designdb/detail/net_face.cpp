@@ -75,7 +75,7 @@ public:
     }
     Result SetAttribute(const String& name, const String& value) override {
         if (const int code = Fault("IBus::SetAttribute", m_index)) return Result(code);
-        return SetAttributeLocked(*m_session, {Record::Kind, m_slot}, 0, name, value, EAttributeType::User);
+        return SetAttributeLocked(*m_session, {Record::Kind, m_slot}, nullptr, name, value, EAttributeType::User);
     }
     Result GetAttributes(ListAttribute& attributes) const override {
         return Read("IBus::GetAttributes", [&](const Graph&, const BusRecord& bus) -> Result {
@@ -125,11 +125,11 @@ public:
     }
     Result SetAttribute(const String& name, const String& value) override {
         if (const int code = Fault("IGroup::SetAttribute", m_index)) return Result(code);
-        return SetAttributeLocked(*m_session, {Record::Kind, m_slot}, 0, name, value, EAttributeType::User);
+        return SetAttributeLocked(*m_session, {Record::Kind, m_slot}, nullptr, name, value, EAttributeType::User);
     }
     Result RemoveAttribute(const String& name) override {
         if (const int code = Fault("IGroup::RemoveAttribute", m_index)) return Result(code);
-        return RemoveAttributeLocked(*m_session, {Record::Kind, m_slot}, 0, name, EAttributeType::User);
+        return RemoveAttributeLocked(*m_session, {Record::Kind, m_slot}, nullptr, name, EAttributeType::User);
     }
     Result GetAttributes(ListAttribute& attributes) const override {
         return Read("IGroup::GetAttributes", [&](const Graph&, const GroupRecord& group) -> Result {

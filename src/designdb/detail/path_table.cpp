@@ -63,6 +63,10 @@ bool Exists(const Graph& graph, const PathNode& place) noexcept {
     return true;
 }
 
+bool StandsAt(const Graph& graph, const PathNode& place, const CompRecord& comp) noexcept {
+    return Exists(graph, place) && BlockAt(graph, place) == comp.block;
+}
+
 bool IsOnPath(const Graph& graph, const PathNode& place, Slot block) noexcept {
     for (const PathNode* node = &place; node != nullptr; node = node->parent)
         if (BlockAt(graph, *node) == block) return true;

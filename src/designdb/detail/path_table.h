@@ -51,6 +51,9 @@ Slot BlockAt(const Graph& graph, const PathNode& place) noexcept;
 // Whether the whole way down to the place exists, and no block stands twice on it.
 bool Exists(const Graph& graph, const PathNode& place) noexcept;
 
+// Whether the component is one of the block at a place that exists.
+bool StandsAt(const Graph& graph, const PathNode& place, const CompRecord& comp) noexcept;
+
 // Whether the block stands at the place or above it.
 bool IsOnPath(const Graph& graph, const PathNode& place, Slot block) noexcept;
 

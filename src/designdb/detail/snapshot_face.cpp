@@ -124,11 +124,11 @@ public:
     }
     Result SetAttribute(const String& name, const String& value) override {
         if (const int code = Fault("ISnapshot::SetAttribute", Identity())) return Result(code);
-        return SetAttributeLocked(*m_session, {EObjectType::Snapshot, 0}, 0, name, value, EAttributeType::User);
+        return SetAttributeLocked(*m_session, {EObjectType::Snapshot, 0}, nullptr, name, value, EAttributeType::User);
     }
     Result RemoveAttribute(const String& name) override {
         if (const int code = Fault("ISnapshot::RemoveAttribute", Identity())) return Result(code);
-        return RemoveAttributeLocked(*m_session, {EObjectType::Snapshot, 0}, 0, name, EAttributeType::User);
+        return RemoveAttributeLocked(*m_session, {EObjectType::Snapshot, 0}, nullptr, name, EAttributeType::User);
     }
     Result GetAttributes(ListAttribute& attributes) const override {
         return Read("ISnapshot::GetAttributes", [&](const Graph& graph) -> Result {

@@ -69,8 +69,10 @@ Result ProjectCore::BindTo(StoreWriter& writer) {
         std::vector<SavedState> savePoints;
         for (std::size_t i = 1; i < m_snapshots.size(); ++i) {
             const Snapshot& saved = *m_snapshots[i];
+            std::unique_lock lock(saved.lock);
+            if (saved.removed) continue;  // and about to leave the list
             if (saved.origin != working.index) return Result(EErrorCode::InvalidArgument, saved.name);
-            locks.emplace_back(saved.lock);
+            locks.push_back(std::move(lock));
             savePoints.push_back({saved.name, saved.graph, saved.savedAttributes});
         }
         RefPtr<Store> store;

@@ -33,8 +33,9 @@ struct ProjectContent {
 };
 
 // Belongs to one project. Each call is durable as a whole when it returns success, and leaves what was stored before
-// when it fails; the engine takes the change back then. Calls may come from any thread; those of commits come one after
-// the other.
+// when it fails; the engine takes the change back then. Calls may come from any thread. Commits of one snapshot come
+// one after the other, and none comes while that snapshot is removed; what is about different snapshots, the working
+// design among them, may come at the same time.
 class ORINPI_EXPORT Store : public Counted {
 public:
     // Fills the content of a new project, in which nothing is. What a failure leaves there is not used.
@@ -42,8 +43,8 @@ public:
 
     virtual Result Commit(const ChangeSet& changes) = 0;
 
-    // A save point that is about to enter the project, or to leave it; no commit comes meanwhile. `working` is the
-    // working design as it is now.
+    // A save point that is about to enter the project, or to leave it. `working` is the working design as it is now,
+    // held still.
     virtual Result Add(const SavedState& savePoint, const Graph& working) = 0;
     virtual Result Remove(const String& savePoint) = 0;
 };
