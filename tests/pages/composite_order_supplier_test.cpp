@@ -27,11 +27,9 @@ protected:
         design.AddChild(design.block, sheet, "0", {});
         Require(design.editor.AddNet(SheetDesign::IndexOf(design.block), {"N"}, net));
         Require(design.editor.AddMember(sheet, net));
-        Orin::ContainerT<const Orin::IConfig> config;
-        Orin::ContainerT<const Orin::IPath> path;
-        Require(design.snapshot->GetDefaultConfig(config, "top"));
-        Require(config->GetRoot(path));
-        page = {SheetDesign::IndexOf(path), sheet, ""};
+        pages.setAlgorithm(EAlgorithm::DepthFirst, ECompAlgorithm::Default);
+        pages.update();
+        page = pages.firstPage();
     }
 
     void Add(Orin::DesignDb::CompSpec spec, const char* attribute, const char* designator) {
@@ -41,31 +39,46 @@ protected:
         Require(design.editor.SetAttribute(comps.back(), attribute, designator));
     }
 
+    std::string Names(const std::vector<Orin::Index>& order) const {
+        std::string names;
+        for (const Orin::Index& index : order)
+            names += "WXYZ?"[std::find(comps.begin(), comps.end(), index) - comps.begin()];
+        return names;
+    }
     template <class Supplier, class... Direction>
     std::string Order(bool declines, Direction... ascending) {
         PageObjects objects(design.objects);
         Supplier supplier(objects, ascending...);
         std::vector<Orin::Index> order = {Orin::Index(1)};  // what stands there stays there, and is reversed, too
         EXPECT_EQ(supplier.supplyOrder(design.block, page, order), !declines);
-        std::string names;
-        for (const Orin::Index& index : order)
-            names += "WXYZ?"[std::find(comps.begin(), comps.end(), index) - comps.begin()];
-        return names;
+        return Names(order);
     }
+    std::string Field(std::size_t comp) const { return OrderField(comps[comp]); }
 
     PageDesign design{{{"1"}, {"2"}}};
+    PageTraverser pages = design.Traverser();
     SheetRange::Block child;
     std::vector<Orin::Index> comps;
     PageID page;
 };
 
-TEST_F(OrderSuppliers, SortByTheirRuleInBothDirections) {
+TEST_F(OrderSuppliers, AreChosenByTheirNumber) {
+    // Of two labels the later component stays. Without designator, or with that of an earlier one, it comes in front.
+    const char* const orders[] = {"ZW",  "ZWY", "ZXY",  "WXYZ", "ZWY",  "YZXW", "WZ",
+                                  "YWZ", "YXZ", "WXYZ", "YWZ",  "WXZY", "WXYZ"};
+    Require(design.editor.SetAttribute(page.group, "$$Internal_COMPS_ORDER", (Field(3) + Field(0)).c_str()));
+    for (int number = 0; number < 13; ++number) {
+        pages.setAlgorithm(EAlgorithm::DepthFirst, static_cast<ECompAlgorithm>(number));
+        pages.update();
+        EXPECT_EQ(Names(pages.compositeOrder(page.group)), orders[number]) << number;
+    }
+}
+
+TEST_F(OrderSuppliers, AddToTheOrderThatTheyAreGiven) {
     EXPECT_EQ(Order<DefaultOrderSupplier>(false), "?WXYZ");
-    EXPECT_EQ(Order<NameOrderSupplier>(false, true), "?ZWY") << "of two labels the later component stays";
+    EXPECT_EQ(Order<NameOrderSupplier>(false, true), "?ZWY");
     EXPECT_EQ(Order<NameOrderSupplier>(false, false), "YWZ?");
-    EXPECT_EQ(Order<SymbolOrderSupplier>(false, true), "?ZXY");
     EXPECT_EQ(Order<SymbolOrderSupplier>(false, false), "YXZ?");
-    EXPECT_EQ(Order<RefDefOrderSupplier>(false, true), "?YZXW") << "without designator and equal to an earlier one";
     EXPECT_EQ(Order<RefDefOrderSupplier>(false, false), "WXZY?");
 
     // At its place a component has a designator of its own.
@@ -103,10 +116,6 @@ TEST_F(OrderSuppliers, CompareDesignatorsByPrefixThenNumber) {
 }
 
 TEST_F(OrderSuppliers, ReadStoredOrdersInFieldsOfTwentyCharacters) {
-    const auto field = [&](std::size_t comp) {
-        const std::string number = std::to_string(comps[comp].Value());
-        return std::string(20 - number.size(), ' ') + number;
-    };
     struct Case {
         const char* why;
         std::string stored;
@@ -115,13 +124,13 @@ TEST_F(OrderSuppliers, ReadStoredOrdersInFieldsOfTwentyCharacters) {
     };
     const Case cases[] = {
         {"no field at all", "", false, "?", "?"},
-        {"less than a field is an empty order", field(0).substr(1), false, "?", "?"},
-        {"what follows the last field is ignored", field(3) + field(1) + "    5", false, "?ZX", "XZ?"},
-        {"strangers are given as they are", field(0) + field(0) + "                   7", false, "?WW?", "?WW?"},
-        {"a field ends at its first other character", field(2).substr(1) + "x", false, "?Y", "Y?"},
-        {"a negative number is a stranger", "                  -1" + field(1), false, "??X", "X??"},
-        {"the order ends at a damaged field", field(1) + std::string(17, ' ') + "abc" + field(2), true, "?X", "?X"},
-        {"blanks are no number", field(1) + std::string(20, ' '), true, "?X", "?X"},
+        {"less than a field is an empty order", Field(0).substr(1), false, "?", "?"},
+        {"what follows the last field is ignored", Field(3) + Field(1) + "    5", false, "?ZX", "XZ?"},
+        {"strangers are given as they are", Field(0) + Field(0) + "                   7", false, "?WW?", "?WW?"},
+        {"a field ends at its first other character", Field(2).substr(1) + "x", false, "?Y", "Y?"},
+        {"a negative number is a stranger", "                  -1" + Field(1), false, "??X", "X??"},
+        {"the order ends at a damaged field", Field(1) + std::string(17, ' ') + "abc" + Field(2), true, "?X", "?X"},
+        {"blanks are no number", Field(1) + std::string(20, ' '), true, "?X", "?X"},
         {"nor is one of more than 64 bits", "99999999999999999999", true, "?", "?"},
     };
     EXPECT_EQ(Order<CustomOrderSupplier>(true, true), "?") << "no stored order";

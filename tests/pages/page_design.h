@@ -39,6 +39,12 @@ struct PageDesign : SheetDesign {
     Orin::IUIDManager objects;
 };
 
+// A component as stored orders name it.
+inline std::string OrderField(const Orin::Index& comp) {
+    const std::string number = std::to_string(comp.Value());
+    return std::string(20 - number.size(), ' ') + number;
+}
+
 // The names of the pages in the order of iteration, with ";" behind each.
 inline std::string NamesOf(const PageTraverser& pages) {
     std::string names;

@@ -80,33 +80,24 @@ TEST_F(Pages, WithoutAnAlgorithmAreNone) {
     EXPECT_TRUE(pages.compositeOrder(SheetOf(0)).empty() && pages.numbersForPage({}).empty());
 }
 
-TEST_F(Pages, AreExcludedWithAllBelowAndComeBack) {
-    Require(design.editor.SetAttribute(SheetOf(0), "ExcludeFromPrintout", "TRUE "));
-    Update();
-    EXPECT_EQ(NamesOf(pages), "1;$a\\x;$a\\y;2;$c\\x;$c\\y;") << "a blank makes it another value";
+// That everything below is excluded with them and comes back is shown by the random hierarchies.
+TEST_F(Pages, AreMarkedExcludedOneByOne) {
     Require(design.editor.SetAttribute(SheetOf(0), "ExcludeFromPrintout", "True"));
+    const Orin::Index third = SheetDesign::IndexOf(design.AddSheet(design.block, {"3"}));
+    design.AddChild(design.block, third, "$d", bare);
     Update();
-    EXPECT_EQ(NamesOf(pages), "2;$c\\x;$c\\y;");
     EXPECT_TRUE(pages.isMarkedExcluded(Named("1")));
     EXPECT_FALSE(pages.isMarkedExcluded(Named("$a\\x"))) << "excluded with its parent, not marked";
     EXPECT_EQ(pages.pageNumber(Named("$a\\x")), "");
     pages.includePage(Named("1"));
     EXPECT_FALSE(pages.isMarkedExcluded(Named("1")));
-    EXPECT_EQ(pages.pagesCount(), 6U);
-    pages.excludePage({});
-    EXPECT_EQ(NamesOf(pages), "");
-
-    // A page whose child blocks have no sheets has nothing recorded below it, itself included.
-    const Orin::Index other = SheetDesign::IndexOf(design.AddSheet(design.block, {"3"}));
-    design.AddChild(design.block, other, "$d", bare);
-    Update();
-    const PageID page = Named("3");
-    pages.excludePage(page);
-    EXPECT_TRUE(pages.isMarkedExcluded(page));
-    EXPECT_EQ(pages.pageNumber(page), "4");
+    pages.excludePage(Named("3"));
+    EXPECT_TRUE(pages.isMarkedExcluded(Named("3"))) << "though nothing is recorded below it";
     pages.excludePage({});
     EXPECT_EQ(NamesOf(pages), "3;") << "not excluded from above either";
     EXPECT_EQ(pages.heldPages().size(), 7U) << "every page, excluded or not";
+    pages.update();
+    EXPECT_FALSE(pages.isMarkedExcluded(Named("3")));
 }
 
 TEST_F(Pages, AreRemovedWithAllBelowAndAttachedOneByOne) {
@@ -180,36 +171,21 @@ TEST_F(Pages, TakeTheirPrintOrderFromTheFirstTitleThatBearsOne) {
 }
 
 TEST_F(Pages, FailOnlyWhereTheWalkCannotGoOn) {
-    const auto codeOf = [](const auto& action) {
-        try {
-            action();
-        } catch (const Orin::Result& failure) {
-            return failure.GetErrorCode();
-        }
-        return 0;
-    };
-    FaultInjector faults;
-    EXPECT_EQ(codeOf([&] { PageTraverser(*design.client, "other", EViewMode::Logical); }), 200);
-    EXPECT_EQ(codeOf([&] { PageTraverser(Orin::ContainerT<const Orin::ISnapshot>(), "top", EViewMode::Logical); }),
-              200);
+    EXPECT_THROW(PageTraverser(*design.client, "other", EViewMode::Logical), Orin::Result);
+    EXPECT_THROW(PageTraverser(Orin::ContainerT<const Orin::ISnapshot>(), "top", EViewMode::Logical), Orin::Result);
 
-    const std::string all = "1;$a\\x;$a\\y;2;$c\\x;$c\\y;";
     Require(design.editor.SetAttribute(SheetOf(1), "$$Internal_CUSTOM_ORDER", "1"));
     Update();
     EXPECT_EQ(NamesOf(pages), "2;$c\\x;$c\\y;1;$a\\x;$a\\y;");
-    faults.Inject({.operation = "IBlock::GetParentSnapshot", .persistent = true});
-    Update();
-    EXPECT_EQ(NamesOf(pages), all) << "no sheet range: the order of the block's own list";
-    faults.Inject({.operation = "IBlock::GetListOwnedGroups", .call = 3});
-    EXPECT_EQ(codeOf([&] { pages.update(); }), 102);
-    EXPECT_EQ(pages.pagesCount(), 0U);
-    EXPECT_TRUE(pages.getPageByName("1").IsEmpty() && pages.numbersForPage({}).empty()) << "nothing half walked";
-    faults.Clear();
-
+    FaultInjector faults;
     const char* const cases[][2] = {
-        {"IBlock::GetComp", "2;1;"},         {"IComp::GetChildBlock", "2;1;"},
-        {"IPath::GetChildPath", "2;1;"},     {"IGroup::GetListObjects", "2;1;"},
-        {"IComp::GetLabel", "2;x;y;1;x;y;"}, {"IPath::GetParentComp", "2;x;y;1;x;y;"},
+        {"IBlock::GetParentSnapshot", "1;$a\\x;$a\\y;2;$c\\x;$c\\y;"},  // no sheet range: as the block lists them
+        {"IBlock::GetComp", "2;1;"},
+        {"IComp::GetChildBlock", "2;1;"},
+        {"IPath::GetChildPath", "2;1;"},
+        {"IGroup::GetListObjects", "2;1;"},
+        {"IComp::GetLabel", "2;x;y;1;x;y;"},
+        {"IPath::GetParentComp", "2;x;y;1;x;y;"},
     };
     for (const auto& [operation, want] : cases) {
         faults.Inject({.operation = operation, .persistent = true});
@@ -227,8 +203,7 @@ TEST(DeepHierarchy, OfManyLevelsThatNameTheirChildTwiceIsWalkedOnce) {
     Orin::Index sheet = top;
     for (unsigned level = 1; level < Levels; ++level) {
         const SheetRange::Block below = design.AddBlock("level");
-        const std::string child = std::to_string(design.AddChild(block, sheet, "$", below).Value());
-        const std::string field = std::string(20 - child.size(), ' ') + child;
+        const std::string field = OrderField(design.AddChild(block, sheet, "$", below));
         Require(design.editor.SetAttribute(sheet, "$$Internal_COMPS_ORDER", (field + field).c_str()));
         block = below;
         sheet = SheetDesign::IndexOf(design.AddSheet(below, {"1"}));
