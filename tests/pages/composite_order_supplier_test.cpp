@@ -1,7 +1,9 @@
 #include "pages/composite_order_supplier.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -16,17 +18,16 @@ namespace {
 class OrderSuppliers : public testing::Test {
 protected:
     OrderSuppliers() : child(design.AddBlock("child")) {
-        const Orin::Index sheet = SheetDesign::IndexOf(design.sheets[0]);
         Add({.label = "b", .name = "q"}, "REFDES", "U10");
         Add({.label = "a", .name = "p"}, "REFDES", "U2");
         Add({.label = "c", .name = "q"}, "REFDES", "");
         Add({.label = "a", .name = "P"}, "Ref Designator", "U02");
         // What is no hierarchical component: of another type, without a child block, a net.
         Orin::Index net;
-        design.AddComp(design.block, sheet, {.label = "0", .childBlock = SheetDesign::IndexOf(child)});
-        design.AddChild(design.block, sheet, "0", {});
-        Require(design.editor.AddNet(SheetDesign::IndexOf(design.block), {"N"}, net));
-        Require(design.editor.AddMember(sheet, net));
+        design.AddComp(design.block, design.SheetOf(0), {.label = "0", .childBlock = IndexOf(child)});
+        design.AddChild(design.block, design.SheetOf(0), "0", {});
+        Require(design.editor.AddNet(IndexOf(design.block), {"N"}, net));
+        Require(design.editor.AddMember(design.SheetOf(0), net));
         pages.setAlgorithm(EAlgorithm::DepthFirst, ECompAlgorithm::Default);
         pages.update();
         page = pages.firstPage();
@@ -34,8 +35,8 @@ protected:
 
     void Add(Orin::DesignDb::CompSpec spec, const char* attribute, const char* designator) {
         spec.types = Orin::ECompType::Hierarchical;
-        spec.childBlock = SheetDesign::IndexOf(child);
-        comps.push_back(design.AddComp(design.block, SheetDesign::IndexOf(design.sheets[0]), spec));
+        spec.childBlock = IndexOf(child);
+        comps.push_back(design.AddComp(design.block, design.SheetOf(0), spec));
         Require(design.editor.SetAttribute(comps.back(), attribute, designator));
     }
 
@@ -85,7 +86,7 @@ TEST_F(OrderSuppliers, AddToTheOrderThatTheyAreGiven) {
     Require(design.editor.SetAttributeInPath(page.path, comps[0], "REFDES", "U1"));
     EXPECT_EQ(Order<RefDefOrderSupplier>(false, true), "?YZWX");
 
-    Require(design.editor.DeleteBlock(SheetDesign::IndexOf(child)));
+    Require(design.editor.DeleteBlock(IndexOf(child)));
     EXPECT_EQ(Order<DefaultOrderSupplier>(false), "?");
     PageObjects objects(design.objects);
     std::vector<Orin::Index> order;
@@ -93,10 +94,8 @@ TEST_F(OrderSuppliers, AddToTheOrderThatTheyAreGiven) {
 }
 
 TEST_F(OrderSuppliers, CompareDesignatorsByPrefixThenNumber) {
-    struct Case {
-        const char *why, *w, *x, *want;  // designators of W and X; Y and Z are U8 and U9
-    };
-    const Case cases[] = {
+    // The designators of W and X; those of Y and Z are U8 and U9.
+    const std::array<const char*, 4> cases[] = {
         {"numbers by value", "U10", "U7", "?XYZW"},
         {"prefixes by bytes", "u1", "T99", "?XYZW"},
         {"a shorter prefix is first", "UA", "U", "?XYZW"},
@@ -108,21 +107,15 @@ TEST_F(OrderSuppliers, CompareDesignatorsByPrefixThenNumber) {
     };
     Require(design.editor.SetAttribute(comps[2], "REFDES", "U8"));
     Require(design.editor.SetAttribute(comps[3], "REFDES", "U9"));
-    for (const Case& c : cases) {
-        Require(design.editor.SetAttribute(comps[0], "REFDES", c.w));
-        Require(design.editor.SetAttribute(comps[1], "REFDES", c.x));
-        EXPECT_EQ(Order<RefDefOrderSupplier>(false, true), c.want) << c.why;
+    for (const auto& [why, w, x, want] : cases) {
+        Require(design.editor.SetAttribute(comps[0], "REFDES", w));
+        Require(design.editor.SetAttribute(comps[1], "REFDES", x));
+        EXPECT_EQ(Order<RefDefOrderSupplier>(false, true), want) << why;
     }
 }
 
 TEST_F(OrderSuppliers, ReadStoredOrdersInFieldsOfTwentyCharacters) {
-    struct Case {
-        const char* why;
-        std::string stored;
-        bool declines;
-        const char *want, *reversed;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::string, bool, const char*, const char*> cases[] = {
         {"no field at all", "", false, "?", "?"},
         {"less than a field is an empty order", Field(0).substr(1), false, "?", "?"},
         {"what follows the last field is ignored", Field(3) + Field(1) + "    5", false, "?ZX", "XZ?"},
@@ -134,10 +127,10 @@ TEST_F(OrderSuppliers, ReadStoredOrdersInFieldsOfTwentyCharacters) {
         {"nor is one of more than 64 bits", "99999999999999999999", true, "?", "?"},
     };
     EXPECT_EQ(Order<CustomOrderSupplier>(true, true), "?") << "no stored order";
-    for (const Case& c : cases) {
-        Require(design.editor.SetAttribute(page.group, "$$Internal_COMPS_ORDER", c.stored.c_str()));
-        EXPECT_EQ(Order<CustomOrderSupplier>(c.declines, true), c.want) << c.why;
-        EXPECT_EQ(Order<CustomOrderSupplier>(c.declines, false), c.reversed) << c.why;
+    for (const auto& [why, stored, declines, want, reversed] : cases) {
+        Require(design.editor.SetAttribute(page.group, "$$Internal_COMPS_ORDER", stored.c_str()));
+        EXPECT_EQ(Order<CustomOrderSupplier>(declines, true), want) << why;
+        EXPECT_EQ(Order<CustomOrderSupplier>(declines, false), reversed) << why;
     }
 }
 

@@ -27,11 +27,12 @@ struct PageDesign : SheetDesign {
     }
 
     Orin::Index AddChild(const SheetRange::Block& owner, const Orin::Index& sheet, const std::string& label,
-                         const SheetRange::Block& child) {
+                         const SheetRange::Block& child, const Orin::Index& index = {}) {
         return AddComp(owner, sheet,
                        {.label = label.c_str(),
                         .types = Orin::ECompType::Hierarchical,
-                        .childBlock = child ? IndexOf(child) : Orin::Index()});
+                        .childBlock = child ? IndexOf(child) : Orin::Index(),
+                        .index = index});
     }
 
     PageTraverser Traverser() const { return PageTraverser(snapshot, "top", EViewMode::Logical); }

@@ -2,6 +2,7 @@
 
 #include <set>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -81,10 +82,7 @@ TEST(SequencedPageHolder, NumbersWhatIsIncludedAndKeepsTheWalkPlacesOfTheRest) {
 }
 
 TEST(PrintOrder, ComparesPiecesAsNumbersOrBytes) {
-    const struct {
-        const char *why, *a, *b;
-        bool before, after;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*, bool, bool> cases[] = {
         {"an empty text is before everything", "", "1", true, false},
         {"itself included", "", "", true, true},
         {"numbers by value", "2", "10", true, false},
@@ -105,9 +103,9 @@ TEST(PrintOrder, ComparesPiecesAsNumbersOrBytes) {
         {"in a circle: 05, 0a", "05", "0a", true, false},
         {"in a circle: 0a, 3", "0a", "3", true, false},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(RandomPageHolder::IsBefore(c.a, c.b), c.before) << c.why;
-        EXPECT_EQ(RandomPageHolder::IsBefore(c.b, c.a), c.after) << c.why;
+    for (const auto& [why, a, b, before, after] : cases) {
+        EXPECT_EQ(RandomPageHolder::IsBefore(a, b), before) << why;
+        EXPECT_EQ(RandomPageHolder::IsBefore(b, a), after) << why;
     }
 }
 
@@ -128,6 +126,7 @@ TEST(RandomPageHolder, SortsByDistinctPrintOrdersAndIgnoresExclusion) {
     EXPECT_EQ(holder.getPageByName("none").group, Index(7));
 
     holder.excludePage(Page(2));
+    holder.includePage(Page(3));
     holder.removePage(Page(4));
     holder.renumber();
     orders.reset();

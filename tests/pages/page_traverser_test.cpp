@@ -20,14 +20,12 @@ using Numbers = std::vector<unsigned>;
 class Pages : public testing::Test {
 protected:
     Pages() : leaf(design.AddBlock("leaf")), bare(design.AddBlock("bare")) {
-        x = SheetDesign::IndexOf(design.AddSheet(leaf, {"x"}));
-        y = SheetDesign::IndexOf(design.AddSheet(leaf, {"y"}));
-        design.AddChild(design.block, SheetOf(0), "$a", leaf);
-        design.AddChild(design.block, SheetOf(0), "$b", bare);
-        design.AddChild(design.block, SheetOf(1), "$c", leaf);
+        x = IndexOf(design.AddSheet(leaf, {"x"}));
+        design.AddSheet(leaf, {"y"});
+        design.AddChild(design.block, design.SheetOf(0), "$a", leaf);
+        design.AddChild(design.block, design.SheetOf(0), "$b", bare);
+        design.AddChild(design.block, design.SheetOf(1), "$c", leaf);
     }
-
-    Orin::Index SheetOf(std::size_t place) const { return SheetDesign::IndexOf(design.sheets[place]); }
 
     void Update(EAlgorithm algorithm = EAlgorithm::DepthFirst) {
         pages.setAlgorithm(algorithm, ECompAlgorithm::Default);
@@ -37,7 +35,7 @@ protected:
 
     PageDesign design{std::vector<SheetSpec>{{"1"}, {"2"}}};
     SheetRange::Block leaf, bare;
-    Orin::Index x, y;
+    Orin::Index x;
     PageTraverser pages = design.Traverser();
 };
 
@@ -49,10 +47,10 @@ TEST_F(Pages, TellTheirNumbersByPageAndBlock) {
     EXPECT_EQ(NamesOf(pages), "1;2;$a\\x;$a\\y;$c\\x;$c\\y;");
     EXPECT_EQ(pages.pageNumber(Named("$c\\x")), "5");
     EXPECT_EQ(pages.pageNumber({}), "");
-    const Orin::Index path = Named("$c\\x").path, block = SheetDesign::IndexOf(leaf);
+    const Orin::Index path = Named("$c\\x").path, block = IndexOf(leaf);
     EXPECT_EQ(pages.numbersForPage({}), (Numbers{1, 2, 3, 4, 5, 6})) << "the empty page is above all";
     EXPECT_EQ(pages.numbersForBlock(block, path), (Numbers{5, 6}));
-    EXPECT_EQ(pages.rangeForBlock(SheetDesign::IndexOf(design.block), Named("1").path), (Numbers{1, 6}));
+    EXPECT_EQ(pages.rangeForBlock(IndexOf(design.block), Named("1").path), (Numbers{1, 6}));
     EXPECT_EQ(pages.rangeForBlock(block, Named("1").path), Numbers{}) << "the block does not stand there";
     EXPECT_EQ(pages.rangeForPage(Named("1")), Numbers{}) << "never a range for a page";
 
@@ -77,13 +75,13 @@ TEST_F(Pages, WithoutAnAlgorithmAreNone) {
     EXPECT_EQ(pages.pagesCount(), 0U);
     EXPECT_EQ(pages.pageNumber({}), "");
     EXPECT_FALSE(pages.containsPage({}));
-    EXPECT_TRUE(pages.compositeOrder(SheetOf(0)).empty() && pages.numbersForPage({}).empty());
+    EXPECT_TRUE(pages.compositeOrder(design.SheetOf(0)).empty() && pages.numbersForPage({}).empty());
 }
 
 // That everything below is excluded with them and comes back is shown by the random hierarchies.
 TEST_F(Pages, AreMarkedExcludedOneByOne) {
-    Require(design.editor.SetAttribute(SheetOf(0), "ExcludeFromPrintout", "True"));
-    const Orin::Index third = SheetDesign::IndexOf(design.AddSheet(design.block, {"3"}));
+    Require(design.editor.SetAttribute(design.SheetOf(0), "ExcludeFromPrintout", "True"));
+    const Orin::Index third = IndexOf(design.AddSheet(design.block, {"3"}));
     design.AddChild(design.block, third, "$d", bare);
     Update();
     EXPECT_TRUE(pages.isMarkedExcluded(Named("1")));
@@ -103,7 +101,7 @@ TEST_F(Pages, AreMarkedExcludedOneByOne) {
 TEST_F(Pages, AreRemovedWithAllBelowAndAttachedOneByOne) {
     Update();
     const PageID top = Named("1"), ax = Named("$a\\x"), ay = Named("$a\\y"), cx = Named("$c\\x");
-    const Orin::Index block = SheetDesign::IndexOf(leaf);
+    const Orin::Index block = IndexOf(leaf);
     pages.removePage(top);
     EXPECT_EQ(NamesOf(pages), "2;$c\\x;$c\\y;");
     EXPECT_EQ(pages.pageNumber(Named("2")), "4") << "numbered as before";
@@ -129,7 +127,7 @@ TEST_F(Pages, AreRemovedWithAllBelowAndAttachedOneByOne) {
     Update();
     Orin::Index fresh;
     Require(design.editor.AddGroup(block, {"z"}, fresh));
-    for (const Orin::Index& group : {fresh, SheetOf(0), Orin::Index()})
+    for (const Orin::Index& group : {fresh, design.SheetOf(0), Orin::Index()})
         pages.attachPage({cx.path, group, "new"});  // the last two are no sheets of the leaf
     pages.attachPage({Orin::Index(), fresh, "nowhere"});
     EXPECT_EQ(pages.numbersForBlock(block, cx.path), (Numbers{5, 6}));
@@ -144,11 +142,11 @@ TEST_F(Pages, TakeTheirPrintOrderFromTheFirstTitleThatBearsOne) {
         unsigned types;
         const char *name, *value;
     } titles[] = {
-        {SheetOf(0), 0x10, PrintOrder, "1"},       // no title
-        {SheetOf(0), 0x8000, PrintOrder, "1"},     // no border
-        {SheetOf(0), 0x8010, "@PRINTORDER", "1"},  // of another kind
-        {SheetOf(0), 0x8010, PrintOrder, "7"},
-        {SheetOf(0), 0x8010, PrintOrder, "1"},  // not the first
+        {design.SheetOf(0), 0x10, PrintOrder, "1"},       // no title
+        {design.SheetOf(0), 0x8000, PrintOrder, "1"},     // no border
+        {design.SheetOf(0), 0x8010, "@PRINTORDER", "1"},  // of another kind
+        {design.SheetOf(0), 0x8010, PrintOrder, "7"},
+        {design.SheetOf(0), 0x8010, PrintOrder, "1"},  // not the first
         {x, 0x8010, PrintOrder, "4"},
     };
     Orin::Index comp;
@@ -161,7 +159,7 @@ TEST_F(Pages, TakeTheirPrintOrderFromTheFirstTitleThatBearsOne) {
     EXPECT_EQ(NamesOf(pages), "$a\\x;1;") << "the second x has the print order of the first";
     EXPECT_TRUE(pages.containsPage(Named("$c\\x")));
     Require(design.editor.SetAttributeInPath(Named("$c\\x").path, comp, PrintOrder, "12-3"));
-    Require(design.editor.SetAttribute(SheetOf(0), "ExcludeFromPrintout", "TRUE"));
+    Require(design.editor.SetAttribute(design.SheetOf(0), "ExcludeFromPrintout", "TRUE"));
     Update(EAlgorithm::PrintOrder);
     EXPECT_EQ(NamesOf(pages), "$a\\x;1;$c\\x;");
     EXPECT_EQ(pages.pageNumber(Named("$c\\x")), "3");
@@ -174,7 +172,7 @@ TEST_F(Pages, FailOnlyWhereTheWalkCannotGoOn) {
     EXPECT_THROW(PageTraverser(*design.client, "other", EViewMode::Logical), Orin::Result);
     EXPECT_THROW(PageTraverser(Orin::ContainerT<const Orin::ISnapshot>(), "top", EViewMode::Logical), Orin::Result);
 
-    Require(design.editor.SetAttribute(SheetOf(1), "$$Internal_CUSTOM_ORDER", "1"));
+    Require(design.editor.SetAttribute(design.SheetOf(1), "$$Internal_CUSTOM_ORDER", "1"));
     Update();
     EXPECT_EQ(NamesOf(pages), "2;$c\\x;$c\\y;1;$a\\x;$a\\y;");
     FaultInjector faults;
@@ -199,14 +197,14 @@ TEST(DeepHierarchy, OfManyLevelsThatNameTheirChildTwiceIsWalkedOnce) {
     constexpr unsigned Levels = 10'000;
     PageDesign design(std::vector<SheetSpec>{{"1"}});
     SheetRange::Block block = design.block;
-    const Orin::Index top = SheetDesign::IndexOf(design.sheets[0]);
+    const Orin::Index top = IndexOf(design.sheets[0]);
     Orin::Index sheet = top;
     for (unsigned level = 1; level < Levels; ++level) {
         const SheetRange::Block below = design.AddBlock("level");
         const std::string field = OrderField(design.AddChild(block, sheet, "$", below));
         Require(design.editor.SetAttribute(sheet, "$$Internal_COMPS_ORDER", (field + field).c_str()));
         block = below;
-        sheet = SheetDesign::IndexOf(design.AddSheet(below, {"1"}));
+        sheet = IndexOf(design.AddSheet(below, {"1"}));
     }
     design.AddChild(block, sheet, "$", design.block);  // a hierarchy that contains itself ends there
     PageTraverser pages = design.Traverser();

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -44,15 +45,11 @@ struct ConnectorDesign : PageDesign {
         Connector(block, SheetOf(1), "NET", C2);
         Connector(block, SheetOf(1), "ALONE", Alone);
         Connector(leaf, leafSheet, "NET", C3);
-        for (const auto& [sheet, child] : {std::pair(SheetOf(0), A), {SheetOf(1), B}})
-            AddComp(
-                block, sheet,
-                {.label = "$", .types = Orin::ECompType::Hierarchical, .childBlock = IndexOf(leaf), .index = child});
+        AddChild(block, SheetOf(0), "$", leaf, A);
+        AddChild(block, SheetOf(1), "$", leaf, B);
         AddComp(block, SheetOf(0),
                 {.label = "NET", .partition = "LIB", .definition = resistorSymbol, .index = Resistor});
     }
-
-    Index SheetOf(std::size_t place) const { return IndexOf(sheets[place]); }
 
     Index Connector(const SheetRange::Block& owner, const Index& sheet, const char* label, const Index& index = {}) {
         return AddComp(owner, sheet,
@@ -143,7 +140,7 @@ TEST_F(SheetConnectors, LeadAroundInPageOrder) {
 
 TEST_F(SheetConnectors, AreCollectedFromEveryPrintedPageOfEveryDesign) {
     const SheetRange::Block block = design.AddBlock("other");
-    const Index other = SheetDesign::IndexOf(block), sheet = SheetDesign::IndexOf(design.AddSheet(block, {"1"}));
+    const Index other = IndexOf(block), sheet = IndexOf(design.AddSheet(block, {"1"}));
     Index config;
     Require(design.editor.AddConfig({"other", other}, config));
     Require(design.editor.AddConfig({"leaf", other}, config));  // whose root is another block
@@ -163,16 +160,12 @@ TEST_F(SheetConnectors, AreCollectedAnewAfterWhatChangesThem) {
     const auto& top = design.block;
     Index index, net;
     const SheetRange::Block board = design.AddBlock("board");
-    Require(edit.SetBlockTypes(SheetDesign::IndexOf(board), Orin::EBlockType::Board));
-    Require(edit.AddNet(SheetDesign::IndexOf(top), {"N"}, net));
-    struct Case {
-        const char* why;
-        bool stale;
-        std::function<void()> edit;
-    };
-    const Case cases[] = {
+    Require(edit.SetBlockTypes(IndexOf(board), Orin::EBlockType::Board));
+    Require(edit.AddNet(IndexOf(top), {"N"}, net));
+    const auto add = [&] { index = design.Connector(top, design.SheetOf(0), "NET"); };
+    const std::tuple<const char*, bool, std::function<void()>> cases[] = {
         {"nothing", false, [] {}},
-        {"a connector is added", true, [&] { index = design.Connector(top, design.SheetOf(0), "NET"); }},
+        {"a connector is added", true, add},
         {"relabelled", true, [&] { Require(edit.SetLabel(index, "OTHER")); }},
         {"renamed", true, [&] { Require(edit.SetName(index, "name")); }},
         {"given an attribute", false, [&] { Require(edit.SetAttribute(index, "a", "b")); }},
@@ -181,11 +174,10 @@ TEST_F(SheetConnectors, AreCollectedAnewAfterWhatChangesThem) {
         {"added in a transaction", true,
          [&] {
              Require(design.snapshot->BeginTransaction(Orin::ETransactionType::Edit));
-             index = design.Connector(top, design.SheetOf(0), "NET");
+             add();
          }},
         {"and taken back", true, [&] { Require(design.snapshot->RollbackTransaction()); }},
-        {"added on another thread", true,
-         [&] { std::thread([&] { design.Connector(top, design.SheetOf(0), "NET"); }).join(); }},
+        {"added on another thread", true, [&] { std::thread(add).join(); }},
         {"a connector outside of schematics is added", false, [&] { index = design.Connector(board, {}, "NET"); }},
         {"relabelled", false, [&] { Require(edit.SetLabel(index, "OTHER")); }},
         {"a resistor is relabelled", false, [&] { Require(edit.SetLabel(Resistor, "R")); }},
@@ -193,8 +185,7 @@ TEST_F(SheetConnectors, AreCollectedAnewAfterWhatChangesThem) {
         {"a net is relabelled", false, [&] { Require(edit.SetLabel(net, "M")); }},
         {"deleted", false, [&] { Require(edit.DeleteNet(net)); }},
         {"a sheet is renamed", false, [&] { Require(edit.SetName(design.SheetOf(0), "one")); }},
-        {"a block with connectors is deleted", true,
-         [&] { Require(edit.DeleteBlock(SheetDesign::IndexOf(design.leaf))); }},
+        {"a block with connectors is deleted", true, [&] { Require(edit.DeleteBlock(IndexOf(design.leaf))); }},
         {"other symbols are connectors", false,
          [&] {
              symbols.keys = {"LIB:res.1"};
@@ -203,11 +194,10 @@ TEST_F(SheetConnectors, AreCollectedAnewAfterWhatChangesThem) {
         {"a connector of yesterday is deleted", false, [&] { Require(edit.DeleteComp(C1)); }},
         {"null keeps the symbols", false, [&] { EXPECT_TRUE(cache.reloadSheetConnectorsList(nullptr)); }},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
-        c.edit();
-        EXPECT_EQ(IsStale(), c.stale);
-        EXPECT_FALSE(IsStale());
+    for (const auto& [why, stale, change] : cases) {
+        change();
+        EXPECT_EQ(IsStale(), stale) << why;
+        EXPECT_FALSE(IsStale()) << why;
     }
     EXPECT_TRUE(cache.isSheetConnectorSymbol("LIB", "res", "1"));
 }

@@ -1,19 +1,23 @@
 // A design of one block with sheets, for tests and benchmarks.
 #pragma once
 
-#include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "designdb/database.h"
-#include "designdb/editor.h"
 #include "sheets/sheet_range.h"
+#include "tests/support/drawn_design.h"
 
 namespace Quill::Testing {
 
 inline void Require(const Orin::Result& result) {
-    if (!result) throw std::runtime_error(static_cast<const char*>(result.GetDescription()));
+    Tests::Must(result);
+}
+
+template <class T>
+Orin::Index IndexOf(const Orin::ContainerT<T>& object) {
+    Orin::Index index;
+    Require(object->GetIndex(index));
+    return index;
 }
 
 // `order` and `id` as they are stored; nothing is stored for an empty one.
@@ -22,12 +26,8 @@ struct SheetSpec {
     Orin::EGroupType type = Orin::EGroupType::Sheet;
 };
 
-struct SheetDesign {
-    explicit SheetDesign(const std::vector<SheetSpec>& specs) {
-        static int projects = 0;
-        Require(Orin::DesignDb::Database::Create(database, std::to_string(++projects).c_str()));
-        client = database.Connect("test");
-        Require(client->GetSnapshotByName(snapshot, "QUILL"));
+struct SheetDesign : Tests::DesignClient {
+    explicit SheetDesign(const std::vector<SheetSpec>& specs) : DesignClient(Tests::DrawnDesign::NewProject(), "test") {
         Require(Orin::DesignDb::Editor::Open(editor, snapshot));
         block = AddBlock("top");
         for (const SheetSpec& spec : specs)
@@ -52,16 +52,8 @@ struct SheetDesign {
         return sheet;
     }
 
-    template <class T>
-    static Orin::Index IndexOf(const Orin::ContainerT<T>& object) {
-        Orin::Index index;
-        Require(object->GetIndex(index));
-        return index;
-    }
+    Orin::Index SheetOf(std::size_t place) const { return IndexOf(sheets[place]); }
 
-    Orin::DesignDb::Database database;
-    std::unique_ptr<Orin::OrinPI> client;
-    SheetRange::Snapshot snapshot;
     Orin::DesignDb::Editor editor;
     SheetRange::Block block;
     std::vector<SheetRange::Sheet> sheets;  // in the order of their making

@@ -51,12 +51,6 @@ std::string Stored(const SheetDesign& design) {
     return text;
 }
 
-bool InTransaction(const SheetDesign& design) {
-    bool active = false;
-    Require(design.snapshot->IsTransactionActive(active));
-    return active;
-}
-
 TEST(SheetRange, SheetsWithoutAnOrderComeLastAsTheyAreListed) {
     const auto cluster = Orin::EGroupType::Cluster, generated = Orin::EGroupType::GeneratedSheet;
     std::vector<SheetSpec> specs = {
@@ -158,23 +152,21 @@ TEST(SheetRange, WritesJoinTheCallersTransaction) {
     // A sheet that the database ceases to know between two looks ends even the caller's transaction.
     faults.Inject({"IObject::GetIndex", {}, 2});
     EXPECT_FALSE(range.MoveUp(design.sheets[4]));
-    EXPECT_FALSE(InTransaction(design));
+    EXPECT_FALSE(design.snapshot->RollbackTransaction());
     EXPECT_EQ(Stored(design), FiveStored);
 }
 
-struct Reloader : Orin::EventObserver {
-    Reloader(SheetRange& observed, const SheetRange::Block& itsBlock) : range(observed), block(itsBlock) {}
-    void OnAfterChange(const Orin::Index& object, Orin::EEventsChange kind, bool) override {
-        if (SheetRange::IsOrderChanged(block, object, kind)) range.Init(block);
-    }
-    SheetRange& range;
-    SheetRange::Block block;
-};
-
 TEST(SheetRange, AnObserverMayReloadTheRangeWithinItsOwnWrites) {
     const SheetDesign design(Five);
-    SheetRange range = Load(design);
-    Reloader reloader(range, design.block);
+    struct Reloader : Orin::EventObserver {
+        SheetRange range;
+        SheetRange::Block block;
+        void OnAfterChange(const Orin::Index& object, Orin::EEventsChange kind, bool) override {
+            if (SheetRange::IsOrderChanged(block, object, kind)) range.Init(block);
+        }
+    } reloader;
+    SheetRange& range = reloader.range;
+    range.Init(reloader.block = design.block);
     Require(design.snapshot->AddEventObserver(&reloader));
     EXPECT_TRUE(range.MoveTo({design.sheets[3], design.sheets[4]}, design.sheets[0], false));
     Require(design.snapshot->RemoveEventObserver(&reloader));
@@ -184,14 +176,14 @@ TEST(SheetRange, AnObserverMayReloadTheRangeWithinItsOwnWrites) {
 
 TEST(SheetRange, OnlyAttributesSetOnTheBlocksOwnGroupsChangeItsOrder) {
     SheetDesign design(Five);
-    const Orin::Index sheet = design.IndexOf(design.sheets[0]);
+    const Orin::Index sheet = IndexOf(design.sheets[0]);
     Orin::Index nested;
     Require(design.editor.AddGroup(sheet, {"nested"}, nested));
     const auto set = Orin::EEventsChange::SetAttribute;
     EXPECT_TRUE(SheetRange::IsOrderChanged(design.block, sheet, set));
     EXPECT_FALSE(SheetRange::IsOrderChanged(design.block, sheet, Orin::EEventsChange::RemoveAttribute));
     EXPECT_FALSE(SheetRange::IsOrderChanged(design.AddBlock("other"), sheet, set));
-    for (const Orin::Index& other : {nested, design.IndexOf(design.block)})
+    for (const Orin::Index& other : {nested, IndexOf(design.block)})
         EXPECT_FALSE(SheetRange::IsOrderChanged(design.block, other, set));
 }
 

@@ -14,12 +14,21 @@ inline void Must(const Orin::Result& result) {
     if (!result) throw std::runtime_error(static_cast<const char*>(result.GetDescription()));
 }
 
-// The objects of such a design, as one client holds them.
-struct DrawnObjects {
-    DrawnObjects(const Orin::DesignDb::Database& project, const char* name)
+// A design as one client holds it.
+struct DesignClient {
+    DesignClient(const Orin::DesignDb::Database& project, const char* name)
         : database(project), client(database.Connect(name)) {
         Must(client->GetSnapshotByName(snapshot, Orin::DesignDb::WorkingSnapshot));
     }
+
+    Orin::DesignDb::Database database;
+    std::unique_ptr<Orin::OrinPI> client;
+    Orin::ContainerT<const Orin::ISnapshot> snapshot;
+};
+
+// The objects of such a design.
+struct DrawnObjects : DesignClient {
+    using DesignClient::DesignClient;
     void Find(const Orin::Index& blockIndex, const Orin::Index& sheetIndex, const Orin::Index& symbolIndex) {
         Orin::IUIDManager objects;
         Must(snapshot->GetUIDManager(objects));
@@ -28,9 +37,6 @@ struct DrawnObjects {
         Must(objects.GetComp(symbol, symbolIndex));
     }
 
-    Orin::DesignDb::Database database;
-    std::unique_ptr<Orin::OrinPI> client;
-    Orin::ContainerT<const Orin::ISnapshot> snapshot;
     Orin::ContainerT<const Orin::IBlock> block;
     Orin::ContainerT<const Orin::IGroup> sheet;
     Orin::ContainerT<const Orin::IComp> symbol;
