@@ -1,7 +1,7 @@
-#include <algorithm>
+#include <array>
 #include <atomic>
 #include <functional>
-#include <stdexcept>
+#include <tuple>
 #include <utility>
 
 #include "events/orin_event_dispatcher.h"
@@ -147,23 +147,28 @@ TEST_F(EventDispatcher, TheNavigatorHearsOfRipsRootsAndDeletions) {
     Dispatcher().RemoveEventObserver(&snapshot, &observer);
 }
 
-TEST_F(EventDispatcher, ARemovedObserverMissesWhatWasQueuedAndHearsAgainOnceRegisteredAnew) {
-    Plain observer, other;
-    Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);
-    Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);  // ignored
-    Dispatcher().AddEventObserver(nullptr, &other, "", 0);
+TEST_F(EventDispatcher, RemovedObserversMissWhatWasQueuedAndHearAgainOnceRegisteredAnew) {
+    std::vector<Plain> observers(40);
+    Plain stranger;
     Orin::ContainerT<const Orin::ISnapshot> empty;
-    Dispatcher().AddEventObserver(&empty, &other, "", 0);
-    Dispatcher().RemoveEventObserver(&empty, &observer);
-    Dispatcher().RemoveEventObserver(&snapshot, &other);
-    OnAnotherThread([&] { AddNets(); });
-    Dispatcher().RemoveEventObserver(&snapshot, &observer);
-    Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);
-    OnAnotherThread([&] { AddNets(); });
+    for (int round = 0; round < 3; ++round) {
+        for (Plain& observer : observers) {
+            Dispatcher().RemoveEventObserver(&snapshot, &observer);
+            Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);
+            Dispatcher().AddEventObserver(&snapshot, &observer, "", 0);  // ignored
+            Dispatcher().RemoveEventObserver(&empty, &observer);         // so are the others
+            Dispatcher().RemoveEventObserver(&snapshot, &stranger);
+            Dispatcher().AddEventObserver(&empty, &stranger, "", 0);
+            Dispatcher().AddEventObserver(nullptr, &stranger, "", 0);
+        }
+        OnAnotherThread([&] { AddNets(); });
+    }
     Dispatcher().DispatchEvents();
-    EXPECT_EQ(observer.log.size(), 2U) << "of the second net alone";
-    EXPECT_EQ(other.log, Log{});
-    Dispatcher().RemoveEventObserver(&snapshot, &observer);
+    for (Plain& observer : observers) {
+        EXPECT_EQ(observer.log.size(), 2U) << "of the last net alone";
+        Dispatcher().RemoveEventObserver(&snapshot, &observer);
+    }
+    EXPECT_EQ(stranger.log, Log{});
 }
 
 TEST_F(EventDispatcher, ARenamingInsideARenamingKnowsTheNameBeforeEach) {
@@ -220,108 +225,130 @@ TEST_F(EventDispatcher, AnObserverMayDispatchAndRemoveItselfAndOthers) {
             act();
         }
     } unruly;
-    Plain quiet;
+    Plain quiet;  // registered behind it
     const auto removeItself = [&] { Dispatcher().RemoveEventObserver(&snapshot, &unruly); };
-    const auto begin = [&](std::function<void()> act) {
-        unruly.log.clear();
-        unruly.act = std::move(act);
-        Dispatcher().AddEventObserver(&snapshot, &unruly, "", 0);
-    };
-    Dispatcher().AddEventObserver(&snapshot, &quiet, "", 0);
-
-    begin(removeItself);
-    AddNets(2);
-    EXPECT_EQ(unruly.log.size(), 2U) << "removed inside a direct callback";
-    begin(removeItself);
-    EXPECT_TRUE(editor.SetName(blockIndex, "renamed"));
-    Dispatcher().DispatchEvents();
-    EXPECT_EQ(unruly.log.size(), 1U) << "nothing is queued for it after its removal";
-    begin([&] {
+    const auto removeQuiet = [&] { Dispatcher().RemoveEventObserver(&snapshot, &quiet); };
+    const auto removeItselfAndDispatch = [&] {
         removeItself();
         Dispatcher().DispatchEvents();
-    });
-    OnAnotherThread([&] { AddNets(2); });
-    quiet.log.clear();
-    Dispatcher().DispatchEvents();
-    EXPECT_EQ(unruly.log.size(), 2U) << "an inner dispatch does not revive what was queued before";
-    EXPECT_EQ(quiet.log.size(), 4U);
-
-    quiet.log.clear();
-    begin([&] { OnAnotherThread([&] { AddNets(); }); });
-    OnAnotherThread([&] { AddNets(); });
-    Dispatcher().DispatchEvents();
-    EXPECT_EQ(quiet.log.size(), 2U) << "other threads may queue meanwhile, for the next time";
-    removeItself();
-    Dispatcher().DispatchEvents();
-    EXPECT_EQ(quiet.log.size(), 4U);
-
-    Dispatcher().RemoveEventObserver(&snapshot, &quiet);
-    begin([&] { Dispatcher().RemoveEventObserver(&snapshot, &quiet); });
-    Dispatcher().AddEventObserver(&snapshot, &quiet, "", 0);
-    quiet.log.clear();
-    AddNets();
-    EXPECT_EQ(quiet.log.size(), 1U) << "removed by the one before it";
-    Dispatcher().AddEventObserver(&snapshot, &quiet, "", 0);
-    quiet.log.clear();
-    OnAnotherThread([&] { AddNets(); });
-    Dispatcher().DispatchEvents();
-    EXPECT_EQ(quiet.log.size(), 1U) << "removed by an item in front of its own";
-    removeItself();
+    };
+    const auto rename = [&] { EXPECT_TRUE(editor.SetName(blockIndex, "renamed")); };
+    const auto add = [&] { AddNets(2); };
+    const auto addElsewhere = [&] { OnAnotherThread([&] { AddNets(2); }); };
+    // With how often each is told at once and by a dispatch.
+    const std::tuple<const char*, std::function<void()>, std::function<void()>, std::array<std::size_t, 4>> cases[] = {
+        {"removed inside a direct callback", removeItself, add, {2, 4, 2, 4}},
+        {"nothing is queued for it after its removal", removeItself, rename, {1, 2, 1, 3}},
+        {"an inner dispatch does not revive it", removeItselfAndDispatch, addElsewhere, {0, 0, 2, 4}},
+        {"other threads may queue meanwhile, for the next time", addElsewhere, addElsewhere, {0, 0, 4, 4}},
+        {"removed by the one before it", removeQuiet, add, {4, 1, 4, 1}},
+        {"removed by an item in front of its own", removeQuiet, addElsewhere, {0, 0, 4, 1}},
+    };
+    for (const auto& [why, act, edit, want] : cases) {
+        unruly.log.clear();
+        quiet.log.clear();
+        unruly.act = act;
+        Dispatcher().AddEventObserver(&snapshot, &unruly, "", 0);
+        Dispatcher().AddEventObserver(&snapshot, &quiet, "", 0);
+        edit();
+        const std::size_t direct[] = {unruly.log.size(), quiet.log.size()};
+        Dispatcher().DispatchEvents();
+        EXPECT_EQ((std::array{direct[0], direct[1], unruly.log.size(), quiet.log.size()}), want) << why;
+        removeItself();
+        removeQuiet();
+        Dispatcher().DispatchEvents();
+    }
 }
 
-TEST_F(EventDispatcher, WhatAnEventObserverThrowsIsReportedOnTheOwnerThread) {
-    struct Thrower : Plain {
-        void OnAfterAdd(const Index&, const Index&, Orin::EEventsAdd, bool) override { throw std::runtime_error("no"); }
-    } thrower;
+TEST_F(EventDispatcher, EachClientCallbackHasItsRuleOnTheOwnerThreadAndOffIt) {
     Tests::RecordingClient observer;
+    const Index parent(Orin::EObjectType::Block, 0, 1), net(Orin::EObjectType::Net, 0, 1);
+    const Index sub(static_cast<Orin::EObjectType>(22), 0, 1);
+    const auto calls = [&] {
+        EXPECT_TRUE(database.Notify([&](Orin::ClientObserver& o) {
+            o.OnErrorAdd("p", "e", parent, net, Orin::EEventsAdd{57});
+            o.OnErrorDelete("p", "e", parent, sub, Orin::EEventsDelete{47});
+            o.OnErrorDeleteAll("p", "e", net, Orin::EEventsDeleteAll{1});
+            o.OnErrorChange("p", "e", net, Orin::EEventsChange{27});
+            o.OnErrorQuillDataChange("p", "e", parent, net, Orin::EEventsQuillDataChange{2});
+            o.OnErrorConnectivityChange("p", "e", parent, net, Orin::EEventsConnectivityChange{3});
+            o.OnErrorSwap("p", "e", parent, net, sub, Orin::EEventsSwap{1});
+            o.OnErrorImport("p", "e", parent, Orin::EEventsImport{1});
+            o.OnErrorTransaction("p", "e");
+            o.OnErrorUnexpected("p", "");
+            o.OnWorkingModeChange(Orin::EClientWorkingMode{2});
+            o.OnErrorSetAttribute("p", "e", net, "a", "", Orin::EAttributeType::User, 0);
+            o.OnRestore("p", "s");
+            o.OnErrorSnapshotAdd("e", "s");
+            o.OnErrorDefConstraintDelete("e", "s");
+        }));
+    };
+    const Log once = {"ErrorAdd 'p' 'e' 5:1 14:1 57",
+                      "ErrorDelete 'p' 'e' 5:1 22:1 47",
+                      "ErrorDeleteAll 'p' 'e' 14:1 1",
+                      "ErrorChange 'p' 'e' 14:1 27",
+                      "ErrorQuillDataChange 'p' 'e' 5:1 14:1 2",
+                      "ErrorConnectivityChange 'p' 'e' 5:1 14:1 3",
+                      "ErrorSwap 'p' 'e' 5:1 14:1 22:1 1",
+                      "ErrorImport 'p' 'e' 5:1 1",
+                      "ErrorTransaction 'p' 'e'",
+                      "ErrorUnexpected 'p' ''",
+                      "WorkingModeChange 2"};
+    Log twice = once;
+    twice.insert(twice.end(), once.begin(), once.end());
+    EXPECT_TRUE(client->AddClientObserver(Dispatcher().GetClientObserver()));  // which hears all and does nothing
     Dispatcher().AddClientObserver(client.get(), &observer);
-    EXPECT_TRUE(client->AddClientObserver(Dispatcher().GetClientObserver()));
-    EXPECT_TRUE(snapshot->AddEventObserver(&thrower));
-    const std::string want = "ErrorUnexpected 'small' 'An observer threw: no'";
-    OnAnotherThread([&] { AddNets(); });
-    EXPECT_EQ(observer.log, Log{});
-    AddNets();
+    Dispatcher().AddClientObserver(nullptr, &observer);
+    Dispatcher().AddClientObserver(client.get(), nullptr);
+    calls();
+    EXPECT_EQ(observer.log, once);
+    OnAnotherThread(calls);
+    EXPECT_EQ(observer.log, once);
     Dispatcher().DispatchEvents();
-    EXPECT_EQ(observer.log, (Log{want, want}));
+    EXPECT_EQ(observer.log, twice);
+
+    observer.log.clear();
+    Dispatcher().AddClientObserver(client.get(), &observer);
+    calls();
+    EXPECT_EQ(observer.log, twice) << "the same observer may be registered twice";
+    OnAnotherThread(calls);
     Dispatcher().RemoveClientObserver(client.get(), &observer);
-    EXPECT_TRUE(snapshot->RemoveEventObserver(&thrower));
+    observer.log.clear();
+    Dispatcher().DispatchEvents();
+    EXPECT_EQ(observer.log, Log{}) << "what was queued is not told, whichever registration it came through";
+    calls();
+    EXPECT_EQ(observer.log, once) << "the other registration stands";
+    Dispatcher().RemoveClientObserver(client.get(), &observer);
+    Dispatcher().RemoveClientObserver(client.get(), &observer);
+    calls();
+    EXPECT_EQ(observer.log, once);
     EXPECT_TRUE(client->RemoveClientObserver(Dispatcher().GetClientObserver()));
 }
 
 TEST_F(EventDispatcher, NothingIsLostWhileThreadsEditAndTheOwnerDrains) {
-    constexpr unsigned Threads = 4;
-    constexpr unsigned Edits = 300;
-    // Each thread adds nets to a block of its own, labelled by thread and number.
-    struct Order : EventObserverEx {
-        unsigned nets[Threads] = {};
-        std::string names[Threads];  // the last one of each thread's block
-        unsigned breaks = 0;         // where a net or a renaming did not go on from the last one
-        void OnBlockNameChange(Index, const std::string& before, const std::string& after) override {
-            std::string& name = names[static_cast<std::size_t>(after[0] - '0')];
-            if (!name.empty() && before != name) ++breaks;
-            name = after;
-        }
-        void OnAddNet(Index, Index, const std::string& label) override {
-            if (label.substr(2) != std::to_string(nets[static_cast<std::size_t>(label[0] - '0')]++)) ++breaks;
-        }
-    } observer;
+    RecordingEx observer;
     RecordingNavigator passing;  // comes and goes while it is being called
     Dispatcher().AddEventObserverEx(&snapshot, &observer, "", 0);
-    std::atomic<unsigned> running{Threads};
+    std::vector<Log> wanted(4);  // by thread, each of which has a block of its own
+    std::atomic<std::size_t> running{wanted.size()};
     std::vector<std::thread> threads;
-    for (unsigned thread = 0; thread < Threads; ++thread)
+    for (std::size_t thread = 0; thread < wanted.size(); ++thread)
         threads.emplace_back([&, thread] {
-            const std::string name = std::to_string(thread);
+            std::string name = std::to_string(thread);
             const std::unique_ptr<Orin::OrinPI> own = database.Connect(name.c_str());
             Orin::ContainerT<const Orin::ISnapshot> seen;
             Orin::DesignDb::Editor ownEditor;
             Index home, net;
             EXPECT_TRUE(own->GetSnapshotByName(seen, "QUILL") && Orin::DesignDb::Editor::Open(ownEditor, seen));
             EXPECT_TRUE(ownEditor.AddBlock({name.c_str()}, home));
-            for (unsigned edit = 0; edit < Edits; ++edit) {
-                const std::string label = name + " " + std::to_string(edit);
-                EXPECT_TRUE(ownEditor.AddNet(home, {label.c_str()}, net));
-                EXPECT_TRUE(edit % 8 != 0 || ownEditor.SetName(home, label.c_str()));
+            for (int edit = 0; edit < 300; ++edit) {
+                const std::string text = std::to_string(thread) + " " + std::to_string(edit);
+                EXPECT_TRUE(ownEditor.AddNet(home, {text.c_str()}, net));
+                wanted[thread].push_back(Line("AddNet", net, home, text));
+                if (edit % 8 != 0) continue;
+                EXPECT_TRUE(ownEditor.SetName(home, text.c_str()));
+                wanted[thread].push_back(Line("BlockNameChange", home, name, text));
+                name = text;
             }
             --running;
         });
@@ -333,10 +360,11 @@ TEST_F(EventDispatcher, NothingIsLostWhileThreadsEditAndTheOwnerDrains) {
     for (std::thread& thread : threads)
         thread.join();
     Dispatcher().DispatchEvents();
-    EXPECT_EQ(observer.breaks, 0U);
-    for (unsigned thread = 0; thread < Threads; ++thread) {
-        EXPECT_EQ(observer.nets[thread], Edits);
-        EXPECT_EQ(observer.names[thread].substr(1), " 296");
+    for (std::size_t thread = 0; thread < wanted.size(); ++thread) {
+        Log told;
+        for (const std::string& line : observer.log)
+            if (line.find(" '" + std::to_string(thread)) != std::string::npos) told.push_back(line);
+        EXPECT_EQ(told, wanted[thread]);
     }
     Dispatcher().RemoveEventObserver(&snapshot, &observer);
 }

