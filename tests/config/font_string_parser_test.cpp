@@ -38,10 +38,9 @@ TEST(FontString, ReadsWhatIsThereAndKeepsTheRest) {
     };
     // clang-format on
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
         FontData data = c.before;
         CFontStringParser::fromString(c.text, data);
-        EXPECT_EQ(Fields(data), Fields(c.want));
+        EXPECT_EQ(Fields(data), Fields(c.want)) << c.why;
     }
     FontData data;
     data.FontFace("4|Face|Style");

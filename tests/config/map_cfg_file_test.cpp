@@ -24,11 +24,10 @@ TEST(MapCfgFile, TakesQuotedTextsInPairs) {
     };
     // clang-format on
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
         folder.Write("a map.cfg", c.text);
         MapCfgFile file;
         file.load(folder / "a map.cfg");
-        EXPECT_EQ(file.getMap(), c.want);
+        EXPECT_EQ(file.getMap(), c.want) << c.why;
     }
 }
 

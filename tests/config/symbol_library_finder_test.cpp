@@ -43,9 +43,8 @@ TEST(SymbolFinder, TableGivesWellFormedNamesInRecordOrder) {
     };
     // clang-format on
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
         folder.Write("lib/sym.tbl", c.table);
-        EXPECT_EQ(Symbols(folder / "lib", true), c.want);
+        EXPECT_EQ(Symbols(folder / "lib", true), c.want) << c.why;
     }
     folder.Write("lib/sym.tbl", Record("bad") + Record("b.1") + Record("a.1"));
     EXPECT_EQ(Symbols(folder / "lib", true, true), Names{"b.1"});
@@ -53,9 +52,8 @@ TEST(SymbolFinder, TableGivesWellFormedNamesInRecordOrder) {
 
 TEST(SymbolFinder, FolderGivesWellFormedFileNamesSorted) {
     const TemporaryFolder folder;
-    for (const char* name : {"res.1", "Cap.1", "r(2)+.12", "cap.2", ".1", ".x.1", "r s.1", "res", "res.", "res.a1"}) {
+    for (const char* name : {"res.1", "Cap.1", "r(2)+.12", "cap.2", ".1", ".x.1", "r s.1", "res", "res.", "res.a1"})
         folder.Write(std::string("lib/sym/") + name, "");
-    }
     folder.MakeFolder("lib/sym/a.1");
     EXPECT_EQ(Symbols(folder / "lib", false), (Names{"Cap.1", "cap.2", "r(2)+.12", "res.1"}));
     EXPECT_EQ(Symbols(folder / "lib", false, true), Names{"Cap.1"});
