@@ -3,6 +3,7 @@
 #include <ctime>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -43,49 +44,40 @@ TEST(TimeStamp, OfThisMomentIsTheClocks) {
 }
 
 TEST(TimeStamp, OrderOfStoredDesignsStays) {
-    struct Case {
-        int rank;  // equal ranks are equally old
-        const char *stamp, *why;
+    // Those of a line are equally old, and older than those of the lines below.
+    const std::vector<std::vector<const char*>> lines = {
+        {"", nullptr},                          // no stamp is before every date
+        {"-2147483648", "-99999999999"},        // December 1901, clamped to 32 bits
+        {"-1"},                                 // before 1970 the fields are broken down as always
+        {"0", "never"},                         // January 1970; no number is second 0
+        {" 1x"},                                // the number ends at the first other character
+        {"788918400"},                          // January 1995: month 0
+        {"0:00:00_1-1--5"},                     // a year of -5 is 1995; month 1
+        {"::"},                                 // all pieces are empty, and the year is 2000
+        {"0:00:00_-1-1-24"},                    // the month is empty, the year is cut from 1-24
+        {"1:02:03_4", "1:02:03_4-1-01"},        // day and year are cut from the front again
+        {"5:06", "5:06:05_5-5-05"},             // so are second, month, day and year
+        {"1:02:03_4-5-6.7", "1:02:03_4-5-06"},  // the year ends at a full stop
+        {"1700000000"},                         // 14 November 2023, 22:13:20: month 10
+        {"22:13:20_11-14-23"},                  // the same moment is a month later when formatted
+        {"1703980800"},                         // 31 December 2023: month 11, and day 31 after day 14
+        {"23:59:59_12-31-23"},                  // the end of the year
+        {"0:00:00_1-1-24"},                     // the year decides first
+        {"9:5:7_3-14-24", "9x:05:07_3-14-24"},  // padding plays no part, nor what follows a number
+        {"9:05:08_3-14-24"},                    // the second decides last
+        {"9:06:07_3-14-24"},                    // before it the minute
+        {"10:00:00_3-14-24"},                   // before it the hour, as a number
+        {"0:00:00_3-15-24"},                    // before it the day
+        {"2147483647", "99999999999"},          // January 2038, clamped to 32 bits
+        {"0:00:00_1-1-99"},                     // two-digit years are of this century
+        {"0:00:00_1-1-99999999999"},            // clamped, and still 2000 is added
     };
-    const Case cases[] = {
-        {0, "", "no stamp is before every date"},
-        {0, nullptr, "null is no stamp"},
-        {1, "-2147483648", "December 1901"},
-        {1, "-99999999999", "clamped to 32 bits"},
-        {2, "-1", "before 1970 the fields are broken down as always"},
-        {3, "0", "January 1970"},
-        {3, "never", "no number is second 0"},
-        {4, " 1x", "the number ends at the first other character"},
-        {5, "788918400", "January 1995: month 0"},
-        {6, "0:00:00_1-1--5", "a year of -5 is 1995; month 1"},
-        {7, "::", "all pieces are empty, and the year is 2000"},
-        {8, "0:00:00_-1-1-24", "the month is empty, the year is cut from 1-24"},
-        {9, "1:02:03_4", "day and year are cut from the front again"},
-        {9, "1:02:03_4-1-01", "as if this had been written"},
-        {10, "5:06", "so are second, month, day and year"},
-        {10, "5:06:05_5-5-05", "as if this had been written"},
-        {11, "1:02:03_4-5-6.7", "the year ends at a full stop"},
-        {11, "1:02:03_4-5-06", "as if this had been written"},
-        {12, "1700000000", "14 November 2023, 22:13:20: month 10"},
-        {13, "22:13:20_11-14-23", "the same moment is a month later when formatted"},
-        {14, "1703980800", "31 December 2023: month 11, and day 31 after day 14"},
-        {15, "23:59:59_12-31-23", "the end of the year"},
-        {16, "0:00:00_1-1-24", "the year decides first"},
-        {17, "9:5:7_3-14-24", "padding plays no part"},
-        {17, "9x:05:07_3-14-24", "nor what follows a number"},
-        {18, "9:05:08_3-14-24", "the second decides last"},
-        {19, "9:06:07_3-14-24", "before it the minute"},
-        {20, "10:00:00_3-14-24", "before it the hour, as a number"},
-        {21, "0:00:00_3-15-24", "before it the day"},
-        {22, "2147483647", "January 2038"},
-        {22, "99999999999", "clamped to 32 bits"},
-        {23, "0:00:00_1-1-99", "two-digit years are of this century"},
-        {24, "0:00:00_1-1-99999999999", "clamped, and still 2000 is added"},
-    };
-    for (const Case& a : cases)
-        for (const Case& b : cases)
-            EXPECT_EQ(time_stamp::is_less(a.stamp, b.stamp), a.rank < b.rank)
-                << a.rank << " (" << a.why << ") against " << b.rank << " (" << b.why << ")";
+    for (const auto& line : lines)
+        for (const auto& other : lines)
+            for (const char* const a : line)
+                for (const char* const b : other)
+                    EXPECT_EQ(time_stamp::is_less(a, b), &line < &other)
+                        << (a ? a : "null") << " against " << (b ? b : "null");
     EXPECT_TRUE(time_stamp::comparator_func("0", "1") && !time_stamp::comparator_func("1", "0"));
 }
 
