@@ -5,6 +5,7 @@
 #include <limits>
 #include <locale>
 #include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -36,26 +37,20 @@ private:
     std::locale m_before;
 };
 
+// A reason, a text, and the value, status and length that it is read with.
 template <class T>
-struct Case {
-    const char* why;
-    std::string_view text;
-    T value;
-    NumberStatus status;
-    std::size_t length;
-};
+using Cases = std::vector<std::tuple<const char*, std::string_view, T, NumberStatus, std::size_t>>;
 
-template <class T, std::size_t Count>
-void Check(ParsedNumber<T> (*parse)(std::string_view) noexcept, const Case<T> (&cases)[Count]) {
-    for (const Case<T>& c : cases) {
-        const ParsedNumber<T> number = parse(c.text);
-        EXPECT_EQ(std::tuple(number.value, number.status, number.length), std::tuple(c.value, c.status, c.length))
-            << c.why;
+template <class T>
+void Check(ParsedNumber<T> (*parse)(std::string_view) noexcept, const Cases<T>& cases) {
+    for (const auto& [why, text, value, status, length] : cases) {
+        const ParsedNumber<T> number = parse(text);
+        EXPECT_EQ(std::tuple(number.value, number.status, number.length), std::tuple(value, status, length)) << why;
     }
 }
 
 TEST(ParseInteger, ReadsSpaceSignAndDigitsAndStopsThere) {
-    const Case<std::int32_t> cases[] = {
+    const Cases<std::int32_t> cases = {
         {"the first other character ends it", " \t\n\v\f\r12b3", 12, Ok, 8},
         {"plus", "+7", 7, Ok, 2},
         {"leading zeros are not octal", "0010", 10, Ok, 4},
@@ -65,7 +60,7 @@ TEST(ParseInteger, ReadsSpaceSignAndDigitsAndStopsThere) {
         {"a blank after the sign", "- 7", 0, None, 0},
         {"a letter first", "x1", 0, None, 0},
         {"a byte above 127 is no space", "\xA0 1", 0, None, 0},
-        {"a null character ends it", {"1\0002", 3}, 1, Ok, 1},
+        {"a null character ends it", std::string_view("1\0002", 3), 1, Ok, 1},
         {"largest", "2147483647", 2147483647, Ok, 10},
         {"one more", "2147483648", 2147483647, Out, 10},
         {"smallest", "-2147483648", std::numeric_limits<std::int32_t>::min(), Ok, 11},
@@ -76,16 +71,16 @@ TEST(ParseInteger, ReadsSpaceSignAndDigitsAndStopsThere) {
 }
 
 TEST(ParseInteger, SaturatesAtTheLimitsOfEachType) {
-    const Case<std::int64_t> wide[] = {
+    const Cases<std::int64_t> wide = {
         {"one more", "9223372036854775808", std::numeric_limits<std::int64_t>::max(), Out, 19},
         {"one less", "-9223372036854775809", std::numeric_limits<std::int64_t>::min(), Out, 20},
     };
-    const Case<std::uint32_t> plain[] = {
+    const Cases<std::uint32_t> plain = {
         {"one more", "4294967296", 4294967295U, Out, 10},
         {"negative numbers do not wrap round", "-1", 0, Out, 2},
         {"minus zero is zero", "-0", 0, Ok, 2},
     };
-    const Case<std::uint64_t> index[] = {
+    const Cases<std::uint64_t> index = {
         {"one more", "18446744073709551616", 18446744073709551615U, Out, 20},
         {"negative numbers do not wrap round", "-18446744073709551617", 0, Out, 21},
     };
@@ -99,7 +94,7 @@ TEST(ParseDouble, ReadsDecimalFractionsAndNothingElse) {
     constexpr double Largest = std::numeric_limits<double>::max();
     const std::string tiny = "0." + std::string(400, '0') + "1", huge = "1" + std::string(400, '0');
     const std::string meets = tiny + "e401";
-    const Case<double> cases[] = {
+    const Cases<double> cases = {
         {"a point, whatever the locale", "1.5", 1.5, Ok, 3},
         {"a comma ends it, whatever the locale", "1,5", 1.0, Ok, 1},
         {"no digit before the point", " -.5x", -0.5, Ok, 4},

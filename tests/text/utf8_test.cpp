@@ -33,9 +33,8 @@ TEST(Utf8, TellsWellFormedCharactersFromAnythingElse) {
     };
     // clang-format on
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
-        EXPECT_EQ(Utf8Length(c.text), c.length);
-        EXPECT_EQ(IsUtf8(c.text), c.length == c.text.size());
+        EXPECT_EQ(Utf8Length(c.text), c.length) << c.why;
+        EXPECT_EQ(IsUtf8(c.text), c.length == c.text.size()) << c.why;
     }
     EXPECT_FALSE(IsUtf8("ab\xFF"));
 }
