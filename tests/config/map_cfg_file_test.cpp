@@ -19,7 +19,7 @@ TEST(MapCfgFile, TakesQuotedTextsInPairs) {
         {"an opening quote ends the file", "\"A\" \"",             {{"A", ""}}},
         {"a text is open at the end",      "\"A\" \"1 2",          {{"A", "1 2"}}},
         {"empty texts are texts",          "\"\"\"x\"",            {{"", "x"}}},
-        {"a NUL ends the file",            std::string("\"A\"\"1\"\0\"B\"\"2\"", 14), {{"A", "1"}}},
+        {"a NUL ends the file",            std::string("\"A\"\"1\"\0\"B\"\"2\"", 13), {{"A", "1"}}},
         {"an empty file",                  "",                     {}},
     };
     // clang-format on

@@ -71,7 +71,7 @@ TEST_F(EventDispatcher, SchematicEventsCarryWhatTheDesignHeldAtTheirMoment) {
     Orin::NetDataQuill first, second;
     first.objectId = 1;
     second.objectId = 2;
-    const auto check = [&](bool onOwner) {
+    for (const bool onOwner : {true, false}) {
         SCOPED_TRACE(onOwner);
         RecordingEx observer;
         Index net, other, group, piece, part, child;
@@ -119,9 +119,7 @@ TEST_F(EventDispatcher, SchematicEventsCarryWhatTheDesignHeldAtTheirMoment) {
         EXPECT_EQ(observer.log, want);
         Dispatcher().RemoveEventObserver(&snapshot, &observer);
         Dispatcher().DispatchEvents();
-    };
-    check(true);
-    check(false);
+    }
 }
 
 TEST_F(EventDispatcher, TheNavigatorHearsOfRipsRootsAndDeletions) {

@@ -16,21 +16,17 @@ using I = Orin::Index;
 using S = Orin::String;
 using IndexList = Orin::ListT<I>;
 
-inline std::string Word(const I& index) {
-    return index.IsEmpty() ? "-" : std::to_string(index.Top()) + ":" + std::to_string(index.Low());
-}
-inline std::string Word(const IndexList& list) {
-    return "[" + (list.IsEmpty() ? "" : Word(list[0])) + "]" + std::to_string(list.Count());
-}
-inline std::string Word(const Orin::NetDataQuill& data) {
-    return std::to_string(data.objectId);
-}
-inline std::string Word(const S& text) {
-    return "'" + std::string(text.View()) + "'";
-}
 template <class Value>
 std::string Word(const Value& value) {
-    if constexpr (std::is_convertible_v<Value, std::string_view>)
+    if constexpr (std::is_same_v<Value, I>)
+        return value.IsEmpty() ? "-" : std::to_string(value.Top()) + ":" + std::to_string(value.Low());
+    else if constexpr (std::is_same_v<Value, IndexList>)
+        return "[" + (value.IsEmpty() ? "" : Word(value[0])) + "]" + std::to_string(value.Count());
+    else if constexpr (std::is_same_v<Value, Orin::NetDataQuill>)
+        return std::to_string(value.objectId);
+    else if constexpr (std::is_same_v<Value, S>)
+        return "'" + std::string(value.View()) + "'";
+    else if constexpr (std::is_convertible_v<Value, std::string_view>)
         return "'" + std::string(value) + "'";
     else
         return std::to_string(static_cast<long>(value));

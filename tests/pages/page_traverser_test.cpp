@@ -179,9 +179,6 @@ TEST_F(Pages, FailOnlyWhereTheWalkCannotGoOn) {
     const char* const cases[][2] = {
         {"IBlock::GetParentSnapshot", "1;$a\\x;$a\\y;2;$c\\x;$c\\y;"},  // no sheet range: as the block lists them
         {"IBlock::GetComp", "2;1;"},
-        {"IComp::GetChildBlock", "2;1;"},
-        {"IPath::GetChildPath", "2;1;"},
-        {"IGroup::GetListObjects", "2;1;"},
         {"IComp::GetLabel", "2;x;y;1;x;y;"},
         {"IPath::GetParentComp", "2;x;y;1;x;y;"},
     };

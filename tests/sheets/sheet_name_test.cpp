@@ -27,11 +27,9 @@ TEST(SheetName, ConstantsServeStaticInitialisersAndAllThreads) {
 }
 
 TEST(SheetName, ATextIsReadAsTheNumberAtItsBeginning) {
-    for (const auto& [text, number] : {std::pair<const char*, int>(" \t007x", 7),
-                                       {"-3", -3},
-                                       {"main", 0},
-                                       {nullptr, 0},
-                                       {"99999999999", 2147483647}}) {
+    const std::pair<const char*, int> cases[] = {
+        {" \t007x", 7}, {"-3", -3}, {"main", 0}, {nullptr, 0}, {"99999999999", 2147483647}};
+    for (const auto& [text, number] : cases) {
         SheetName name(text);
         EXPECT_EQ(std::as_const(name).__Number(), number);
         EXPECT_STREQ(name, text != nullptr ? text : "");
