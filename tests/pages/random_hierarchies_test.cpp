@@ -198,7 +198,7 @@ TEST(PageTraverser, AgreesWithANaiveWalkOnRandomHierarchies) {
         EXPECT_EQ(pages.update(), plan.blocks[0].size());
         const std::vector<PageID> all = Compare(plan, pages, naive);
         for (unsigned step = 0; step < 6 && !all.empty(); ++step) {
-            const PageID page = all[plan.Roll(all.size())];
+            const PageID& page = all[plan.Roll(all.size())];
             const bool exclude = plan.Roll(2) == 0;
             exclude ? pages.excludePage(page) : pages.includePage(page);
             for (const Key& key : naive.From(KeyOf(plan, page))) {
