@@ -53,37 +53,36 @@ private:
 };
 
 inline void RandomEdits::SetAtPlace() {
-    Orin::ContainerT<const Orin::IConfig> config;
-    Orin::ContainerT<const Orin::IPath> path;
-    Orin::Index place;
+    using namespace Orin;
+    ContainerT<const IConfig> config;
+    ContainerT<const IPath> path;
+    Index place;
     if (!m_design.snapshot->GetDefaultConfig(config, Name()) || !config->GetRoot(path)) return;
     for (unsigned depth = Below(3); depth != 0; --depth)
         static_cast<void>(path->GetChildPath(path, Any(m_comps)));
     if (!path->GetIndex(place)) return;
-    const Orin::Index comp = Any(m_comps);
+    const Index comp = Any(m_comps);
     static_cast<void>(Below(4) == 0 ? m_design.editor.RemoveAttributeInPath(place, comp, Name())
                                     : m_design.editor.SetAttributeInPath(place, comp, Name(), Text()));
 }
 
 inline RandomEdits::RandomEdits(Design& design, unsigned seed) : m_design(design), m_random(seed) {
-    using Orin::EObjectType;
-    using enum Orin::EAttributeType;
-    Orin::DesignDb::Editor& e = design.editor;
-    Orin::Index& made = m_made;
-    Add(1, [&] {
-        Keep(m_blocks, e.AddBlock({Text(), Orin::EBlockType::Drawn, Text(), Wanted(EObjectType::Block)}, made));
-    });
+    using namespace Orin;
+    using enum EAttributeType;
+    DesignDb::Editor& e = design.editor;
+    Index& made = m_made;
+    Add(1, [&] { Keep(m_blocks, e.AddBlock({Text(), EBlockType::Drawn, Text(), Wanted(EObjectType::Block)}, made)); });
     Add(3, [&] {
-        Orin::DesignDb::CompSpec spec{Text(),        Text(), Orin::ECompType::Part,    Text(), Any(m_comps),
-                                      Any(m_blocks), {},     Wanted(EObjectType::Comp)};
+        DesignDb::CompSpec spec{Text(),        Text(), ECompType::Part,          Text(), Any(m_comps),
+                                Any(m_blocks), {},     Wanted(EObjectType::Comp)};
         Keep(m_comps, e.AddComp(Any(m_blocks), spec, made));
     });
     Add(2, [&] { Keep(m_pins, e.AddPin(Any(m_comps), {Text(), Wanted(EObjectType::Pin)}, made)); });
     Add(1, [&] { Keep(m_nets, e.AddNet(Any(m_blocks), {Text(), Wanted(EObjectType::Net)}, made)); });
     Add(1, [&] { Keep(m_buses, e.AddBus(Any(m_blocks), {Text(), Wanted(EObjectType::Bus)}, made)); });
     Add(1, [&] {
-        const Orin::Index owner = Any(Below(2) == 0 ? m_groups : m_blocks);
-        Keep(m_groups, e.AddGroup(owner, {Text(), Orin::EGroupType::Cluster, Wanted(EObjectType::Group)}, made));
+        const Index owner = Any(Below(2) == 0 ? m_groups : m_blocks);
+        Keep(m_groups, e.AddGroup(owner, {Text(), EGroupType::Cluster, Wanted(EObjectType::Group)}, made));
     });
     Add(1, [&] { Keep(m_configs, e.AddConfig({Name(), Any(m_blocks), Wanted(EObjectType::Config)}, made)); });
     Add(1, [&] { return e.DeleteComp(Any(m_comps)); });
@@ -108,18 +107,15 @@ inline RandomEdits::RandomEdits(Design& design, unsigned seed) : m_design(design
     Add(1, [&] { return e.RemoveMember(Any(m_groups), AnyObject()); });
     Add(1, [&] { return e.MoveMember(Any(m_groups), AnyObject(), Below(4)); });
     Add(1, [&] { return e.SetModificationTime(View(), -static_cast<int>(Below(9))); });
-    Add(1, [&] {
-        return e.SetCompData(View(), Any(m_comps), {Below(9), {1, -2}, Orin::EOrientation::Degrees90, true});
-    });
+    Add(1, [&] { return e.SetCompData(View(), Any(m_comps), {Below(9), {1, -2}, EOrientation::Degrees90, true}); });
     Add(1, [&] { return e.SetPinData(View(), Any(m_pins), {Below(9), {3, 4}, {}, true}); });
     Add(1, [&] {
         return e.SetBusData(View(), Any(m_buses),
-                            {Below(9), Segments(), {{3, Any(m_nets)}}, {1, Orin::ELinePattern::Dash, {}}});
+                            {Below(9), Segments(), {{3, Any(m_nets)}}, {1, ELinePattern::Dash, {}}});
     });
     Add(1, [&] { return e.SetGroupData(View(), Any(m_groups), {Below(9), {1, 2}, {3, 4}}); });
     Add(1, [&] {
-        return e.SetLabelData(View(), AnyObject(),
-                              {Below(9), {}, {Text(), 5, {}, Orin::EHorizontalAlign::Right, {}, false}});
+        return e.SetLabelData(View(), AnyObject(), {Below(9), {}, {Text(), 5, {}, EHorizontalAlign::Right, {}, false}});
     });
     Add(1, [&] {
         return Below(3) == 0 ? e.Undraw(View(), AnyObject())

@@ -61,6 +61,9 @@ TEST_F(DesignFile, FollowsEveryEdit) {
             }
             left = design.Json();
         }
+        Design copy;
+        copy.Read(left);
+        EXPECT_EQ(copy.Json(), left);
         // Numbers go on where they were: an object that is added now is none that was deleted.
         Design again(path);
         EXPECT_EQ(again.Json(), left);

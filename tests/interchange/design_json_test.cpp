@@ -88,34 +88,6 @@ TEST(DesignJson, BringsEveryKindOfObjectIntoTheDatabase) {
     EXPECT_TRUE(view->GetGroupAttr(*cluster, "N", "", drawn) && drawn.showName && drawn.attributeId == 2);
 }
 
-TEST(DesignJson, KeepsOrdersThatNoListOfTheDatabaseShows) {
-    Design design;
-    DesignDb::Editor& edit = design.editor;
-    Index block, sheets[2], comps[2], pins[3], net, piece, text;
-    ASSERT_TRUE(edit.AddBlock({"b"}, block));
-    for (int i = 0; i < 2; ++i)
-        ASSERT_TRUE(edit.AddGroup(block, {"s"}, sheets[i]) && edit.AddComp(block, {"c"}, comps[i]));
-    // Pins turn by turn, membership of the second sheet first, the view of the second sheet drawn on first.
-    ASSERT_TRUE(edit.AddPin(comps[0], {"a"}, pins[0]) && edit.AddPin(comps[1], {"b"}, pins[1]) &&
-                edit.AddPin(comps[0], {"c"}, pins[2]) && edit.AddNet(block, {"n"}, net));
-    for (const Index& pin : pins)
-        ASSERT_TRUE(edit.ConnectPin(net, pin));
-    for (const int i : {1, 0}) {
-        ASSERT_TRUE(edit.AddMember(sheets[i], comps[0]) && edit.SetCompData(sheets[i], comps[0], {}));
-        ASSERT_TRUE(edit.AddNetQuill(sheets[i], net, {}, piece) && edit.AddText(sheets[i], {}, text));
-    }
-    const std::string written = design.Json();
-    EXPECT_THAT(written, HasSubstr(R"("pinOrder": ["pin:1", "pin:2", "pin:3"])"));
-    EXPECT_THAT(written, HasSubstr(R"("memberOf": ["group:2", "group:1"])"));
-    // What was deleted leaves no trace.
-    ASSERT_TRUE(edit.AddNet(block, {"gone"}, net) && edit.DeleteNet(net));
-    EXPECT_EQ(design.Json(), written);
-
-    Design again;
-    EXPECT_EQ(again.Read(written), "");
-    EXPECT_EQ(again.Json(), written);
-}
-
 TEST(DesignJson, RefusesWhatIsNoDesignNamesThePlaceAndEntersNothing) {
     struct Case {
         const char* why;

@@ -92,32 +92,16 @@ std::string Written(const Connectivity& found) {
     return text;
 }
 
-TEST(KicadConnectivity, FollowsTheRulesOfDrawing) {
+// What the random sheets below do not show: names, members, and which junctions belong to a net.
+TEST(KicadConnectivity, GivesNetsTheirNamesAndBusesTheirMembers) {
     struct Case {
         const char* why;
         std::string sheet;
         std::string want;
     };
     const Case cases[] = {
-        {"nothing", "", ""},
-        {"ends that touch", "w 0 0 4 0  w 4 0 4 4  w 9 9 4 4  w 5 0 6 0", "0 1 2; 3"},
-        {"wires that cross do not", "w 0 2 4 2  w 2 0 2 4", "0; 1"},
-        {"a junction joins them", "w 0 2 4 2  w 2 0 2 4  j 2 2", "0 1 2"},
-        {"at any angle", "w 0 0 9 6  w 0 4 6 4  w 6 0 6 9  j 6 4", "0 1 2 3"},
-        {"on both sides of zero", "w -4 -2 5 4  w 2 2 2 9  j 2 2", "0 1 2"},
-        {"a near miss is none", "w 0 0 9 6  w 0 4 5 4  j 5 4", "0; 1 2"},
-        {"an end on the middle does not", "w 0 2 4 2  w 2 2 2 4", "0; 1"},
-        {"a junction joins it", "w 0 2 4 2  w 2 2 2 4  j 2 2", "0 1 2"},
-        {"a junction on nothing is in no net", "w 0 2 4 2  j 2 3", "0"},
-        {"wires on one another", "w 0 0 4 0  w 2 0 6 0  w 5 0 8 0  w 9 0 10 0  w 0 0 2 0", "0 1 2 4; 3"},
-        {"one inside another, backwards", "w 0 0 6 6  w 4 4 2 2", "0 1"},
-        {"a wire without length is a point", "w 2 0 2 0  w 0 0 4 0  w 2 0 2 5", "0 2; 1"},
-        {"pins at ends and at one another", "w 0 0 4 0  p 4 0  p 7 7  p 7 7  p 8 8", "0 1; 2 3"},
-        {"a pin on the middle does not", "w 0 0 4 0  p 2 0", "0"},
-        {"but with a junction, or a label", "w 0 0 4 0  p 2 0  j 2 0 w 0 1 4 1  p 1 1  L A 1 1", "0 1 2; A=3 4 5"},
-        {"labels on ends, middles, pins", "w 0 0 4 0  L A 4 0  L B 2 0  p 9 9  L C 9 9", "A(B)=0 1 2; C=3 4"},
-        {"a label where wires cross takes the first", "w 2 0 2 4  w 0 2 4 2  L A 2 2", "A=0 2; 1"},
-        {"the one that ends there before one that passes", "w 0 2 4 2  w 2 2 2 4  L A 2 2", "0; A=1 2"},
+        {"a pin inside a wire asks for a junction or a label", "w 0 0 4 0  p 2 0  j 2 0 w 0 1 4 1  p 1 1  L A 1 1",
+         "0 1 2; A=3 4 5"},
         {"sheet pins connect and name nothing", "w 0 0 4 0  S A 1 0  S A 9 9  S B 9 9", "0 1; 2 3"},
         {"names by rank, then by text",
          "w 0 0 9 0  S A 0 0  H B 1 0  L D 2 0  L C 3 0  P F 4 0  G H 5 0  G G 6 0  H C 7 0",
@@ -126,16 +110,7 @@ TEST(KicadConnectivity, FollowsTheRulesOfDrawing) {
         {"also those that do not name", "w 0 0 9 0  G B 0 0  L A 1 0  w 0 3 9 3  L A 0 3  p 9 3", "B(A)=0 1 2 3 4 5"},
         {"and of other sheets", "w 0 0 4 0  L A 0 0  p 7 7 / w 0 0 4 0  p 7 7  L A 4 0", "A=0 1 3 5"},
         {"buses among themselves", "b 0 2 4 2  b 2 0 2 4  j 2 2  w 0 2 2 2  w 2 2 2 4", "2 3 4 | 0 1 2"},
-        {"wires and buses never", "w 0 0 4 0  b 4 0 8 0  b 0 0 9 0", "0 | 1 2"},
-        {"labels take to their own kind", "w 0 0 4 0  b 2 0 2 4  L A 2 0  L D[7:0] 2 0", "A=0 2 | D[7:0]=1 3"},
-        {"or to the other", "w 0 0 4 0  b 0 4 4 4  L A 2 4  L D[7:0] 2 0", "D[7:0]=0 3 | A=1 2"},
         {"bus labels on sheet pins", "S D[7:0] 0 0  L D[7:0] 0 0  S A 0 0  L A 0 0", "A=2 3 | D[7:0]=0 1"},
-        {"an entry on the middle of a bus", "b 0 0 8 0  e 2 0 3 1  w 3 1 9 1  L A 5 1", "A=1 2 3 | 0 > 0-0@1"},
-        {"at its end, other way round", "b 0 0 8 0  e 9 1 8 0  p 9 1", "1 2 | 0 > 0-0@1"},
-        {"what else is at the bus is not joined", "b 0 0 8 0  e 2 0 3 1  w 2 0 2 9  p 2 0", "2 3; 1 | 0 > 0-1@1"},
-        {"an entry does not join a wire it ends on", "b 0 0 8 0  e 2 0 3 1  w 0 1 9 1", "2; 1 | 0 > 0-1@1"},
-        {"one without a bus is a wire", "e 0 0 1 1  w 1 1 4 1  w 0 0 0 4", "0 1 2"},
-        {"one between buses joins them", "b 0 0 8 0  e 2 0 3 1  b 0 1 8 1  L X,Y 1 1", " | X,Y=0 1 2 3"},
         {"members by name",
          "b 0 0 8 0  L D[7:4],E,F[3] 0 0  L D[7] 0 9  L D[3] 1 9  L E 2 9  L F[3] 3 9  L X 4 9  G E 5 9  H D[5] 6 9  L "
          "D[8] 7 9",
@@ -147,8 +122,6 @@ TEST(KicadConnectivity, FollowsTheRulesOfDrawing) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.why);
         EXPECT_EQ(Written(Connect(Sheets(c.sheet))), c.want);
-        // Nor does anything change near the largest coordinates, where products would not fit 64 bits.
-        EXPECT_EQ(Written(Connect(Sheets(c.sheet, -LargestCoordinate / 10))), c.want);
     }
     const auto far = std::numeric_limits<std::int64_t>::max();
     SheetGeometry beyond;
@@ -236,7 +209,8 @@ TEST(KicadConnectivity, AgreesWithANaiveReadingOfTheRulesOnRandomSheets) {
         std::mt19937 random(seed);
         const auto side = 3 + random() % 8;
         const auto point = [&] {
-            return std::to_string(random() % side) + " " + std::to_string(random() % side) + " ";
+            const auto number = [&] { return std::to_string(static_cast<int>(random() % side) - 2) + " "; };
+            return number() + number();
         };
         std::string text;
         for (auto items = 4 + random() % 26; items > 0; --items) {
@@ -250,6 +224,8 @@ TEST(KicadConnectivity, AgreesWithANaiveReadingOfTheRulesOnRandomSheets) {
         SCOPED_TRACE(text);
         const auto sheets = Sheets(text);
         const Connectivity found = Connect(sheets);
+        // Nothing changes near the largest coordinates, where products would not fit 64 bits.
+        ASSERT_EQ(Written(Connect(Sheets(text, -LargestCoordinate / 10))), Written(found));
         const Naive naive(sheets.front());
         std::map<ItemId, std::vector<ItemId>> sets;
         const SheetGeometry& sheet = sheets.front();

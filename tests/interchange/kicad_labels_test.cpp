@@ -1,23 +1,11 @@
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <list>
-#include <set>
-
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include "interchange/detail/kicad/label_text.h"
 #include "labels/bus_contents_utils.h"
-#include "labels/bus_label_expander.h"
 
 namespace {
 
 using namespace Quill::Interchange::Kicad;
-using Quill::BusContents::BusLabelExpander;
-using Quill::BusContents::SquareLimiter;
 using enum LabelKind;
 
 std::string Times(std::size_t count, const std::string& text) {
@@ -186,48 +174,6 @@ TEST(KicadLabels, AliasesBecomeContentsWithoutCircles) {
                         }));
     for (const auto& [name, text] : contents)
         EXPECT_EQ(Quill::BusContents::Utils::resolve_bus_contents_checked(name, contents).text, text);
-}
-
-TEST(KicadLabels, OfRealDesignsExpandToTheMembersThatTheirToolFinds) {
-    const char* folder = std::getenv("QUILL_DESIGNS");
-    std::error_code none;
-    std::size_t labels = 0;
-    for (const auto& design : std::filesystem::directory_iterator(folder ? folder : QUILL_DESIGNS_FOLDER, none)) {
-        std::ifstream file(design.path() / "oracle.json");
-        if (!file) continue;
-        const auto oracle = nlohmann::json::parse(file);
-        BusAliases aliases;
-        for (const auto& [name, members] : oracle.at("bus_aliases").items())
-            aliases[name] = members.get<std::vector<std::string>>();
-        LabelBudget budget;
-        KnownBuses buses;
-        for (const auto& label : oracle.at("bus_labels").items())
-            buses.Add(label.key(), aliases, budget);
-        for (const auto& [text, expected] : oracle.at("bus_labels").items()) {
-            SCOPED_TRACE(design.path().filename().string() + ": " + text);
-            const TranslatedLabel label = TranslateLabel(text, aliases, buses, budget);
-            EXPECT_EQ(label.kind, expected.at("kind") == "vector" ? Vector : Group);
-            std::multiset<std::string> members;
-            std::list<std::string> inOrder;
-            std::multiset<std::string> want;
-            // A wire that is labelled with a member must be the same net as the member of the bus.
-            for (const std::string member : expected.at("members"))
-                want.insert(TranslateLabel(member, aliases, buses, budget).text);
-            BusLabelExpander expander(label.text, SquareLimiter);
-            while (const auto member = expander.Next())
-                members.emplace(inOrder.emplace_back(*member));
-            EXPECT_EQ(members, want);
-            if (label.text.find(',') == std::string::npos) {  // and one range comes back from them
-                EXPECT_EQ(Quill::BusContents::Utils::BuildBusLabel(label.text + ",X", inOrder, true, "[]"), label.text);
-            }
-            ++labels;
-        }
-        for (const char* kind : {"global_labels", "hierarchical_labels"}) {
-            for (const auto& label : oracle.at(kind).items())
-                EXPECT_EQ(ClassifyLabel(label.key()) != Plain, oracle.at("bus_labels").contains(label.key()));
-        }
-    }
-    if (labels == 0) GTEST_SKIP() << "no designs";
 }
 
 }  // namespace
