@@ -1,8 +1,5 @@
 #include <cstdint>
 #include <cstring>
-#include <string>
-#include <type_traits>
-#include <utility>
 
 #include <gtest/gtest.h>
 

@@ -24,17 +24,15 @@ Prepare Writing(Orin::ContainerT<const T> Owner::*object, Run run) {
     return [=](Design& design) {
         const auto held = std::make_shared<Orin::MutableContainerT<T>>();
         Must(Orin::LockerT<T>::Lock(design.*object, *held));
-        return Call{[=] { return Said(run(*held)); }};
+        return Call{[=] { return SaidBy(run, *held); }};
     };
 }
 
-// Stores something in one of the design's objects by the operation `write`.
-template <class T, class Owner, class Store>
-Operation Stores(const char* names, const char* write, Orin::ContainerT<const T> Owner::*object, Store store) {
-    return {names, write, "thrown #", "=", Writing(object, [store](auto& held) {
-                store(held);
-                return "";
-            })};
+// Stores `values` in one of the design's objects by the operation `write`.
+template <class T, class Owner, class Store, class... Values>
+Operation Stores(const char* names, const char* write, Orin::ContainerT<const T> Owner::*object, Store store,
+                 Values... values) {
+    return {names, write, "thrown #", "=", Writing(object, [=](auto& held) { store(held, values...); })};
 }
 
 // Reads by `get(design, output)` into an output that holds something already, and says both.
@@ -45,6 +43,14 @@ Prepare Into(Output held, Get get) {
         const auto result = get(design, output);
         return Said(result, output);
     });
+}
+
+// Reads what is stored in one of the design's objects by the function `get`.
+template <class T, class Owner, class Output>
+Operation Gets(const char* name, const char* degraded, Orin::ContainerT<const T> Owner::*object, Output held,
+               bool (*get)(const T&, Output&)) {
+    return {name, "", "", degraded,
+            Into(held, [=](Design& design, Output& output) { return get(*(design.*object), output); })};
 }
 
 template <class View, class... Objects>
@@ -80,7 +86,6 @@ Operation Visits(const char* names, Objects... objects) {
                     [=](Recorder& recorder, Design& d) {
                         recorder.visits.clear();
                         recorder.process((d.*objects)...);
-                        return "";
                     },
                     [](const Recorder& recorder) { return recorder.visits; });
             }};
@@ -90,17 +95,16 @@ Operation Visits(const char* names, Objects... objects) {
 template <class Kind, int Locked, class... Objects>
 Operation Initialises(const char* names, const char* degraded, Objects... objects) {
     using Generator = IdGenerator<Kind, Locked>;
-    return {
-        names, Walks, "5 : 2 77|4 : 2 77", degraded, [=](Design& design) {
-            return Sharing(
-                design, std::make_shared<Generator>(),
-                [=](Generator& generator, Design& d) { return static_cast<int>(generator.Init((d.*objects)...).code); },
-                [](Generator& generator) {
-                    Kind id(77);
-                    const int code = static_cast<int>(generator.GetNext(id).code);
-                    return Said(code, Index(id.Value()));
-                });
-        }};
+    return {names, Walks, "5 : 2 77|4 : 2 77", degraded, [=](Design& design) {
+                return Sharing(
+                    design, std::make_shared<Generator>(),
+                    [=](Generator& generator, Design& d) { return generator.Init((d.*objects)...).code; },
+                    [](Generator& generator) {
+                        Kind id(77);
+                        const auto code = generator.GetNext(id).code;
+                        return Said(code, Index(id.Value()));
+                    });
+            }};
 }
 
 template <int Locked, class... Objects>
@@ -111,7 +115,7 @@ Operation StoresId(const char* names, Objects... objects) {
                 const auto generator = std::make_shared<Generator>();
                 generator->Init((design.*objects)...);
                 generator->UpdateLast(ObjectId(5000));
-                return Call{[=] { return Said(static_cast<int>(generator->Store().code)); }};
+                return Call{[=] { return Said(generator->Store().code); }};
             }};
 }
 
@@ -154,11 +158,12 @@ std::vector<Family> DataOperations() {
     using Collector = NetsNamesCollector;
     using Comp = Orin::MutableContainerT<Orin::IComp>;
     using Block = Orin::MutableContainerT<Orin::IBlock>;
-    using Bus = Orin::MutableContainerT<Orin::IBus>;
     using Names = std::list<std::string>;
     using NameVector = std::vector<std::string>;
     using Map = std::map<int, int>;
+    using Signals = Data::BusSignals;
     const std::string kept = "kept";
+    const auto storeNames = [](auto& bus, const auto& of) { Data::StoreBusSignalNames(bus, of); };
     const auto follows = [](Collector& collector, auto&...) { return collector.Reload(); };
     const auto names = [](Collector& collector, Design& d) { return collector.GetExistingNames(d.blockIndex); };
     const auto nothing = [](Collector&) { return ""; };
@@ -181,8 +186,7 @@ std::vector<Family> DataOperations() {
          {{"IsReuseBlock", "", "", "false", Plain([](Design& d) { return Reuse::IsReuseBlock(*d.child); })},
           {"IsReuseBlock", "", "", "false", Plain([](Design& d) { return Reuse::IsReuseBlock(*d.block); })},
           {"IsDynamicReuse", "", "", "false", Plain([](Design& d) { return Reuse::IsDynamicReuse(*d.child); })},
-          {"IsDynamicReuse", "", "", "false ",
-           Into(kept, [](Design& d, std::string& value) { return Reuse::IsDynamicReuse(*d.child, value); })},
+          Gets("IsDynamicReuse", "false ", &Design::child, kept, Reuse::IsDynamicReuse),
           {"IsTopLevelReuseBlock", "", "", "true|false",
            Plain([](Design& d) { return Reuse::IsTopLevelReuseBlock(d.leafIndex, d.snapshot); })},
           // Writes that the database refuses are passed over.
@@ -192,52 +196,30 @@ std::vector<Family> DataOperations() {
           Stores("SetIsDynamicReuse", "", &Design::ripper,
                  [](Comp& comp) { Reuse::SetIsDynamicReuse(comp, true, "x"); })}},
         {"Quill::Utils::QuillInOrin::",
-         {{"GetDesignName", "", "", "false kept",
-           Into(kept, [](Design& d, std::string& name) { return Data::GetDesignName(*d.block, name); })},
-          {"GetBoardBlock", "", "", "false 1",
-           Into(Index(1), [](Design& d, Index& board) { return Data::GetBoardBlock(*d.block, board); })},
-          {"GetRipperBus", "", "", "false 1",
-           Into(Index(1), [](Design& d, Index& bus) { return Data::GetRipperBus(*d.ripper, bus); })},
-          {"GetRipperSignalMap", "", "", "false 8=9 ",
-           Into(Map{{8, 9}}, [](Design& d, Map& map) { return Data::GetRipperSignalMap(*d.ripper, map); })},
-          {"GetBusSignals", "", "", "false 8=9 ",
-           Into(Data::BusSignals{{8, Index(9)}},
-                [](Design& d, Data::BusSignals& signals) { return Data::GetBusSignals(*d.bus, signals); })},
-          {"GetBusSignalNames", "", "", "false kept ",
-           Into(Names{kept}, [](Design& d, Names& of) { return Data::GetBusSignalNames(*d.bus, of); })},
-          {"GetBusSignalNames", "", "", "false kept ",
-           Into(NameVector{kept}, [](Design& d, NameVector& of) { return Data::GetBusSignalNames(*d.bus, of); })},
-          Stores("StoreDesignName", "IBlock::SetAttribute", &Design::block,
-                 [](Block& block) { Data::StoreDesignName(block, "pre"); }),
-          Stores("StoreBoardBlock", "IBlock::SetAttribute", &Design::block,
-                 [](Block& block) { Data::StoreBoardBlock(block, Index(5)); }),
-          Stores("StoreRipperBus", "IComp::SetAttribute", &Design::ripper,
-                 [](Comp& comp) { Data::StoreRipperBus(comp, Index(5)); }),
-          Stores("StoreRipperSignalMap", "IComp::SetAttribute", &Design::ripper,
-                 [](Comp& comp) {
-                     Data::StoreRipperSignalMap(comp, {{5, 6}});
-                 }),
-          Stores("StoreBusSignals", "IBus::SetAttribute", &Design::bus,
-                 [](Bus& bus) {
-                     Data::StoreBusSignals(bus, {{5, Index(6)}});
-                 }),
-          Stores("StoreBusSignalNames", "IBus::SetAttribute", &Design::bus,
-                 [](Bus& bus) {
-                     Data::StoreBusSignalNames(bus, Names{"A", "B"});
-                 }),
-          Stores("StoreBusSignalNames", "IBus::SetAttribute", &Design::bus,
-                 [](Bus& bus) {
-                     Data::StoreBusSignalNames(bus, NameVector{"A", "B"});
-                 }),
-          {"GetHierarchicalName", "", "", "=| : |$I50",  // the name, none, or one without the sheet's id
+         {Gets("GetDesignName", "false kept", &Design::block, kept, Data::GetDesignName),
+          Gets("GetBoardBlock", "false 1", &Design::block, Index(1), Data::GetBoardBlock),
+          Gets("GetRipperBus", "false 1", &Design::ripper, Index(1), Data::GetRipperBus),
+          Gets("GetRipperSignalMap", "false 8=9 ", &Design::ripper, Map{{8, 9}}, Data::GetRipperSignalMap),
+          Gets("GetBusSignals", "false 8=9 ", &Design::bus, Signals{{8, Index(9)}}, Data::GetBusSignals),
+          Gets("GetBusSignalNames", "false kept ", &Design::bus, Names{kept}, Data::GetBusSignalNames),
+          Gets("GetBusSignalNames", "false kept ", &Design::bus, NameVector{kept}, Data::GetBusSignalNames),
+          Stores("StoreDesignName", "IBlock::SetAttribute", &Design::block, Data::StoreDesignName, "pre"),
+          Stores("StoreBoardBlock", "IBlock::SetAttribute", &Design::block, Data::StoreBoardBlock, Index(5)),
+          Stores("StoreRipperBus", "IComp::SetAttribute", &Design::ripper, Data::StoreRipperBus, Index(5)),
+          Stores("StoreRipperSignalMap", "IComp::SetAttribute", &Design::ripper, Data::StoreRipperSignalMap,
+                 Map{{5, 6}}),
+          Stores("StoreBusSignals", "IBus::SetAttribute", &Design::bus, Data::StoreBusSignals, Signals{{5, Index(6)}}),
+          Stores("StoreBusSignalNames", "IBus::SetAttribute", &Design::bus, storeNames, Names{"A", "B"}),
+          Stores("StoreBusSignalNames", "IBus::SetAttribute", &Design::bus, storeNames, NameVector{"A", "B"}),
+          {"GetHierarchicalName",
+           "IComp::GetLabel IComp::GetParentBlock IComp::GetInstanceIndex IBlock::GetComp IComp::GetListGroups", " : ",
+           "=| : |$I50",  // the name, none, or one without the sheet's id
            Plain([](Design& d) { return Data::GetHierarchicalName(d.leafPath); })}}},
         {"Quill::Utils::time_stamp::",
          {{"read", "", "", "true ",
            Into(kept, [](Design& d, std::string& stamp) { return Stamp::read(*d.sheet, "__BlkDate", stamp); })},
-          {"read", "", "", "true ",
-           Into(kept, [](Design& d, std::string& stamp) { return Stamp::read(*d.sheet, stamp); })},
-          {"read", "", "", "true ",
-           Into(kept, [](Design& d, std::string& stamp) { return Stamp::read(*d.child, stamp); })},
+          Gets("read", "true ", &Design::sheet, kept, Stamp::read),
+          Gets("read", "true ", &Design::child, kept, Stamp::read),
           {"write", "*", "false", "=",
            Writing(&Design::sheet, [](auto& sheet) { return Stamp::write(*sheet, "__BlkDate", "5"); })},
           {"write", "*", "false", "=", Writing(&Design::sheet, [](auto& sheet) { return Stamp::write(*sheet, ""); })},
@@ -272,12 +254,7 @@ std::vector<Family> DataOperations() {
                    follows);
            }},
           {"DetachObserver", "", "", "=",
-           OnCollector(
-               [](Collector& collector, Design&) {
-                   collector.DetachObserver();
-                   return "";
-               },
-               follows)},
+           OnCollector([](Collector& collector, auto&) { collector.DetachObserver(); }, follows)},
           {"Reload", "ISnapshot::GetIterBlocks IObject::GetName IBlock::GetIterNets", "thrown #|false", "true",
            OnCollector(follows, nothing)},
           {"GetExistingNames", "IObject::GetName IBlock::GetIterNets", "thrown #", "*", OnCollector(names, nothing)}}}};

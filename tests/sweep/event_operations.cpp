@@ -70,7 +70,6 @@ Operation Observes(const char* names, Add add, void (*edit)(Design&), Remove rem
                         edit(d);
                         remove(dispatcher, d, observer);
                         dispatcher.DispatchEvents();
-                        return "";
                     },
                     [](const Observer& observer) { return Told(observer.log); });
             },

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "tests/sweep/sweep_design.h"
@@ -16,40 +17,44 @@ namespace Quill::Sweep {
 
 // ---- What a call says: words, with a blank behind each element of a list ----
 
-inline std::string Word(bool value) {
-    return value ? "true" : "false";
-}
-inline std::string Word(const std::string& value) {
-    return value;
-}
-inline std::string Word(const char* value) {
-    return value;
-}
-inline std::string Word(int value) {
-    return std::to_string(value);
-}
-inline std::string Word(const Index& value) {
-    return std::to_string(value.Value());
-}
-inline std::string Word(const Orin::Result& value) {
-    return Word(value.GetErrorCode());
-}
-template <class A, class B>
-std::string Word(const std::pair<A, B>& value) {
-    return Word(value.first) + "=" + Word(value.second);
-}
-template <class List, class = typename List::const_iterator>
-std::string Word(const List& values) {
-    std::string text;
-    for (const auto& value : values)
-        text += Word(value) + " ";
-    return text;
+template <class T>
+std::string Word(const T& value) {
+    if constexpr (std::is_same_v<T, bool>) {
+        return value ? "true" : "false";
+    } else if constexpr (std::is_integral_v<T>) {
+        return std::to_string(value);
+    } else if constexpr (std::is_enum_v<T>) {
+        return Word(static_cast<int>(value));
+    } else if constexpr (std::is_same_v<T, Index>) {
+        return Word(value.Value());
+    } else if constexpr (std::is_same_v<T, Orin::Result>) {
+        return Word(value.GetErrorCode());
+    } else if constexpr (std::is_convertible_v<T, std::string>) {
+        return value;
+    } else if constexpr (requires { value.second; }) {
+        return Word(value.first) + "=" + Word(value.second);
+    } else {
+        std::string text;
+        for (const auto& one : value)
+            text += Word(one) + " ";
+        return text;
+    }
 }
 template <class... Values>
 std::string Said(const Values&... values) {
     std::string text;
     ((text += text.empty() ? Word(values) : " " + Word(values)), ...);
     return text;
+}
+// What a call gives; nothing when that is void.
+template <class Run, class... Arguments>
+std::string SaidBy(const Run& run, Arguments&... arguments) {
+    if constexpr (std::is_void_v<std::invoke_result_t<const Run&, Arguments&...>>) {
+        run(arguments...);
+        return "";
+    } else {
+        return Said(run(arguments...));
+    }
 }
 
 // ---- Operations ----
@@ -97,13 +102,13 @@ std::vector<Family> EventOperations();
 // A call that needs nothing but the design, and says what `run` gives.
 template <class Run>
 Prepare Plain(Run run) {
-    return [run](SweepDesign& design) { return Call{[run, &design] { return Said(run(design)); }}; };
+    return [run](SweepDesign& design) { return Call{[run, &design] { return SaidBy(run, design); }}; };
 }
 
 // A call whose `run` says what it gives, and that shares `state` with `look`.
 template <class State, class Run, class Look>
 Call Sharing(SweepDesign& design, const std::shared_ptr<State>& state, Run run, Look look) {
-    return {[=, &design] { return Said(run(*state, design)); }, [=] { return Said(look(*state)); }};
+    return {[=, &design] { return SaidBy(run, *state, design); }, [=] { return Said(look(*state)); }};
 }
 
 }  // namespace Quill::Sweep

@@ -110,7 +110,7 @@ std::vector<Family> SheetOperations() {
            })},
           {"Find", "", "", "false",
            OnRange([](Range& range, Design& d) { return range.Find(d.sheet) != range.End(); })},
-          {"Find", "", "", Either, OnRange([](Range& range, Design&) { return range.Find("1") != range.End(); })},
+          {"Find", "", "", Either, OnRange([](Range& range, auto&) { return range.Find("1") != range.End(); })},
           {"Compare", "", "", Either, OnRange([](Range& range, Design& d) { return range.Compare(d.third, d.sheet); })},
           {"Sort", "", "", Either, OnRange([](Range& range, Design& d) {
                std::vector<Range::Sheet> sheets = {d.sheet, d.third};
@@ -123,7 +123,7 @@ std::vector<Family> SheetOperations() {
           {"CanMoveDown", "", "", "false", OnRange([](Range& range, Design& d) { return range.CanMoveDown(d.sheet); })},
           {"SheetRange SheetRange operator= ~SheetRange Begin End Count Advance NameAlreadyExists CreateNewName "
            "CreateNewName CreateNewId",
-           "", "", "=", OnRange([](Range& range, Design&) {
+           "", "", "=", OnRange([](Range& range, auto&) {
                Range moved(std::move(range));
                std::string name;
                moved.CreateNewName(name);
@@ -136,30 +136,24 @@ std::vector<Family> SheetOperations() {
          {{"attachObserver CSheetConnectorsCache ~CSheetConnectorsCache",
            "ISnapshot::GetInfo OrinPI::AttachSubClient OrinPI::GetSnapshotByName ISnapshot::GetUIDManager "
            "ISnapshot::AddEventObserver",
-           " : ", "=",
-           OnCache(true,
-                   [](Cache& cache, Design& d, Seen&) {
-                       cache.attachObserver(d.snapshot);
-                       return "";
-                   })},
+           " : ", "=", OnCache(true, [](Cache& cache, Design& d, auto&) { cache.attachObserver(d.snapshot); })},
           {"detachObserver", "", "", "=",
            OnCache(true,
-                   [](Cache& cache, Design&, Seen&) {
+                   [](Cache& cache, auto&...) {
                        cache.detachObserver();
                        return cache.reloadSheetConnectorsCache();
                    })},
           // Failures of the page traverser end the collection too, but for those that it passes over.
           {"reloadSheetConnectorsList", Ends, "thrown #", "thrown #|true : <",
            OnCache(true,
-                   [](Cache& cache, Design&, Seen&) {
+                   [](Cache& cache, auto&...) {
                        ConnectorSymbols symbols;
                        return cache.reloadSheetConnectorsList(&symbols);
                    })},
           {"reloadSheetConnectorsCache", Ends, "thrown #", "thrown #|true : <",
-           OnCache(true, [](Cache& cache, Design&, Seen&) { return cache.reloadSheetConnectorsCache(); })},
+           OnCache(true, [](Cache& cache, auto&...) { return cache.reloadSheetConnectorsCache(); })},
           {"isSheetConnectorSymbol", "", "", "=",
-           OnCache(false,
-                   [](Cache& cache, Design&, Seen&) { return cache.isSheetConnectorSymbol("LIB", "off", "1"); })},
+           OnCache(false, [](Cache& cache, auto&...) { return cache.isSheetConnectorSymbol("LIB", "off", "1"); })},
           // Besides the next one: the one behind it, the connector itself, or nothing.
           {"getNextTargetSheetConnector", Ends, "false : kept ",
            "=|true : 8:0:7/[6:0:7] |false : [5:0:7] |false : kept ",
@@ -185,7 +179,6 @@ std::vector<Family> SheetOperations() {
           {"forEachSheetConnector", Ends, " : ", " : <", OnCache(false, [](Cache& cache, Design&, Seen& seen) {
                cache.forEachSheetConnector(
                    [&](const auto&, const auto&, const CSheetConnectorData& one) { seen.push_back(one.key); });
-               return "";
            })}}}};
 }
 

@@ -131,7 +131,7 @@ private:
 
     bool Fits(std::string patterns, const Outcome& outcome, EErrorCode code) const {
         for (std::size_t mark; (mark = patterns.find('#')) != std::string::npos;)
-            patterns.replace(mark, 1, Word(static_cast<int>(code)));
+            patterns.replace(mark, 1, Word(code));
         const std::vector<std::string> all = Split(patterns, '|');
         return std::any_of(all.begin(), all.end(), [&](const std::string& pattern) {
             const std::size_t colon = pattern.find(" : ");
@@ -256,7 +256,7 @@ TEST_P(EveryOperation, KeepsItsPromisesWhicheverCallOfTheDatabaseFails) {
         for (unsigned call = 1; call <= sweep.Calls(); ++call)
             for (const bool persistent : {false, true})
                 for (const EErrorCode code : {EErrorCode::NoValue, EErrorCode::StoreFailed}) {
-                    SCOPED_TRACE("call " + Said(static_cast<int>(call), persistent, static_cast<int>(code)));
+                    SCOPED_TRACE("call " + Said(call, persistent, code));
                     sweep.FailCall(call, persistent, code);
                 }
         return sweep.Calls();
@@ -266,7 +266,7 @@ TEST_P(EveryOperation, KeepsItsPromisesWhicheverCallOfTheDatabaseFails) {
 TEST_P(EveryOperation, KeepsItsPromisesWhicheverAllocationFails) {
     ForEach("allocation", [](const Operation& operation, const Sweep& sweep) {
         for (unsigned passed = 0; !operation.once; ++passed) {
-            SCOPED_TRACE("allocation " + Word(static_cast<int>(passed)));
+            SCOPED_TRACE("allocation " + Word(passed));
             if (!sweep.FailAllocation(passed)) return passed;
         }
         return 0U;
