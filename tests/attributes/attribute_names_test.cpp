@@ -1,8 +1,5 @@
 #include "attributes/attribute_names.h"
 
-#include <set>
-#include <string>
-
 #include <gtest/gtest.h>
 
 #include "attributes/quill_attributes.h"

@@ -1,10 +1,5 @@
 #include "attributes/common_rollback_ops.h"
 
-#include <string>
-#include <utility>
-
-#include <gtest/gtest.h>
-
 #include "tests/support/small_design.h"
 #include "tests/support/time_zone.h"
 
@@ -67,7 +62,7 @@ TEST_F(SavePointComment, CannotBeWrittenWhileAnotherClientHoldsTheSnapshot) {
     EXPECT_TRUE(CommonRollbackOps::GetComment(savePoint, comment) && comment == "first");
 }
 
-TEST_F(SavePointComment, HandsOnWhatFailed) {
+TEST_F(SavePointComment, NeedsASnapshotThatIsThere) {
     EXPECT_EQ(CommonRollbackOps::SetComment(*client, "nowhere", "x").GetErrorCode(), 200);
     EXPECT_EQ(CommonRollbackOps::GetComment(*client, "nowhere", comment).GetErrorCode(), 200);
     EXPECT_EQ(CommonRollbackOps::SetComment({}, "x").GetErrorCode(), 200) << "an empty handle";

@@ -1,12 +1,8 @@
 #include "attributes/utils_exception.h"
 
-#include <chrono>
-#include <exception>
 #include <future>
 #include <optional>
 #include <thread>
-#include <type_traits>
-#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -22,22 +18,17 @@ namespace {
 using ECode = UtilsException::ECode;
 
 TEST(UtilsException, EveryCodeHasItsTexts) {
+    // clang-format off
     const std::pair<std::string, std::string> textsFromMinusOne[] = {
-        {"INVALID", "INVALID"},
-        {"NoError", "No error"},
-        {"Unknown", "Unknown error"},
-        {"NoMemory", "No memory available"},
-        {"NoMutex", "No mutex available"},
-        {"MutexLockFailed", "Could not lock mutex"},
-        {"MutexOperationFailed", "Mutex operation failed"},
-        {"NoSemaphore", "No semaphore available"},
-        {"SemaphoreWaitFailed", "Could not wait for semaphore"},
-        {"SemaphorePostFailed", "Could not post semaphore"},
-        {"SemaphoreOperationFailed", "Semaphore operation failed"},
-        {"NoThread", "No thread available"},
-        {"ThreadWaitFailed", "Could not wait for thread finish"},
+        {"INVALID", "INVALID"}, {"NoError", "No error"}, {"Unknown", "Unknown error"},
+        {"NoMemory", "No memory available"}, {"NoMutex", "No mutex available"},
+        {"MutexLockFailed", "Could not lock mutex"}, {"MutexOperationFailed", "Mutex operation failed"},
+        {"NoSemaphore", "No semaphore available"}, {"SemaphoreWaitFailed", "Could not wait for semaphore"},
+        {"SemaphorePostFailed", "Could not post semaphore"}, {"SemaphoreOperationFailed", "Semaphore operation failed"},
+        {"NoThread", "No thread available"}, {"ThreadWaitFailed", "Could not wait for thread finish"},
         {"INVALID", "INVALID"},
     };
+    // clang-format on
     int code = -1;
     for (const auto& [name, description] : textsFromMinusOne) {
         const UtilsException plain(static_cast<ECode>(code));

@@ -1,6 +1,3 @@
-#include <string_view>
-#include <utility>
-
 #include <gtest/gtest.h>
 
 #include "orin/orin.h"

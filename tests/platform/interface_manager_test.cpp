@@ -1,6 +1,5 @@
 #include "platform/interface_manager.h"
 
-#include <cstdlib>
 #include <thread>
 #include <vector>
 
