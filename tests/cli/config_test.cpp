@@ -82,25 +82,21 @@ digital       table       ./SymbolLibs/digital
 }
 
 TEST_F(Config, FoldersAreWatched) {
-    Write("lib/file", "");
-    const struct {
-        const char* options;
-        const char* end;   // after the first change, with the watch as $p
-        const char* want;  // exit code, then the lines
-    } cases[] = {
+    // `end` comes after the first change and has the watch as $p; wanted are the exit code and then the lines.
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"--count 1", "true", "0\nlib has changed\n"},
         {"--json", "kill -TERM $p", "0\n{\"change\":1,\"folder\":\"lib\"}\n"},
         {"", "rm -r lib", "2\nlib has changed\nquill: lib: No such file or directory\n"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [options, end, want] : cases) {
         Write("lib/file", "");
-        EXPECT_EQ(Shell(std::string("rm -f lines; '" QUILL_PROGRAM "' watch lib --timeout 60 ") + c.options +
+        EXPECT_EQ(Shell(std::string("rm -f lines; '" QUILL_PROGRAM "' watch lib --timeout 60 ") + options +
                         " > lines 2> errors & p=$!; until [ -s lines ] || ! kill -0 $p; do echo x >> lib/file; "
                         "sleep 0.02; done; " +
-                        c.end + "; wait $p; echo $?; head -n 1 lines; cat errors")
+                        end + "; wait $p; echo $?; head -n 1 lines; cat errors")
                       .out,
-                  c.want)
-            << c.options;
+                  want)
+            << options;
     }
     Write("lib/file", "");
     Check({

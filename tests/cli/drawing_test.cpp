@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <map>
 
 #include "tests/cli/markup.h"
@@ -43,12 +42,8 @@ protected:
 };
 
 TEST_F(Picture, SymbolsAreTurnedAndTheirTextsCanBeRead) {
-    struct Row {
-        std::string orientation;
-        const char* want;
-    };
-    for (const Row& c :
-         {Row{R"("orientation": "0")", R"svg(<g class="body"><title>U1: &lt;5 &amp; &quot;6&quot;&gt;</title>
+    const std::pair<std::string, const char*> cases[] = {
+        {R"("orientation": "0")", R"svg(<g class="body"><title>U1: &lt;5 &amp; &quot;6&quot;&gt;</title>
 <rect x="950" y="470" width="100" height="60" class="area" style="stroke-width:2.54"/>
 <text x="1010" y="497" font-size="13.5">in</text>
 <circle cx="945" cy="500" r="5"/>
@@ -61,8 +56,8 @@ TEST_F(Picture, SymbolsAreTurnedAndTheirTextsCanBeRead) {
 <text x="1000" y="550.51" font-size="17.145" text-anchor="middle">&lt;5 &amp; &quot;6&quot;&gt;</text>
 </g>
 )svg"},
-          Row{R"("orientation": "90", "mirrored": true)",
-              R"svg(<g class="body"><title>U1: &lt;5 &amp; &quot;6&quot;&gt;</title>
+        {R"("orientation": "90", "mirrored": true)",
+         R"svg(<g class="body"><title>U1: &lt;5 &amp; &quot;6&quot;&gt;</title>
 <rect x="970" y="450" width="60" height="100" class="area" style="stroke-width:2.54"/>
 <text x="997" y="510" font-size="13.5" text-anchor="end" transform="rotate(-90 997 510)">in</text>
 <circle cx="1000" cy="445" r="5"/>
@@ -74,13 +69,14 @@ TEST_F(Picture, SymbolsAreTurnedAndTheirTextsCanBeRead) {
 <text x="1000" y="442.19" font-size="17.145" text-anchor="middle">U1</text>
 <text x="1000" y="570.51" font-size="17.145" text-anchor="middle">&lt;5 &amp; &quot;6&quot;&gt;</text>
 </g>
-)svg"}}) {
+)svg"}};
+    for (const auto& [orientation, want] : cases) {
         WriteSheet(R"("comp:1")",
                    R"("comps": [{"index": "comp:1", "label": "U1", "name": "BOX", "definition": "comp:90",
                        "attributes": [["VALUE", "<5 & \"6\">"]], "drawn": [
                        {"on": "group:1", "body": {"at": [100000000, 50000000], )" +
-                       c.orientation + "}}]}]");
-        EXPECT_EQ(Drawn(), c.want) << c.orientation;
+                       orientation + "}}]}]");
+        EXPECT_EQ(Drawn(), want) << orientation;
     }
 }
 
@@ -150,10 +146,9 @@ protected:
     // Every document can be read, and every link leads to an element that is there.
     void CheckLinks(const std::string& folder) const {
         std::map<std::string, Tests::Markup> documents;
-        for (const auto& entry : std::filesystem::directory_iterator(Path(folder.c_str())))
+        for (const auto& entry : std::filesystem::directory_iterator(Path(folder)))
             if (entry.path().extension() == ".html")
-                documents[entry.path().filename().string()] =
-                    Tests::ReadMarkup(Read((folder + '/' + entry.path().filename().string()).c_str()));
+                documents[entry.path().filename().string()] = Tests::ReadMarkup(Read(entry.path().string()));
         ASSERT_GT(documents.size(), 1U) << folder;
         for (const auto& [name, document] : documents) {
             EXPECT_EQ(document.fault, "") << folder << '/' << name;

@@ -2,7 +2,6 @@
 
 namespace {
 
-using Tests::Outcome;
 using InfoCommand = Tests::ProgramTest;
 
 const std::string Header = R"({"format": "quill-design", "version": 1)";
@@ -29,24 +28,13 @@ input_stage            4       1          10    19     8      0
 protection             4       1           8    12     5      0
 filter                 8       1           8    14     5      0
 adc                    4       1          15    27     9      0
-)"}});
+)"},
+           {"info --json --config channel-bench " QUILL_EXAMPLES "/vibration-recorder.json", 0,
+            R"({"design": "vibration-recorder", "pages": 6, "counts": {"blocks": 9, "sheets": 14, "components": 195, )"
+            R"("pins": 369, "nets": 114, "buses": 3, "symbols": 38, "configurations": 2}})"}});
     // Here alone the lines of JSON are looked at.
-    const Outcome json = Run("info --json --config channel-bench " QUILL_EXAMPLES "/vibration-recorder.json");
-    EXPECT_EQ(json, (Outcome{0, R"({
-  "design": "vibration-recorder",
-  "pages": 6,
-  "counts": {
-    "blocks": 9,
-    "sheets": 14,
-    "components": 195,
-    "pins": 369,
-    "nets": 114,
-    "buses": 3,
-    "symbols": 38,
-    "configurations": 2
-  }
-}
-)"}));
+    EXPECT_EQ(Run("bus expand 'A[1:0]' --json").out,
+              "{\n  \"label\": \"A[1:0]\",\n  \"members\": [\n    \"A[1]\",\n    \"A[0]\"\n  ]\n}\n");
 }
 
 TEST_F(InfoCommand, LetsNothingReachTheTerminalThatWouldCommandIt) {
@@ -54,13 +42,11 @@ TEST_F(InfoCommand, LetsNothingReachTheTerminalThatWouldCommandIt) {
     Write("evil.json", Header + R"(, "design": "a\u001b[2Jb\u009b\u202e", "blocks": [
         {"index": "block:1", "name": {"hex": "C3A9FF"}, "types": ["schematic"]}],
         "configurations": [{"index": "config:1", "root": "block:1"}]})");
-    const Outcome shown = Run("info evil.json");
-    EXPECT_EQ(shown.code, 0);
-    EXPECT_EQ(shown.out.substr(0, shown.out.find('\n')), "a\\x1B[2Jb\\u009B\\u202E: 0 pages");
-    EXPECT_EQ(shown.out.substr(shown.out.find("Block  ")),
-              "Block  Used  Sheets  Components  Pins  Nets  Buses\n"
-              "\xC3\xA9\\xFF     1       0           0     0     0      0\n");
-    EXPECT_EQ(Run("info \"$(printf 'no\\033[1mfile')\"").error, "quill: no\\x1B[1mfile: No such file or directory\n");
+    Check({{"info evil.json | sed -n '1p; /^Block/,$p'", 0, R"(a\x1B[2Jb\u009B\u202E: 0 pages
+Block  Used  Sheets  Components  Pins  Nets  Buses
+é\xFF     1       0           0     0     0      0
+)"},
+           {"info \"$(printf 'no\\033[1mfile')\"", 2, "", "quill: no\\x1B[1mfile: No such file or directory\n"}});
 }
 
 TEST_F(InfoCommand, CountsThePlacesOfAHierarchyThatContainsItselfOnce) {
@@ -76,8 +62,8 @@ TEST_F(InfoCommand, CountsThePlacesOfAHierarchyThatContainsItselfOnce) {
         "configurations": [{"index": "config:1", "name": "first", "root": "block:1"},
                            {"index": "config:2", "name": "empty"}]})");
     Check({{"info --json loop.json | grep pages", 0, R"("pages": 3,)"},
-           {"info --json --config empty loop.json | grep pages", 0, R"("pages": 0,)"}});
-    Check({{"info --config none loop.json", 2, "", "quill: The design has no configuration called none\n"}});
+           {"info --json --config empty loop.json | grep pages", 0, R"("pages": 0,)"},
+           {"info --config none loop.json", 2, "", "quill: The design has no configuration called none\n"}});
 }
 
 TEST_F(InfoCommand, GivesTwoAndOneLineOnStandardErrorWhenItCannotAnswer) {
@@ -94,16 +80,9 @@ TEST_F(InfoCommand, GivesTwoAndOneLineOnStandardErrorWhenItCannotAnswer) {
         {"", 2, "", "quill: A subcommand is required. \"quill --help\" says how it is used.\n"},
         {"info " QUILL_EXAMPLES "/vibration-recorder.json > /dev/full", 2, "",
          "quill: Standard output cannot be written\n"},
+        {"--help > /dev/null", 0, ""},
+        {"info --help | grep -o 'quill info --json examples/'", 0, "quill info --json examples/"},
     });
-}
-
-TEST_F(InfoCommand, HelpIsAnAnswer) {
-    for (const char* arguments : {"--help", "info --help"}) {
-        const Outcome help = Run(arguments);
-        EXPECT_EQ(help.code, 0);
-        EXPECT_EQ(help.error, "");
-    }
-    EXPECT_NE(Run("info --help").out.find("quill info --json examples/"), std::string::npos);
 }
 
 }  // namespace

@@ -1,7 +1,4 @@
 // The manual page and the completions, held against what the program's help says.
-#include <functional>
-#include <vector>
-
 #include "tests/cli/run_program.h"
 
 namespace {
@@ -110,12 +107,8 @@ while read -r line; do
     echo "${COMPREPLY[*]}"
 done
 )");
-    struct Completion {
-        const char* why;
-        const char* line;  // "_" stands for an empty word
-        const char* words;
-    };
-    const Completion cases[] = {
+    // In a line "_" stands for an empty word.
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"a command", "quill expo", "export"},
         {"commands below one, beside its own argument", "quill bus _", "expand build contents"},
         {"an option", "quill pages --desc", "--descending"},
@@ -129,9 +122,9 @@ done
         {"no command behind an argument", "quill pages a.qdb w", ""},
     };
     std::string lines, want;
-    for (const Completion& c : cases) {
-        lines += std::string(c.line) + '\n';
-        want += std::string(c.words) + '\n';
+    for (const auto& [why, line, words] : cases) {
+        lines += std::string(line) + '\n';
+        want += std::string(words) + '\n';
     }
     Write("lines", lines);
     ASSERT_EQ(std::system(("cd '" + Path("") + "' && bash try.sh < lines > words").c_str()), 0);

@@ -34,24 +34,19 @@ inline Markup ReadMarkup(std::string_view text) {
         }
         return true;
     };
-    while (at < text.size()) {
+    for (std::size_t next = 0; at < text.size(); at = next) {
         const std::size_t tag = std::min(text.find('<', at), text.size());
         if (!isText(text.substr(at, tag - at))) return fail("a character that has to be escaped");
         if (open.empty() && text.substr(at, tag - at).find_first_not_of('\n') != text.npos) return fail("stray text");
         if (tag == text.size()) break;
         at = tag;
-        const std::size_t end = text.find('>', at);
-        if (end == text.npos) return fail("a tag without an end");
-        std::string_view body = text.substr(at + 1, end - at - 1);
-        const std::size_t next = end + 1;
-        if (body[0] == '?' || body == "!DOCTYPE html") {
-            at = next;
-            continue;
-        }
+        next = text.find('>', at) + 1;
+        if (next == 0) return fail("a tag without an end");
+        std::string_view body = text.substr(at + 1, next - at - 2);
+        if (body[0] == '?' || body == "!DOCTYPE html") continue;
         if (body[0] == '/') {
             if (open.empty() || open.back() != body.substr(1)) return fail("an end that fits no beginning");
             open.pop_back();
-            at = next;
             continue;
         }
         const bool single = body.back() == '/';
@@ -70,7 +65,6 @@ inline Markup ReadMarkup(std::string_view text) {
             if (key == "href") read.hrefs.push_back(value);
             body.remove_prefix(quote + 1);
         }
-        at = next;
     }
     if (!open.empty()) return fail("an element without an end");
     return read;

@@ -73,8 +73,8 @@ protected:
         return all;
     }
 
-    std::string Path(const char* name) const { return (m_folder / name).string(); }
-    std::string Read(const char* name) const {
+    std::string Path(const std::string& name) const { return (m_folder / name).string(); }
+    std::string Read(const std::string& name) const {
         std::ifstream file(Path(name), std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
