@@ -64,12 +64,7 @@ TEST_F(QuillData, OfOlderDesignsIsReadUnderTheBareKey) {
 }
 
 TEST_F(QuillData, ExistsWhenEmptyOrDamaged) {
-    const struct {
-        const char* text;
-        std::vector<std::string> names;
-        Signals signals;
-        std::map<int, int> map;
-    } cases[] = {
+    const std::tuple<const char*, std::vector<std::string>, Signals, std::map<int, int>> cases[] = {
         {"A0,,A1", {"A0", "A1"}, {{0, Index(0)}}, {{0, 0}}},
         {",,3,7,", {"3", "7"}, {{3, Index(7)}}, {{3, 7}}},
         {"3,7,4", {"3", "7", "4"}, {{3, Index(7)}}, {{3, 7}}},
@@ -83,17 +78,17 @@ TEST_F(QuillData, ExistsWhenEmptyOrDamaged) {
          {{1, Index(18446744073709551615U)}},
          {{2147483647, 2147483647}}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        EXPECT_TRUE(editor.SetAttribute(busIndex, "$$Internal____SignalNames", c.text));
-        EXPECT_TRUE(editor.SetAttribute(busIndex, "$$Internal____Signals", c.text));
-        EXPECT_TRUE(editor.SetAttribute(compIndex, "$$Internal____SignalMap", c.text, Link));
+    for (const auto& [text, asNames, asSignals, asMap] : cases) {
+        SCOPED_TRACE(text);
+        EXPECT_TRUE(editor.SetAttribute(busIndex, "$$Internal____SignalNames", text));
+        EXPECT_TRUE(editor.SetAttribute(busIndex, "$$Internal____Signals", text));
+        EXPECT_TRUE(editor.SetAttribute(compIndex, "$$Internal____SignalMap", text, Link));
         std::vector<std::string> names;
         Signals signals;
         std::map<int, int> map;
-        EXPECT_TRUE(QuillInOrin::GetBusSignalNames(*bus, names) && names == c.names);
-        EXPECT_TRUE(QuillInOrin::GetBusSignals(*bus, signals) && signals == c.signals);
-        EXPECT_TRUE(QuillInOrin::GetRipperSignalMap(*comp, map) && map == c.map);
+        EXPECT_TRUE(QuillInOrin::GetBusSignalNames(*bus, names) && names == asNames);
+        EXPECT_TRUE(QuillInOrin::GetBusSignals(*bus, signals) && signals == asSignals);
+        EXPECT_TRUE(QuillInOrin::GetRipperSignalMap(*comp, map) && map == asMap);
     }
     Index index(1);
     EXPECT_TRUE(editor.SetAttribute(blockIndex, "$$Internal_BoardUid", "board"));
@@ -176,11 +171,8 @@ TEST_F(HierarchicalName, HasGapsForWhatTheSheetDoesNotTell) {
 }
 
 TEST_F(HierarchicalName, GoesOnAfterMostFailedQueries) {
-    const struct {
-        const char* operation;
-        unsigned call;  // the first is about the lower component
-        const char* want;
-    } cases[] = {
+    // The first call of an operation is about the lower component.
+    const std::tuple<const char*, unsigned, const char*> cases[] = {
         {"IPath::GetParentComp", 1, ""},
         {"IPath::GetParentComp", 2, "$17I4000000000"},
         {"IComp::GetPath", 1, "$17I4000000000"},
@@ -191,11 +183,11 @@ TEST_F(HierarchicalName, GoesOnAfterMostFailedQueries) {
         {"IBlockViewQuill::GetCompData", 1, "$U1\\"},
         {"IGroup::GetAttribute", 1, "$U1\\$I4000000000"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [operation, call, want] : cases) {
         Orin::DesignDb::Testing::FaultInjector faults;
-        faults.Inject({.operation = c.operation, .call = c.call});
-        EXPECT_EQ(Name(), c.want) << c.operation << " " << c.call;
-        EXPECT_EQ(faults.Failed().size(), 1U) << c.operation;
+        faults.Inject({.operation = operation, .call = call});
+        EXPECT_EQ(Name(), want) << operation << " " << call;
+        EXPECT_EQ(faults.Failed().size(), 1U) << operation;
     }
 }
 

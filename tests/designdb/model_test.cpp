@@ -175,7 +175,7 @@ public:
 private:
     void Look(const std::string& word) {
         const auto speaksOf = [word = " " + word + " "](const std::string& fact) {
-            return (" " + fact + " ").find(word) != std::string::npos;
+            return (" " + fact + " ").find(word) != fact.npos;
         };
         std::erase_if(m_facts, speaksOf);
         for (std::string& fact : Facts(m_client))
@@ -273,6 +273,7 @@ private:
     }
     Model::Object& Added(EObjectType kind, const Index& owner, const std::string& name, const std::string& label,
                          unsigned types = 0) {
+        EXPECT_EQ(std::count(m_all.begin(), m_all.end(), m_made), 0) << "an index is given once";
         m_all.push_back(m_made);
         return m_model.objects.emplace_back(Model::Object{m_made, kind, owner, name, label, types});
     }

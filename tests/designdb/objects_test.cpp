@@ -95,10 +95,7 @@ TEST_F(ObjectHandles, IterationsPassOverWhatIsDeletedBeforeThem) {
 }
 
 TEST_F(AskedForIndexes, LeadToTheirObjectsWhateverTheyLookLike) {
-    const struct {
-        const char* why;
-        Index index;
-    } cases[] = {
+    const std::pair<const char*, Index> cases[] = {
         {"own kind, far beyond the last", Index(EObjectType::Comp, 0, 0xFFFFFFFF)},
         {"own kind, ahead of the last", Index(EObjectType::Comp, 0, 50)},
         {"own kind, in the gap left behind", Index(EObjectType::Comp, 0, 20)},
@@ -109,16 +106,16 @@ TEST_F(AskedForIndexes, LeadToTheirObjectsWhateverTheyLookLike) {
         {"top byte 0", Index(1)},
     };
     Strings labels{"U1"};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
-        EXPECT_EQ(AddComp(c.why, block, {}, c.index), c.index);
-        EXPECT_CODE(editor.AddNet(block, {"clash", c.index}, net), AlreadyExists);
-        labels.emplace_back(c.why);
+    for (const auto& [why, index] : cases) {
+        SCOPED_TRACE(why);
+        EXPECT_EQ(AddComp(why, block, {}, index), index);
+        EXPECT_CODE(editor.AddNet(block, {"clash", index}, net), AlreadyExists);
+        labels.emplace_back(why);
     }
-    for (const auto& c : cases) {
-        ASSERT_TRUE(client.Comp(c.index)) << c.why;
-        EXPECT_EQ(LabelOf(*client.Comp(c.index)), c.why);
-        EXPECT_FALSE(client.Net(c.index));
+    for (const auto& [why, index] : cases) {
+        ASSERT_TRUE(client.Comp(index)) << why;
+        EXPECT_EQ(LabelOf(*client.Comp(index)), why);
+        EXPECT_FALSE(client.Net(index));
     }
     // The database's own choices go around them.
     ASSERT_TRUE(editor.AddNet(block, {"X"}, net));

@@ -23,17 +23,14 @@ struct SavePoints : SharedBlock {
 
 TEST_F(SavePoints, AreRestoredByTheEventsThatLeadThere) {
     const Strings before = Facts(client);
+    const ContainerT<const IComp> handle = client.Comp(comp);
     Index piece, line, late, config2, place, design;
     ContainerT<const IConfig> board;
     ContainerT<const IPath> root;
     ASSERT_TRUE(client.snapshot->GetDefaultConfig(board, "board") && board->GetRoot(root) && root->GetIndex(place));
     ASSERT_TRUE(client.snapshot->GetIndex(design));
     using Edits = std::vector<Result>;
-    const struct {
-        const char* why;
-        std::function<Edits()> edit;
-        Strings want;
-    } cases[] = {
+    const std::tuple<const char*, std::function<Edits()>, Strings> cases[] = {
         {"attributes by name, those of the design and of a place too",
          [&]() -> Edits {
              return {editor.SetAttribute(comp, "a", "1"), editor.SetAttribute({}, "a", "1"),
@@ -93,9 +90,9 @@ TEST_F(SavePoints, AreRestoredByTheEventsThatLeadThere) {
           "add 5:0:1 7:0:2 53", "add 5:0:1 69:0:1 46", "add 7:0:1 8:0:1 30"}},
         {"nothing that has not changed", [] { return Edits(); }, {}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
-        for (const Result& result : c.edit())
+    for (const auto& [why, edit, events] : cases) {
+        SCOPED_TRACE(why);
+        for (const Result& result : edit())
             ASSERT_TRUE(result);
         Recorder recorder;
         recorder.withParents = true;
@@ -103,26 +100,13 @@ TEST_F(SavePoints, AreRestoredByTheEventsThatLeadThere) {
         ASSERT_TRUE(editor.RestoreSavePoint("saved"));
         Strings want;
         for (const char* const when : {"~-", "~+"})
-            for (const std::string& event : c.want)
+            for (const std::string& event : events)
                 want.push_back(when + event);
         EXPECT_EQ(recorder.heard, want) << "all is announced before any of it is done";
         EXPECT_EQ(Facts(other), before);
+        EXPECT_TRUE(handle->IsValid()) << "a handle follows its object";
         ASSERT_TRUE(other.snapshot->RemoveEventObserver(&recorder));
     }
-}
-
-TEST_F(SavePoints, LeaveHandlesAndIndexesWithTheirObjects) {
-    const ContainerT<const IComp> handle = client.Comp(comp);
-    Index late, later;
-    ASSERT_TRUE(editor.DeleteComp(comp) && editor.AddComp(block, {"late"}, late));
-    const ContainerT<const IComp> dead = client.Comp(late);
-    EXPECT_FALSE(handle->IsValid());
-    ASSERT_TRUE(editor.RestoreSavePoint("saved"));
-    EXPECT_TRUE(handle->IsValid());
-    // An index that was given before the restore is given to nobody after it.
-    ASSERT_TRUE(editor.AddComp(block, {"later"}, later));
-    EXPECT_NE(later, late);
-    EXPECT_FALSE(dead->IsValid());
 }
 
 TEST_F(SavePoints, AreReadAndCommentedButNotEdited) {

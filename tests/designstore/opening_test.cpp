@@ -50,10 +50,7 @@ protected:
 
 TEST_F(Opening, RefusesWhatIsNoDesignFile) {
     const auto with = [this](std::size_t at, const char* bytes) { return std::string(good).replace(at, 4, bytes, 4); };
-    const struct {
-        const char* why;
-        std::string file;
-    } cases[] = {
+    const std::pair<const char*, std::string> cases[] = {
         {"no design file: it is no SQLite database", ""},
         {"no design file: it is no SQLite database", FileText(QUILL_TEST_DATA "/everything.json")},
         {"no design file: it is an SQLite database of another application", with(68, "\0\0\0\1")},
@@ -72,10 +69,7 @@ TEST_F(Opening, RefusesWhatIsNoDesignFile) {
 }
 
 TEST_F(Opening, RefusesTablesAndRowsThatNoDesignHas) {
-    const struct {
-        const char* why;
-        const char* sql;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"its tables are not those of a design", "CREATE VIEW v AS SELECT * FROM comp"},
         {"its tables are not those of a design", "CREATE TRIGGER t AFTER INSERT ON comp BEGIN DELETE FROM pin; END"},
         {"its tables are not those of a design", "CREATE INDEX i ON comp(label)"},
