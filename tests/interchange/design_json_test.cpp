@@ -89,14 +89,8 @@ TEST(DesignJson, BringsEveryKindOfObjectIntoTheDatabase) {
 }
 
 TEST(DesignJson, RefusesWhatIsNoDesignNamesThePlaceAndEntersNothing) {
-    struct Case {
-        const char* why;
-        const char* from;  // text of everything.json
-        const char* to;
-        const char* pointer;
-        const char* reason;
-    };
-    const Case cases[] = {
+    // `from` is text of everything.json.
+    const std::tuple<const char*, const char*, const char*, const char*, const char*> cases[] = {
         {"another format", "quill-design", "other", "/format", "quill-design"},
         {"a later version", "\"version\": 1", "\"version\": 2", "/version", "version"},
         {"no version", "\"version\": 1,", "", "", "lacks \"version\""},
@@ -178,12 +172,11 @@ TEST(DesignJson, RefusesWhatIsNoDesignNamesThePlaceAndEntersNothing) {
         {"bytes that are not UTF-8", "\"R\"", "\"\xFC\"", "/blocks/0/comps/1/label", "ill-formed UTF-8"},
     };
     Design design;
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
-        const std::string fault = design.Read(Replaced(Everything(), c.from, c.to));
-        EXPECT_THAT(fault, HasSubstr(c.reason));
-        const std::string pointer = fault[0] == '/' ? fault.substr(0, fault.find(": ")) : "";
-        EXPECT_EQ(pointer, c.pointer) << fault;
+    for (const auto& [why, from, to, pointer, reason] : cases) {
+        SCOPED_TRACE(why);
+        const std::string fault = design.Read(Replaced(Everything(), from, to));
+        EXPECT_THAT(fault, HasSubstr(reason));
+        EXPECT_EQ(fault[0] == '/' ? fault.substr(0, fault.find(": ")) : "", pointer) << fault;
         EXPECT_TRUE(design.IsEmpty());
     }
     EXPECT_EQ(design.Read("3"), "is not an object");

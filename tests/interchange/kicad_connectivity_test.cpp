@@ -94,12 +94,7 @@ std::string Written(const Connectivity& found) {
 
 // What the random sheets below do not show: names, members, and which junctions belong to a net.
 TEST(KicadConnectivity, GivesNetsTheirNamesAndBusesTheirMembers) {
-    struct Case {
-        const char* why;
-        std::string sheet;
-        std::string want;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::string, std::string> cases[] = {
         {"a pin inside a wire asks for a junction or a label", "w 0 0 4 0  p 2 0  j 2 0 w 0 1 4 1  p 1 1  L A 1 1",
          "0 1 2; A=3 4 5"},
         {"sheet pins connect and name nothing", "w 0 0 4 0  S A 1 0  S A 9 9  S B 9 9", "0 1; 2 3"},
@@ -119,9 +114,9 @@ TEST(KicadConnectivity, GivesNetsTheirNamesAndBusesTheirMembers) {
          "A=2 3 4 5 | A,B=0 1 > 0-0@2 > 0-0@3"},
         {"a bus that a net's name stands on holds nothing", "b 0 0 8 0  L A 0 0  L A 0 9", "A=2 | A=0 1"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
-        EXPECT_EQ(Written(Connect(Sheets(c.sheet))), c.want);
+    for (const auto& [why, sheet, want] : cases) {
+        SCOPED_TRACE(why);
+        EXPECT_EQ(Written(Connect(Sheets(sheet))), want);
     }
     const auto far = std::numeric_limits<std::int64_t>::max();
     SheetGeometry beyond;

@@ -37,13 +37,7 @@ KnownBuses Known() {
 }
 
 TEST(KicadLabels, AreTranslatedByKind) {
-    struct Case {
-        const char* why;
-        std::string text;
-        LabelKind kind;
-        std::string want;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::string, LabelKind, std::string> cases[] = {
         {"a plain label", "CLK", Plain, "CLK"},
         {"a vector, either way", "A[7..0]", Vector, "A[7:0]"},
         {"numbers lose leading zeros", "A[00..015]", Vector, "A[0:15]"},
@@ -95,14 +89,14 @@ TEST(KicadLabels, AreTranslatedByKind) {
         {"nothing", "", Plain, ""},
     };
     const KnownBuses buses = Known();
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
+    for (const auto& [why, text, kind, want] : cases) {
+        SCOPED_TRACE(why);
         LabelBudget budget;
-        const TranslatedLabel label = TranslateLabel(c.text, Aliases, buses, budget);
-        EXPECT_EQ(label.text, c.want);
-        EXPECT_EQ(label.kind, c.kind);
+        const TranslatedLabel label = TranslateLabel(text, Aliases, buses, budget);
+        EXPECT_EQ(label.text, want);
+        EXPECT_EQ(label.kind, kind);
         EXPECT_EQ(label.problem, LabelProblem::None);
-        EXPECT_EQ(ClassifyLabel(c.text), c.kind);
+        EXPECT_EQ(ClassifyLabel(text), kind);
     }
 }
 
@@ -113,12 +107,7 @@ TEST(KicadLabels, ThatCannotBeTranslatedSayWhyAndStayAsTheyAre) {
                                             "{H" + std::to_string(i + 1) + "}"};
     for (int i = 0; i < 5000; ++i)
         aliases["L" + std::to_string(i)] = {Times(50, "p") + "{L" + std::to_string(i + 1) + "}"};
-    struct Case {
-        const char* why;
-        std::string text;
-        LabelProblem problem;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, std::string, LabelProblem> cases[] = {
         {"no members", "P{ }", LabelProblem::NoMembers},
         {"an alias of nothing", "{EMPTY}", LabelProblem::NoMembers},
         {"an alias in itself", "{A SELF}", LabelProblem::AliasInItself},
@@ -135,14 +124,14 @@ TEST(KicadLabels, ThatCannotBeTranslatedSayWhyAndStayAsTheyAre) {
         {"aliases that double", "{H0}", LabelProblem::TooLarge},
         {"prefixes that pile up", "{L0}", LabelProblem::TooLarge},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.why);
+    for (const auto& [why, text, problem] : cases) {
+        SCOPED_TRACE(why);
         LabelBudget budget;
         KnownBuses buses;
-        buses.Add(c.text, aliases, budget);
-        const TranslatedLabel label = TranslateLabel(c.text, aliases, buses, budget);
-        EXPECT_EQ(label.problem, c.problem);
-        EXPECT_EQ(label.text, c.text);
+        buses.Add(text, aliases, budget);
+        const TranslatedLabel label = TranslateLabel(text, aliases, buses, budget);
+        EXPECT_EQ(label.problem, problem);
+        EXPECT_EQ(label.text, text);
         EXPECT_GT(budget.left, LabelBudget{}.left - 1'000'000) << "little is left for other labels";
     }
     LabelBudget budget;
