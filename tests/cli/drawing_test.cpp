@@ -1,12 +1,11 @@
 #include <map>
 
 #include "tests/cli/markup.h"
-#include "tests/cli/plant.h"
 #include "tests/cli/run_program.h"
 
 namespace {
 
-class Picture : public Tests::ProgramTest {
+class Picture : public Tests::PlantTest {
 protected:
     // What the picture holds between its style and its end, without the frame.
     std::string Items(const std::string& svg) const {
@@ -122,7 +121,6 @@ TEST_F(Picture, WiresAreDrawnWithTheirDotsAndLabels) {
 }
 
 TEST_F(Picture, ErrorsLeaveTheFileAsItWas) {
-    Write("plant.json", Tests::Plant);
     Write("there.svg", "as it was");
     Check({{"render plant.json 9 -o there.svg", 2, "", "quill: There is no page 9\n"},
            {"render plant.json 1 --config nothing -o there.svg", 2, "",
@@ -139,7 +137,7 @@ TEST_F(Picture, ErrorsLeaveTheFileAsItWas) {
     EXPECT_NE(Read("there.svg").find("<title>Excluded page: sheet A of plant at /</title>"), std::string::npos);
 }
 
-class Report : public Tests::ProgramTest {
+class Report : public Tests::PlantTest {
 protected:
     std::string Files() const { return Run("--help > /dev/null; ls -A").out; }
 
@@ -166,7 +164,6 @@ protected:
 };
 
 TEST_F(Report, TreeAndConnectorsAreLinks) {
-    Write("plant.json", Tests::Plant);
     Check({{"report plant.json -o site", 0, ""},
            {"--help > /dev/null; cd site && ls -A", 0,
             ".quill-report\nindex.html\npage-1.html\npage-2.html\npage-3.html\nstyle.css\n"}});
@@ -274,7 +271,6 @@ TEST_F(Report, WhatLeadsUpDownAndAcrossSaysWhere) {
 }
 
 TEST_F(Report, TakesThePlaceOfAnEarlierReportOnly) {
-    Write("plant.json", Tests::Plant);
     Write("file", "mine");
     Check({
         {"report plant.json -o none/site", 2, "", "quill: none/site: No such file or directory\n"},

@@ -1,13 +1,11 @@
 // The commands that change a design, one after the other on one file.
-#include "tests/cli/plant.h"
 #include "tests/cli/run_program.h"
 
 namespace {
 
-using Edit = Tests::ProgramTest;
+using Edit = Tests::PlantTest;
 
 TEST_F(Edit, ChangesSheetsAndPagesOfTheFile) {
-    Write("plant.json", Tests::Plant);
     Check({
         {"sheets up plant.json plant A", 0, "The sheets of plant are in this order: A, B\n"},
         {"sheets up plant.json plant A", 0, "There is nothing to do.\n"},
@@ -48,7 +46,6 @@ TEST_F(Edit, ChangesSheetsAndPagesOfTheFile) {
 }
 
 TEST_F(Edit, MarksBlocksForReuse) {
-    Write("plant.json", Tests::Plant);
     Write("old.json", R"({"format": "quill-design", "version": 1, "blocks": [
         {"index": "block:1", "name": "b", "types": ["schematic"], "attributes": [["ReuseBlock", "true"]]}]})");
     Check({
@@ -71,7 +68,6 @@ TEST_F(Edit, MarksBlocksForReuse) {
 }
 
 TEST_F(Edit, StampsSheetsAndSymbols) {
-    Write("plant.json", Tests::Plant);
     Check({
         {"stamp plant.json plant --set 1710407107", 0,
          "The sheet A of plant is stamped 9:05:07_3-14-24\nThe sheet B of plant is stamped 9:05:07_3-14-24\n"},
@@ -105,7 +101,6 @@ symbol  lib    hierarchical_label.input
 }
 
 TEST_F(Edit, SaysWhenAPageAboveKeepsAPageExcluded) {
-    Write("plant.json", Tests::Plant);
     Check({{"pages include plant.json \"$(printf '$5I0\\\\1\\033')\"", 0, "There is nothing to do.\n",
             "quill: A page above excludes page $5I0\\1\\x1B (sheet 1\\x1B of sub at /T)\n"}});
     EXPECT_EQ(Run("info plant.json").code, 0);

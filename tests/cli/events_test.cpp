@@ -1,13 +1,10 @@
 // quill events: what is heard of edits, and what is refused.
-#include "tests/cli/plant.h"
 #include "tests/cli/run_program.h"
 
 namespace {
 
-class Events : public Tests::ProgramTest {
+class Events : public Tests::PlantTest {
 protected:
-    Events() { Write("plant.json", Tests::Plant); }
-
     void CheckScript(const char* options, const std::string& script, const Tests::Outcome& want) const {
         Write("edits", script);
         EXPECT_EQ(Run("events plant.json edits --no-times " + std::string(options)), want) << script;

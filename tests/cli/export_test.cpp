@@ -6,15 +6,11 @@ namespace {
 using Export = Tests::ProgramTest;
 
 TEST_F(Export, IsIdenticalThroughEveryForm) {
-    Check({{"export '" QUILL_EXAMPLES "/vibration-recorder.json' -o recorder.qdb", 0, ""},
-           {"export recorder.qdb -o recorder.json", 0, ""},
+    const std::string example = "'" QUILL_EXAMPLES "/vibration-recorder.json'";
+    Check({{"export " + example + " -o recorder.qdb", 0, ""},
            {"export recorder.qdb -o again.qdb", 0, ""},
-           {"export again.qdb -o again.json", 0, ""}});
-    const std::string text = Read("recorder.json");
-    EXPECT_NE(text, "");
-    EXPECT_EQ(Run("info '" QUILL_EXAMPLES "/vibration-recorder.json'"), Run("info recorder.qdb"));
-    EXPECT_EQ(text, Read("again.json"));
-    EXPECT_EQ(text, Read(QUILL_EXAMPLES "/vibration-recorder.json"));
+           {"export again.qdb -o again.json && cmp again.json " + example, 0, ""}});
+    EXPECT_EQ(Run("info " + example), Run("info recorder.qdb"));
 }
 
 TEST_F(Export, SaysWhatItCannotDo) {

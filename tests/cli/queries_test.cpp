@@ -1,13 +1,9 @@
 // The commands that ask a design, on one small design that has what is out of the ordinary.
-#include "tests/cli/plant.h"
 #include "tests/cli/run_program.h"
 
 namespace {
 
-class Query : public Tests::ProgramTest {
-protected:
-    Query() { Write("plant.json", Tests::Plant); }
-};
+using Query = Tests::PlantTest;
 
 TEST_F(Query, PagesAreListedInEveryOrder) {
     Check({

@@ -83,4 +83,12 @@ private:
     const std::filesystem::path m_folder;
 };
 
+// With plant.json in the folder, a small design that has what is out of the ordinary: two blocks stand below sheet B
+// under one label, sheet A is excluded and stands first in the block but second in the user's order, print order 7 is
+// given to three pages, and one name holds an escape character.
+class PlantTest : public ProgramTest {
+protected:
+    PlantTest() { Write("plant.json", Read(QUILL_PLANT)); }
+};
+
 }  // namespace Tests

@@ -1,14 +1,12 @@
 // Save points of a design file, from the first to the last.
-#include "tests/cli/plant.h"
 #include "tests/cli/run_program.h"
 
 namespace {
 
-using SavePoint = Tests::ProgramTest;
+using SavePoint = Tests::PlantTest;
 
 TEST_F(SavePoint, BringsBackTheDesignAsItWas) {
     const std::string dated = R"( | sed -E 's/[0-9-]{10} [0-9:]{8}/DATE/g; s/"[0-9]{10}"/"STAMP"/')";
-    Write("plant.json", Tests::Plant);
     Check({
         {"export plant.json -o plant.qdb", 0, ""},
         {"export plant.qdb -o before.json", 0, ""},

@@ -7,7 +7,6 @@
 #include <pty.h>
 #include <sys/stat.h>
 
-#include "tests/cli/plant.h"
 #include "tests/cli/run_program.h"
 
 namespace {

@@ -72,6 +72,8 @@ TEST_F(Events, BearTheNumbersOfTheirKindsOfEdits) {
         {[&] { return editor.AddMember(group, net); }, "+con 14:0:1 3"},
         {[&] { return editor.MoveMember(group, net, 0); }, "+con 14:0:1 5"},
         {[&] { return editor.RemoveMember(group, net); }, "+con 14:0:1 4"},
+        {[&] { return editor.SetAttribute(net, "a", "1"); }, "+chg 14:0:1 6"},
+        {[&] { return editor.RemoveAttribute(net, "a"); }, "+chg 14:0:1 7"},
         {[&] { return editor.SetName(block, "x"); }, "+chg 5:0:1 27"},
         {[&] { return editor.SetLabelData(group, comp, {}); }, "+drw 7:0:1 2"},
         {[&] { return editor.SetModificationTime(group, 1); }, "+chg 69:0:1 30"},

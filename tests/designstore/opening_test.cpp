@@ -20,7 +20,7 @@ class Opening : public testing::Test {
 protected:
     Opening() {
         Design design;
-        design.Read(FileText(QUILL_TEST_DATA "/everything.json"));
+        design.Read(json);
         EXPECT_TRUE(design.Create(path));
         good = FileText(path);
     }
@@ -32,27 +32,36 @@ protected:
         EXPECT_EQ(sqlite3_exec(file, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(file);
         sqlite3_close(file);
     }
+    void ExpectNothingBeside() const {
+        for (const char* beside : {"-wal", "-shm", "-lock", "-journal", "-new"})
+            EXPECT_FALSE(std::filesystem::exists(path + beside)) << beside;
+    }
     // Why the file is refused, for reading and for writing alike. It stays as it is, and alone.
     std::string Refusal() const {
         const std::string before = FileText(path);
         const std::string refusal = Design(path).Refusal();
         EXPECT_EQ(Design(path, EFileAccess::Read).Refusal(), refusal);
         EXPECT_TRUE(FileText(path) == before);
-        for (const char* beside : {"-wal", "-shm", "-lock", "-journal"})
-            EXPECT_FALSE(std::filesystem::exists(path + beside)) << beside;
+        ExpectNothingBeside();
         return refusal;
     }
 
     const Tests::Folder folder;
-    const std::string path = folder / "design.qdb";
+    const std::string path = folder / "design.qdb", json = FileText(QUILL_TEST_DATA "/everything.json");
     std::string good;
 };
+
+TEST_F(Opening, GivesTheDesignThatWasWritten) {
+    for (const EFileAccess access : {EFileAccess::Read, EFileAccess::Write})
+        EXPECT_EQ(Design(path, access).Json(), json);
+    ExpectNothingBeside();
+}
 
 TEST_F(Opening, RefusesWhatIsNoDesignFile) {
     const auto with = [this](std::size_t at, const char* bytes) { return std::string(good).replace(at, 4, bytes, 4); };
     const std::pair<const char*, std::string> cases[] = {
         {"no design file: it is no SQLite database", ""},
-        {"no design file: it is no SQLite database", FileText(QUILL_TEST_DATA "/everything.json")},
+        {"no design file: it is no SQLite database", json},
         {"no design file: it is an SQLite database of another application", with(68, "\0\0\0\1")},
         {"has format version 2, which is newer than this program", with(60, "\0\0\0\2")},
         {"the file is damaged", good.substr(0, good.size() - 8192)},

@@ -1,9 +1,8 @@
 #include "interchange/design_json.h"
 
-#include <random>
-
 #include <gmock/gmock.h>
 
+#include "tests/support/damage.h"
 #include "tests/support/memory_design.h"
 
 namespace {
@@ -232,14 +231,11 @@ TEST(DesignJson, SurvivesDamageWithAFaultOrADesign) {
     for (std::size_t length = 0; length + 1 < whole.size(); length += 7)
         EXPECT_NE(design.Read(whole.substr(0, length)), "") << length;
     std::mt19937 random(1);
-    const std::string pieces[] = {"\"", "{", "]", ",", "0", "-", "\xC3", "comp:12", "null", "[[", ":"};
+    const std::vector<std::string> pieces{"\"", "{", "]", ",", "0", "-", "\xC3", "comp:12", "null", "[[", ":"};
     for (int round = 0; round < 1500; ++round) {
         SCOPED_TRACE(round);
-        std::string text = whole;
-        const std::size_t at = random() % text.size();
-        text.replace(at, random() % 8, pieces[random() % std::size(pieces)]);
         Design damaged;
-        if (damaged.Read(text).empty()) {
+        if (damaged.Read(Tests::Damaged(whole, random, pieces)).empty()) {
             Design again;
             EXPECT_EQ(again.Read(damaged.Json()), "");
             EXPECT_EQ(again.Json(), damaged.Json());

@@ -90,94 +90,92 @@ std::vector<Family> SheetOperations() {
            }}}},
         {"Quill::SheetRange::",
          {{"Init", "IBlock::GetParentSnapshot IBlock::GetListOwnedGroups", "thrown # : ", "true : <",
-           OnRange([](Range& range, Design& d) { return range.Init(d.block); })},
+           OnRange([](Range& r, Design& d) { return r.Init(d.block); })},
           {"Init", "*", "thrown # : ~|thrown # : ", "=",  // of the block that is found nothing is kept
-           OnRange([](Range& range, Design& d) { return range.Init(d.snapshot, "lib"); })},
+           OnRange([](Range& r, Design& d) { return r.Init(d.snapshot, "lib"); })},
           {"IsOrderChanged", "", "", "false", Plain([](Design& d) {
                return Range::IsOrderChanged(d.block, d.sheetIndex, Orin::EEventsChange::SetAttribute);
            })},
           {"MoveTo", Writes, Unchanged, "false : ~",
-           OnRange([](Range& range, Design& d) { return range.MoveTo({d.third}, d.sheet, true); })},
-          {"MoveUp", Writes, Unchanged, "false : ~",
-           OnRange([](Range& range, Design& d) { return range.MoveUp(d.sheet); })},
+           OnRange([](Range& r, Design& d) { return r.MoveTo({d.third}, d.sheet, true); })},
+          {"MoveUp", Writes, Unchanged, "false : ~", OnRange([](Range& r, Design& d) { return r.MoveUp(d.sheet); })},
           {"MoveDown", Writes, Unchanged, "false : ~",
-           OnRange([](Range& range, Design& d) { return range.MoveDown(d.third); })},
-          {"Renumber", Writes, Unchanged, "=", OnRange([](Range& range, Design& d) {
-               return range.Renumber({d.sheet, d.third}, {"A", 10, 10});
+           OnRange([](Range& r, Design& d) { return r.MoveDown(d.third); })},
+          {"Renumber", Writes, Unchanged, "=", OnRange([](Range& r, Design& d) {
+               return r.Renumber({d.sheet, d.third}, {"A", 10, 10});
            })},
-          {"ValidateRenumber", "", "", "false", OnRange([](Range& range, Design& d) {
-               return range.ValidateRenumber({d.sheet}, {"", 1, 1});
+          {"ValidateRenumber", "", "", "false", OnRange([](Range& r, Design& d) {
+               return r.ValidateRenumber({d.sheet}, {"", 1, 1});
            })},
-          {"Find", "", "", "false",
-           OnRange([](Range& range, Design& d) { return range.Find(d.sheet) != range.End(); })},
-          {"Find", "", "", Either, OnRange([](Range& range, auto&) { return range.Find("1") != range.End(); })},
-          {"Compare", "", "", Either, OnRange([](Range& range, Design& d) { return range.Compare(d.third, d.sheet); })},
-          {"Sort", "", "", Either, OnRange([](Range& range, Design& d) {
+          {"Find", "", "", "false", OnRange([](Range& r, Design& d) { return r.Find(d.sheet) != r.End(); })},
+          {"Find", "", "", Either, OnRange([](Range& r, auto&) { return r.Find("1") != r.End(); })},
+          {"Compare", "", "", Either, OnRange([](Range& r, Design& d) { return r.Compare(d.third, d.sheet); })},
+          {"Sort", "", "", Either, OnRange([](Range& r, Design& d) {
                std::vector<Range::Sheet> sheets = {d.sheet, d.third};
-               range.Sort(sheets);
+               r.Sort(sheets);
                return sheets[0].Get() == d.third.Get() && sheets[1].Get() == d.sheet.Get();
            })},
           {"CanMoveTo", "", "", Either,
-           OnRange([](Range& range, Design& d) { return range.CanMoveTo({d.third}, d.sheet, true); })},
-          {"CanMoveUp", "", "", "false", OnRange([](Range& range, Design& d) { return range.CanMoveUp(d.sheet); })},
-          {"CanMoveDown", "", "", "false", OnRange([](Range& range, Design& d) { return range.CanMoveDown(d.sheet); })},
+           OnRange([](Range& r, Design& d) { return r.CanMoveTo({d.third}, d.sheet, true); })},
+          {"CanMoveUp", "", "", "false", OnRange([](Range& r, Design& d) { return r.CanMoveUp(d.sheet); })},
+          {"CanMoveDown", "", "", "false", OnRange([](Range& r, Design& d) { return r.CanMoveDown(d.sheet); })},
           {"SheetRange SheetRange operator= ~SheetRange Begin End Count Advance NameAlreadyExists CreateNewName "
            "CreateNewName CreateNewId",
-           "", "", "=", OnRange([](Range& range, auto&) {
-               Range moved(std::move(range));
+           "", "", "=", OnRange([](Range& r, auto&) {
+               Range moved(std::move(r));
                std::string name;
                moved.CreateNewName(name);
                moved.CreateNewName("1", name);
-               range = std::move(moved);
-               return range.CreateNewId(name) + range.NameAlreadyExists(name) + range.Count();
+               r = std::move(moved);
+               return r.CreateNewId(name) + r.NameAlreadyExists(name) + r.Count();
            }),
            true}}},
         {"Quill::CSheetConnectorsCache::",
          {{"attachObserver CSheetConnectorsCache ~CSheetConnectorsCache",
            "ISnapshot::GetInfo OrinPI::AttachSubClient OrinPI::GetSnapshotByName ISnapshot::GetUIDManager "
            "ISnapshot::AddEventObserver",
-           " : ", "=", OnCache(true, [](Cache& cache, Design& d, auto&) { cache.attachObserver(d.snapshot); })},
+           " : ", "=", OnCache(true, [](Cache& c, Design& d, auto&) { c.attachObserver(d.snapshot); })},
           {"detachObserver", "", "", "=",
            OnCache(true,
-                   [](Cache& cache, auto&...) {
-                       cache.detachObserver();
-                       return cache.reloadSheetConnectorsCache();
+                   [](Cache& c, auto&...) {
+                       c.detachObserver();
+                       return c.reloadSheetConnectorsCache();
                    })},
           // Failures of the page traverser end the collection too, but for those that it passes over.
           {"reloadSheetConnectorsList", Ends, "thrown #", "thrown #|true : <",
            OnCache(true,
-                   [](Cache& cache, auto&...) {
+                   [](Cache& c, auto&...) {
                        ConnectorSymbols symbols;
-                       return cache.reloadSheetConnectorsList(&symbols);
+                       return c.reloadSheetConnectorsList(&symbols);
                    })},
           {"reloadSheetConnectorsCache", Ends, "thrown #", "thrown #|true : <",
-           OnCache(true, [](Cache& cache, auto&...) { return cache.reloadSheetConnectorsCache(); })},
+           OnCache(true, [](Cache& c, auto&...) { return c.reloadSheetConnectorsCache(); })},
           {"isSheetConnectorSymbol", "", "", "=",
-           OnCache(false, [](Cache& cache, auto&...) { return cache.isSheetConnectorSymbol("LIB", "off", "1"); })},
+           OnCache(false, [](Cache& c, auto&...) { return c.isSheetConnectorSymbol("LIB", "off", "1"); })},
           // Besides the next one: the one behind it, the connector itself, or nothing.
           {"getNextTargetSheetConnector", Ends, "false : kept ",
            "=|true : 8:0:7/[6:0:7] |false : [5:0:7] |false : kept ",
            OnCache(false,
-                   [](Cache& cache, Design& d, Seen& seen) {
+                   [](Cache& c, Design& d, Seen& seen) {
                        const CSheetConnectorData kept{{}, {}, "kept"};
                        const CSheetConnectorData* next = &kept;
-                       const bool found = cache.getNextTargetSheetConnector("LIB", "off", "1", "top", "SIG",
-                                                                            d.connectorIndex, {}, &next);
+                       const bool found =
+                           c.getNextTargetSheetConnector("LIB", "off", "1", "top", "SIG", d.connectorIndex, {}, &next);
                        seen = {next->key};
                        return found;
                    })},
           {"getAllTargetSheetConnectors", Ends, "false : ", "= : <|false : ",
            OnCache(false,
-                   [](Cache& cache, Design& d, Seen& seen) {
+                   [](Cache& c, Design& d, Seen& seen) {
                        std::list<const CSheetConnectorData*> targets(1);
-                       const bool found = cache.getAllTargetSheetConnectors("LIB", "off", "1", "top", "SIG",
-                                                                            d.connectorIndex, {}, targets);
+                       const bool found = c.getAllTargetSheetConnectors("LIB", "off", "1", "top", "SIG",
+                                                                        d.connectorIndex, {}, targets);
                        for (const CSheetConnectorData* target : targets)
                            seen.push_back(target->key);
                        return found;
                    })},
-          {"forEachSheetConnector", Ends, " : ", " : <", OnCache(false, [](Cache& cache, Design&, Seen& seen) {
-               cache.forEachSheetConnector(
+          {"forEachSheetConnector", Ends, " : ", " : <", OnCache(false, [](Cache& c, Design&, Seen& seen) {
+               c.forEachSheetConnector(
                    [&](const auto&, const auto&, const CSheetConnectorData& one) { seen.push_back(one.key); });
            })}}}};
 }
