@@ -88,16 +88,7 @@ TEST_F(Query, PagesTellHowTheyCameByTheirNumbers) {
 }
 
 TEST_F(Query, GraphicsAndIdsOfASheetAreListed) {
-    Write("drawn.json", R"({"format": "quill-design", "version": 1, "blocks": [
-{"index": "block:1", "name": "b", "types": ["schematic", "drawn"],
- "groups": [{"index": "group:1", "name": "1", "attributes": [["$$Internal_ID", "1"]], "members": ["comp:1", "net:1"],
-   "view": {"lines": [{"index": "line:1", "id": 5, "points": [[0, 0], [9, 9]]}],
-            "texts": [{"index": "text:1", "id": 5, "text": "note", "at": [1000000, 2000000]}]}}],
- "comps": [{"index": "comp:1", "attributes": [["V", "5"]], "drawn": [
-   {"on": "group:1", "body": {"id": 1, "at": [25400000, 12700000]}, "label": {"id": 0},
-    "attributes": [{"name": "V", "value": "5", "id": 3, "attributeId": 4194305, "at": [5000, -5000]}]}]}],
- "nets": [{"index": "net:1", "pieces": [{"index": "piece:1", "on": "group:1", "id": 4,
-   "joints": [[1, 0, 0], [2, 10, 0], [9, 20, 0]], "segments": [[1, 1, 2], [2, 2, 9]]}]}]}]})");
+    Write("drawn.json", Read(QUILL_TEST_DATA "/drawn.json"));
     Check({
         {"walk drawn.json b 1", 0, R"(Kind       Id  Attribute id  X (mm)  Y (mm)  Joints  Segments  Text
 component   1                25.400  12.700

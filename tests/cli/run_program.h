@@ -88,7 +88,7 @@ private:
 // given to three pages, and one name holds an escape character.
 class PlantTest : public ProgramTest {
 protected:
-    PlantTest() { Write("plant.json", Read(QUILL_PLANT)); }
+    PlantTest() { Write("plant.json", Read(QUILL_TEST_DATA "/plant.json")); }
 };
 
 }  // namespace Tests

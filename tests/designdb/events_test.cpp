@@ -9,8 +9,7 @@ using namespace Orin;
 
 namespace {
 
-class Errors : public ClientObserver {
-public:
+struct Errors : ClientObserver {
     std::vector<std::string> told;
     void OnErrorUnexpected(const String&, const String& error) override { told.emplace_back(error.View()); }
 };

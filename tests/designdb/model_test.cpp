@@ -283,30 +283,28 @@ private:
             unsigned weight;
             const char* what;
             void (Game::*play)();
-        } Commands[] = {
-            {2, "add block", &Game::AddBlock},
-            {4, "add component", &Game::AddComp},
-            {3, "add net or bus", &Game::AddNetOrBus},
-            {2, "add group", &Game::AddGroup},
-            {2, "add pin", &Game::AddPin},
-            {1, "add line", &Game::AddLine},
-            {1, "add configuration", &Game::AddConfig},
-            {3, "add member", &Game::AddMember},
-            {2, "remove or move member", &Game::RemoveOrMoveMember},
-            {1, "connect pin", &Game::ConnectPin},
-            {1, "disconnect pin", &Game::DisconnectPin},
-            {1, "connect net", &Game::ConnectNet},
-            {1, "rip bus", &Game::RipBus},
-            {1, "set label", &Game::SetLabel},
-            {1, "set name", &Game::SetName},
-            {2, "set attribute", &Game::SetAttribute},
-            {1, "remove attribute", &Game::RemoveAttribute},
-            {1, "draw component", &Game::DrawComp},
-            {1, "delete", &Game::Delete},
-            {1, "transaction", &Game::Transaction},
-            {2, "lock", &Game::Lock},
-            {3, "save point", &Game::SavePoint},
-        };
+        } Commands[] = {{2, "add block", &Game::AddBlock},
+                        {4, "add component", &Game::AddComp},
+                        {3, "add net or bus", &Game::AddNetOrBus},
+                        {2, "add group", &Game::AddGroup},
+                        {2, "add pin", &Game::AddPin},
+                        {1, "add line", &Game::AddLine},
+                        {1, "add configuration", &Game::AddConfig},
+                        {3, "add member", &Game::AddMember},
+                        {2, "remove or move member", &Game::RemoveOrMoveMember},
+                        {1, "connect pin", &Game::ConnectPin},
+                        {1, "disconnect pin", &Game::DisconnectPin},
+                        {1, "connect net", &Game::ConnectNet},
+                        {1, "rip bus", &Game::RipBus},
+                        {1, "set label", &Game::SetLabel},
+                        {1, "set name", &Game::SetName},
+                        {2, "set attribute", &Game::SetAttribute},
+                        {1, "remove attribute", &Game::RemoveAttribute},
+                        {1, "draw component", &Game::DrawComp},
+                        {1, "delete", &Game::Delete},
+                        {1, "transaction", &Game::Transaction},
+                        {2, "lock", &Game::Lock},
+                        {3, "save point", &Game::SavePoint}};
         m_client = Number(m_clients.size());
         m_editor = &Client().editor;
         m_word = Word();

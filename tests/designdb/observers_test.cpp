@@ -149,24 +149,20 @@ TEST_F(Observers, ComeAndGoByTheTenThousand) {
 namespace {
 
 // Hears the numbers that threads give to their components, each of which counts upwards.
-class Counter final : public EventObserver {
-public:
-    explicit Counter(const std::vector<Index>& comps) : m_comps(comps), last(comps.size()) {}
+struct Counter final : EventObserver {
+    explicit Counter(const std::vector<Index>& of) : comps(of), last(of.size()) {}
 
     void OnAfterSetAttribute(const Index& o, const String&, const String& value, EAttributeType, int, bool) override {
         EXPECT_TRUE(registered) << "called after it was removed";
-        for (std::size_t i = 0; i < m_comps.size(); ++i) {
-            if (m_comps[i] != o) continue;
+        for (std::size_t i = 0; i < comps.size(); ++i) {
+            if (comps[i] != o) continue;
             const unsigned number = static_cast<unsigned>(std::stoul(std::string(value.View())));
             EXPECT_GT(number, last[i].exchange(number)) << "out of order";
         }
         ++calls;
     }
 
-private:
-    const std::vector<Index>& m_comps;
-
-public:
+    const std::vector<Index>& comps;
     std::vector<std::atomic<unsigned>> last;
     std::atomic<bool> registered{true};
     std::atomic<unsigned> calls{0};

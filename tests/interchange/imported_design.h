@@ -49,9 +49,7 @@ std::string LabelOf(const Object& object) {
     return std::string(label.View());
 }
 
-inline constexpr const char* PageNumber = "$$NotCommonProperty_@PRINTORDER";
-
-// A page of the walk, with the labels of the components that lead to it.
+// A page of the walk, with the labels of the components that lead to it and the number that it bears.
 struct OpenPage {
     OpenPage(const ImportedDesign& design, const PageID& page) {
         Orin::ListT<Orin::Index> steps;
@@ -63,6 +61,11 @@ struct OpenPage {
             EXPECT_TRUE(design.objects.GetComp(comp, step));
             names.push_back(LabelOf(*comp));
         }
+        for (const Orin::Index& member : members) {
+            Orin::ContainerT<const Orin::IComp> comp;
+            if (path->GetCompInPath(comp, member))
+                number += AttributeOf(*comp, "$$NotCommonProperty_@PRINTORDER", Orin::EAttributeType::User);
+        }
     }
 
     Orin::ContainerT<const Orin::IPath> path;
@@ -70,6 +73,7 @@ struct OpenPage {
     Orin::ContainerT<const Orin::IGroup> group;
     Orin::ListT<Orin::Index> members;
     std::vector<std::string> names;
+    std::string number;
 };
 
 }  // namespace Quill::Interchange::Testing

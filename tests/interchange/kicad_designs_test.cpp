@@ -44,11 +44,9 @@ std::string Bare(std::string text) {
 
 std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;
-    for (std::size_t from = 0; from < text.size();) {
-        const std::size_t end = std::min(text.find('\n', from), text.size());
-        lines.push_back(text.substr(from, end - from));
-        from = end + 1;
-    }
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
     return lines;
 }
 
@@ -66,7 +64,7 @@ private:
     void ReadPage(const PageID& page) {
         const OpenPage open(m_design, page);
         m_path = open.path;
-        m_found.pages.emplace_back(open.names, "");
+        m_found.pages.emplace_back(open.names, open.number);
         m_found.counts.emplace_back();
         m_found.references.emplace_back();
         for (const Index& member : open.members) {
@@ -88,10 +86,7 @@ private:
         ASSERT_TRUE(m_path->GetCompInPath(comp, index));
         CompTypes types;
         EXPECT_TRUE(comp->GetType(types));
-        if (types.Contains(ECompType::Titled)) {
-            m_found.pages.back().second = AttributeOf(*comp, PageNumber, EAttributeType::User);
-            return;
-        }
+        if (types.Contains(ECompType::Titled)) return;
         if (types.Contains(ECompType::Hierarchical)) {
             ++Count("child_sheets");
             IteratorT<const IPin> pins;
@@ -258,14 +253,9 @@ void Compare(const json& oracle, const ImportedDesign& design) {
         if (const std::string& number = pages[index].second;
             IsNumber(number) && std::find(order.begin(), order.end(), number) == order.end())
             order.push_back(number);
-    std::map<std::pair<Index, Index>, std::string> numbers;
-    const std::vector<PageID> walked = design.Pages(EAlgorithm::DepthFirst);
-    for (std::size_t i = 0; i < walked.size(); ++i)
-        numbers[{walked[i].path, walked[i].group}] = pages[i].second;
     std::vector<std::string> printed;
     for (const PageID& page : design.Pages(EAlgorithm::PrintOrder))
-        if (const std::string& number = numbers.at({page.path, page.group}); IsNumber(number))
-            printed.push_back(number);
+        if (const std::string number = OpenPage(design, page).number; IsNumber(number)) printed.push_back(number);
     EXPECT_EQ(printed, order);
 }
 

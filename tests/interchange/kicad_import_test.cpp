@@ -76,13 +76,7 @@ std::string PagesOf(const ImportedDesign& design) {
             text += step + "/";
         String name;
         EXPECT_TRUE(open.group->GetName(name));
-        text.append(name.View());
-        for (const Index& member : open.members) {
-            ContainerT<const IComp> comp;
-            if (!open.path->GetCompInPath(comp, member)) continue;
-            const std::string number = AttributeOf(*comp, PageNumber, EAttributeType::User);
-            if (!number.empty()) text += " " + number;
-        }
+        text += std::string(name.View()) + (open.number.empty() ? "" : " ") + open.number;
     }
     return text;
 }
@@ -226,16 +220,11 @@ std::string NetsOf(const ImportedDesign& design) {
     return found;
 }
 
-// Library symbols: a power symbol that is turned and mirrored, and a part whose second body style has its pin
-// elsewhere.
+// A power symbol that is turned and mirrored.
 constexpr const char* Library = R"( (lib_symbols
   (symbol "power:VCC" (power)
    (symbol "VCC_0_1" (polyline (pts (xy 0 0) (xy 0 2.54))))
-   (symbol "VCC_1_1" (pin power_in line (at 2.54 5.08 270) (length 0) hide (name "VCC") (number "1"))))
-  (symbol "lib:PART"
-   (symbol "PART_1_1" (pin passive line (at 0 0 0) (length 2.54) (name "A") (number "1")))
-   (symbol "PART_1_2" (pin passive inverted (at 7.62 0 180) (length 2.54) (name "A") (number "1")))
-   (symbol "PART_2_0" (pin passive line (at 1 1 0) (length 1) (name "B") (number "2")))))
+   (symbol "VCC_1_1" (pin power_in line (at 2.54 5.08 270) (length 0) hide (name "VCC") (number "1")))))
 )";
 
 TEST_F(KicadImport, PowerSymbolsNameTheNetAtTheirTurnedPin) {
@@ -341,20 +330,9 @@ TEST_F(KicadImport, WarnsOfWhatItCannotTakeOver) {
     }
 }
 
-// A part, and one of most other things, each beside what it connects to.
-constexpr const char* Items = R"( (symbol (lib_id "lib:PART") (at 20 20 0) (unit 1) (convert 2) (in_bom no) (dnp no)
-   (uuid "s1") (property "Reference" "U?" (at 1 2 0)) (property "Value" "10\"k") (property "Mine" "x")
-   (instances (project "root" (path "/root" (reference "U7") (unit 2)))))
- (global_label "D3" (shape output) (at 50 50 90) (uuid "g1"))
- (bus (pts (xy 0 0) (xy 0 30))) (label "D[7..0]" (at 0 10 0))
- (bus_entry (at 0 20) (size 2.54 -2.54) (uuid "e1")) (wire (pts (xy 2.54 17.46) (xy 9 17.46))) (label "D2" (at 5 17.46 0))
- (label "OTHER" (at 9 17.46 0)) (text "no\\thing" (at 1 1 180)) (bezier (pts (xy 0 0) (xy 1 1) (xy 2 1) (xy 3 0)))
- (bus_alias "PAIR" (members "P" "N")) (arc (start 1e0 0) (mid 2 1) (end 3 0))
-)";
-
 TEST_F(KicadImport, WritesWhatTheFilesSay) {
     ImportedDesign design;
-    ASSERT_EQ(ImportRoot(design, Schematic(std::string(Library) + Items)), "");
+    ASSERT_EQ(ImportRoot(design, Tests::FileText(QUILL_TEST_DATA "/kicad_import.kicad_sch")), "");
     EXPECT_TRUE(design.warnings.empty());
     EXPECT_EQ(design.Json(), Tests::FileText(QUILL_TEST_DATA "/kicad_import.json"));
     ImportedDesign again;
@@ -371,19 +349,8 @@ TEST_F(KicadImport, WritesWhatTheFilesSay) {
 }
 
 TEST_F(KicadImport, DamagedFilesGiveAFaultOrADesignThatCanBeWrittenAndReadAgain) {
-    const std::string child = Schematic(std::string(Library) +
-                                        " (hierarchical_label \"B[0..3]\" (shape input) (at 1 1 0))"
-                                        " (symbol (lib_id \"lib:PART\") (at 5 5 90) (unit 2) (uuid \"s\") (property "
-                                        "\"Reference\" \"R1\") (instances (project \"root\" (path \"/root/u\" "
-                                        "(reference \"R2\") (unit 1)))))");
-    const std::string root = Schematic(
-        std::string(Library) + Items +
-        " (symbol (lib_id \"power:VCC\") (at 9 9 0) (mirror y) (unit 1) (property \"Reference\" \"#P\")"
-        " (property \"Value\" \"VCC\"))" +
-        Sheet("A", "a.kicad_sch", "u", "(pin \"B[0..3]\" input (at 10 15 180))" + Page("root", "/root", "2")) +
-        " (bus (pts (xy 10 15) (xy 5 15))) (label \"P{PAIR}\" (at 5 15 0)) (junction (at 8 15)) (no_connect (at 3 3))"
-        " (label \"~{P.X}\" (at 2.54 17.46 0)) (text_box \"t\" (at 1 1 0) (size 3 3)) (circle (center 1 1) (radius 2))"
-        " (sheet_instances (path \"/\" (page \"1\"))) (symbol_instances (path \"/u/s\" (reference \"R3\") (unit 1)))");
+    const std::string root = Tests::FileText(QUILL_TEST_DATA "/kicad_damaged.kicad_sch");
+    const std::string child = Tests::FileText(QUILL_TEST_DATA "/kicad_damaged_child.kicad_sch");
     Put("a.kicad_sch", child);
     const std::vector<std::string> pieces{
         "(",    ")", "\"", "1e9", "-1e-9", "(at 1 1)",   "(mirror x)", "\\",     "|",           std::string(1, '\0'),
