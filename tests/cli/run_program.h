@@ -5,10 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <initializer_list>
-#include <iterator>
 #include <sstream>
-#include <string>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

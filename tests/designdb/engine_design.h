@@ -1,7 +1,6 @@
 // What the tests of the database share: projects with clients, and a design written out as text.
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>

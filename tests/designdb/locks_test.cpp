@@ -1,6 +1,5 @@
 // Who may lock and edit what while others hold locks and transactions.
 #include <functional>
-#include <memory>
 
 #include "tests/designdb/engine_design.h"
 

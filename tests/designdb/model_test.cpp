@@ -1,9 +1,9 @@
 // The engine beside a naive model of it, under random commands from several clients.
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <random>
 #include <set>
-#include <tuple>
 
 #include "tests/designdb/engine_design.h"
 
@@ -520,16 +520,11 @@ private:
         }
         if (m_held.size() > 3) return;
         const bool whole = Number(2) == 0;
-        switch (Number(3)) {
-            case 0:
-                if (const auto [index, o] = Pick(Block); o != nullptr) Hold(Client().Block(index), index, true);
-                break;
-            case 1:
-                if (const auto [index, o] = Pick(Comp); o != nullptr) Hold(Client().Comp(index), index, whole);
-                break;
-            default:
-                if (const auto [index, o] = Pick(Group); o != nullptr) Hold(Client().Group(index), index, whole);
-        }
+        const auto [index, o] = PickOf({Block, Comp, Group});
+        if (o == nullptr) return;
+        if (o->kind == Block) Hold(Client().Block(index), index, true);
+        if (o->kind == Comp) Hold(Client().Comp(index), index, whole);
+        if (o->kind == Group) Hold(Client().Group(index), index, whole);
     }
 
     std::mt19937 m_random;

@@ -15,8 +15,7 @@ using namespace Orin;
 namespace {
 
 // Does something when a label changes, or when its client is told of an error.
-class Caller final : public EventObserver, public ClientObserver {
-public:
+struct Caller final : EventObserver, ClientObserver {
     std::function<void()> then;
     std::atomic<unsigned> calls{0};
 

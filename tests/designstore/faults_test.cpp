@@ -1,7 +1,5 @@
 // Disks that fail, and machines that stop.
-#include <map>
 #include <random>
-#include <vector>
 
 #include "tests/designstore/stored_design.h"
 #include "tests/designstore/test_vfs.h"
@@ -47,12 +45,12 @@ TEST_F(FaultyDisk, FailsCommitsAsAWholeAndMemoryFollows) {
     int refused = 0, unsure = 0;
     const std::vector<std::size_t> small{10, 20, 30, 1, 40};
     const std::vector<std::size_t> large{10, 4500000, 30};  // brought from the log into the file at once
-    for (const auto& disk : {std::pair(false, &small), {true, &small}, {false, &large}, {true, &large}}) {
-        const bool forGood = disk.first;
-        const std::vector<std::size_t>* const sizes = disk.second;
+    for (unsigned disk = 0; disk < 4; ++disk) {
+        const bool forGood = disk % 2 == 1;
+        const std::vector<std::size_t>& sizes = disk < 2 ? small : large;
         bool reached = true;
         // Thousands of calls write the pages of a large commit; some of them will do.
-        for (int failing = 0; reached; failing += sizes == &small ? 1 : 1 + failing / 2) {
+        for (int failing = 0; reached; failing += &sizes == &small ? 1 : 1 + failing / 2) {
             SCOPED_TRACE((forGood ? "from call " : "at call ") + std::to_string(failing));
             Restart();
             int calls = -1;  // not armed
@@ -69,7 +67,7 @@ TEST_F(FaultyDisk, FailsCommitsAsAWholeAndMemoryFollows) {
                 ASSERT_TRUE(design.opened);
                 calls = 0;
                 memory = design.Json();
-                for (const std::size_t size : *sizes) {
+                for (const std::size_t size : sizes) {
                     const Result result = Commit(design, size);
                     const std::string after = design.Json();
                     if (result) {

@@ -1,6 +1,5 @@
 // Which files are opened, by whom, and what the others are told.
 #include <random>
-#include <vector>
 
 #include <signal.h>
 #include <sqlite3.h>

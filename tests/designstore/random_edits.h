@@ -3,8 +3,6 @@
 
 #include <functional>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "tests/designstore/stored_design.h"
 

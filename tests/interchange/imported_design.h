@@ -1,10 +1,6 @@
 // A design that a test imported, and short ways to ask it.
 #pragma once
 
-#include <filesystem>
-#include <string>
-#include <vector>
-
 #include "interchange/kicad_import.h"
 #include "pages/page_traverser.h"
 #include "tests/support/memory_design.h"
@@ -32,14 +28,10 @@ struct ImportedDesign : Tests::MemoryDesign {
 };
 
 // The attribute's value; "" when there is none.
-template <class Object>
-std::string AttributeOf(const Object& object, const char* name) {
+template <class Object, class... Family>
+std::string AttributeOf(const Object& object, const char* name, Family... family) {
     Orin::String value;
-    return object.GetAttribute(name, value) ? std::string(value.View()) : "";
-}
-inline std::string AttributeOf(const Orin::IComp& comp, const char* name, Orin::EAttributeType type) {
-    Orin::String value;
-    return comp.GetAttribute(name, value, type) ? std::string(value.View()) : "";
+    return object.GetAttribute(name, value, family...) ? std::string(value.View()) : "";
 }
 
 template <class Object>

@@ -1,7 +1,6 @@
 // Real designs, compared with what an independent reader found in them.
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <map>
 #include <set>
 

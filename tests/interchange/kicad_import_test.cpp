@@ -2,7 +2,6 @@
 #include "interchange/kicad_import.h"
 
 #include <chrono>
-#include <fstream>
 #include <random>
 
 #include <gmock/gmock.h>

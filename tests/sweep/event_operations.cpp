@@ -1,5 +1,3 @@
-#include <sstream>
-
 #include "events/orin_event_dispatcher.h"
 #include "tests/events/recording.h"
 #include "tests/sweep/operation.h"

@@ -5,9 +5,6 @@
 #include <functional>
 #include <list>
 #include <map>
-#include <memory>
-#include <string>
-#include <string_view>
 #include <type_traits>
 #include <vector>
 

@@ -1,14 +1,9 @@
 // Every operation of the library that calls the database, with each of its calls failing in turn.
-#include <fstream>
 #include <iostream>
 #include <new>
 #include <set>
-#include <sstream>
-
-#include <gtest/gtest.h>
 
 #include "designdb/testing/fault_injector.h"
-#include "interchange/design_json.h"
 #include "tests/support/allocation_counter.h"
 #include "tests/sweep/operation.h"
 
