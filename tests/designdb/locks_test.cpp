@@ -102,6 +102,20 @@ TEST_F(Locking, WriteHandlesWriteWhatTheirLockCoversAndOnlyWhileTheyHoldIt) {
     EXPECT_TRUE(object.SetAttribute("a", "4", EAttributeType::User));
 }
 
+TEST_F(Locking, IsRefusedAtAPlaceThatIsGone) {
+    ContainerT<const IPath> place;
+    ContainerT<const IComp> occurrence;
+    ASSERT_TRUE(client.objects.GetPath(place, path) && place->GetCompInPath(occurrence, comp));
+    MutableContainerT<IComp> writable, late;
+    ASSERT_TRUE(LockerT<IComp>::Lock(occurrence, writable));
+    ASSERT_TRUE(editor.SetRoot(config, {}));
+    EXPECT_EQ(writable->SetAttribute("a", "1", EAttributeType::User).GetErrorCode(), 200);
+    EXPECT_EQ(LockerT<IComp>::Lock(occurrence, late).GetErrorCode(), 200);
+    ASSERT_TRUE(editor.SetRoot(config, block));
+    EXPECT_TRUE(writable->SetAttribute("a", "1", EAttributeType::User));
+    EXPECT_TRUE(LockerT<IComp>::Lock(occurrence, late));
+}
+
 TEST_F(Locking, GoesWithTheConnectionAndSoDoesItsTransaction) {
     const Strings before = Facts(other);
     MutableContainerT<IBlock> writable;

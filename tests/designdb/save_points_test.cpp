@@ -1,4 +1,8 @@
 // Save points beside the working design: what they keep, what a restore tells, and what is refused.
+#include <atomic>
+#include <thread>
+
+#include "designdb/detail/store.h"
 #include "tests/designdb/recorder.h"
 
 namespace Tests {
@@ -172,6 +176,30 @@ TEST_F(SavePoints, AreRefusedForAReason) {
     EXPECT_EQ(editor.MakeSavePoint("x").GetErrorCode(), 210);
     EXPECT_EQ(other.editor.MakeSavePoint("x").GetErrorCode(), 201);
     EXPECT_EQ(other.editor.RestoreSavePoint("saved").GetErrorCode(), 201);
+}
+
+TEST_F(SavePoints, AreStoredWholeOrNotAtAllWhileTheyAreRemoved) {
+    // Looks at what would be stored, and leaves the project without a store.
+    struct Looking final : DesignDb::StoreWriter {
+        Result Write(const DesignDb::ProjectContent& content, RefPtr<DesignDb::Store>&) override {
+            for (const DesignDb::SavedState& saved : content.savePoints)
+                empty += saved.graph.Find<DesignDb::BlockRecord>(1) == nullptr;
+            return EErrorCode::StoreFailed;
+        }
+        int empty = 0;
+    } writer;
+    for (int round = 0; round < 500; ++round) {
+        std::atomic<bool> removed{false};
+        std::thread remover([&] {
+            EXPECT_TRUE(database.RemoveSnapshot("saved"));
+            removed = true;
+        });
+        while (!removed)
+            EXPECT_EQ(DesignDb::BindStored(database, writer).GetErrorCode(), 102);
+        remover.join();
+        ASSERT_TRUE(editor.MakeSavePoint("saved"));
+    }
+    EXPECT_EQ(writer.empty, 0);
 }
 
 }  // namespace Tests
