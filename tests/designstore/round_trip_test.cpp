@@ -18,6 +18,23 @@ protected:
     const std::string path = folder / "design.qdb";
 };
 
+TEST_F(DesignFile, HoldsWhatTheJsonFormHolds) {
+    for (const char* json : {QUILL_TEST_DATA "/everything.json", QUILL_EXAMPLES "/vibration-recorder.json"}) {
+        SCOPED_TRACE(json);
+        const std::string text = FileText(json);
+        std::filesystem::remove(path);
+        {
+            Design design;
+            design.Read(text);
+            ASSERT_TRUE(design.Create(path));
+        }
+        EXPECT_EQ(Reopened(), text);
+        EXPECT_EQ(Design(path).Json(), text);
+    }
+    for (const char* beside : {"-wal", "-shm", "-lock", "-new"})
+        EXPECT_FALSE(std::filesystem::exists(path + beside)) << beside;
+}
+
 // Commits write what they touched and nothing else, so any that forgets something shows here.
 TEST_F(DesignFile, FollowsEveryEdit) {
     for (unsigned seed = 0; seed < 30; ++seed) {
