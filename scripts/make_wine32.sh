@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Usage: scripts/make_wine32.sh FOLDER SHARED...
 # Makes a small 32-bit Debian with wine in FOLDER, for machines whose own packages leave no room for a 32-bit wine, and
-# in FOLDER/bin the commands wine32 and wineserver, which run there on the SHARED folders of this machine. Only root can
-# make and run it. What an earlier run has made is used again.
+# in FOLDER/bin the commands wine32 and wineserver, which run there on the SHARED folders of this machine; they are called
+# in one of these. Only root can make and run it. What an earlier run has made is used again.
 set -euo pipefail
 source_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 . "$source_dir/scripts/common.sh"
@@ -34,3 +34,4 @@ write_command() {
 }
 write_command wine32 /usr/lib/wine/wine "$@"
 write_command wineserver /usr/lib/wine/wineserver32 "$@"
+(cd "$1" && "$folder/bin/wine32" --version >/dev/null) || die 'The 32-bit wine does not run here.'
