@@ -16,14 +16,12 @@ class ReadersWriterLock {
 public:
     void lock_shared() noexcept {
         std::atomic<std::uint32_t>& readers = m_slots[ThreadSlot()].readers;
-        for (;;) {
-            // The count is raised before the flag is read, and a writer sets the flag before it reads the counts: in
-            // the single order of these four accesses at least one side sees the other.
-            readers.fetch_add(1, std::memory_order_seq_cst);
-            if (!m_writing.load(std::memory_order_seq_cst)) return;
-            readers.fetch_sub(1, std::memory_order_release);
-            m_writing.wait(true, std::memory_order_acquire);
-        }
+        // The count is raised before the flag is read, and a writer sets the flag before it reads the counts: in the
+        // single order of these four accesses at least one side sees the other.
+        readers.fetch_add(1, std::memory_order_seq_cst);
+        if (!m_writing.load(std::memory_order_seq_cst)) return;
+        readers.fetch_sub(1, std::memory_order_release);
+        EnterBehindWriter(readers);
     }
     void unlock_shared() noexcept { m_slots[ThreadSlot()].readers.fetch_sub(1, std::memory_order_release); }
 
@@ -41,6 +39,8 @@ private:
     struct alignas(64) Slot {
         std::atomic<std::uint32_t> readers{0};
     };
+
+    void EnterBehindWriter(std::atomic<std::uint32_t>& readers) noexcept;
 
     static std::atomic<std::size_t> s_nextSlot;
 
